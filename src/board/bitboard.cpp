@@ -1,0 +1,254 @@
+#include "board/bitboard.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <span>
+
+Bitboard BIT_RANK[SQUARES];
+Bitboard BIT_FILE[SQUARES];
+Bitboard BIT_A1H8[SQUARES];
+Bitboard BIT_A8H1[SQUARES];
+std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
+std::uint64_t DIAG_MASK_A1H8[SQUARES];
+std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
+std::uint64_t DIAG_MASK_A8H1[SQUARES];
+Bitboard MOVES_RANK[SQUARES * OCCUPANCIES];
+Bitboard MOVES_FILE[SQUARES * OCCUPANCIES];
+Bitboard MOVES_A1H8[SQUARES * OCCUPANCIES];
+Bitboard MOVES_A8H1[SQUARES * OCCUPANCIES];
+Bitboard ATTACKS_KNIGHT[SQUARES];
+Bitboard ATTACKS_KING[SQUARES];
+Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
+Bitboard ATTACKS_ENPASSANT[SQUARES];
+Bitboard PLUS_1[SQUARES], PLUS_7[SQUARES], PLUS_8[SQUARES], PLUS_9[SQUARES];
+Bitboard MINUS_1[SQUARES], MINUS_7[SQUARES], MINUS_8[SQUARES], MINUS_9[SQUARES];
+Bitboard SQUARES_FRONT[COLOURS][SQUARES];
+Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES];
+Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES];
+Bitboard PAWN_PASSED[COLOURS][SQUARES];
+Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES];
+Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES];
+Bitboard PAWN_ISOLATED[SQUARES];
+Bitboard PAWN_DOUBLED[SQUARES];
+Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
+Bitboard NEW_PIECES_ALL_RANK[COLOURS];
+Bitboard NEW_PIECES_ALL_FILE[COLOURS];
+Bitboard NEW_PIECES_ALL_A1H8[COLOURS];
+Bitboard NEW_PIECES_ALL_A8H1[COLOURS];
+
+const Piece NEW_POSITION[SQUARES] = {
+    'F',  'B',  'E',  'G',  'C',  'E',  'B',  'F',  // white pieces: codes 0x40 to 0x47 are letters
+    'A',  'A',  'A',  'A',  'A',  'A',  'A',  'A',  //
+    0,    0,    0,    0,    0,    0,    0,    0,    //
+    0,    0,    0,    0,    0,    0,    0,    0,    //
+    0,    0,    0,    0,    0,    0,    0,    0,    //
+    0,    0,    0,    0,    0,    0,    0,    0,    //
+    0x81, 0x81, 0x81, 0x81, 0x81, 0x81, 0x81, 0x81, //
+    0x86, 0x82, 0x85, 0x87, 0x83, 0x85, 0x82, 0x86,
+};
+
+namespace {
+
+constexpr int DIAGONALS = 15;
+constexpr int FORWARD[COLOURS] = {1, -1}; // rank step of a pawn
+
+constexpr Bitboard Bit(int number) { return Bitboard{1} << number; }
+
+// The square's bit, or nothing beyond the board's edge.
+constexpr Bitboard BitAt(int file, int rank) {
+    return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
+}
+
+// One of the two families of diagonals: its lines in bit order.
+struct DiagonalSet {
+    int length[DIAGONALS];
+    int first_bit[DIAGONALS];
+    int squares[DIAGONALS][BOARD_SIDE];
+};
+
+void FillPlainAndFileOrders() {
+    for (int square = 0; square < SQUARES; ++square) {
+        BIT_RANK[square] = Bit(square);
+        BIT_FILE[square] = Bit(FileOf(square) * BOARD_SIDE + RankOf(square));
+    }
+}
+
+// Hands out the bits diagonal by diagonal: a1h8 from a1 to h8, each from its lowest rank upwards;
+// a8h1 from a8 to h1, each from its highest rank downwards.
+DiagonalSet FillDiagonalOrder(bool is_a1h8, Bitboard* bits) {
+    DiagonalSet set{};
+    int next_bit = 0;
+    for (int diagonal = 0; diagonal < DIAGONALS; ++diagonal) {
+        set.first_bit[diagonal] = next_bit;
+        for (int step = 0; step < BOARD_SIDE; ++step) {
+            const int rank = is_a1h8 ? step : RANK_8 - step;
+            const int file = is_a1h8 ? diagonal - rank : diagonal - RANK_8 + rank;
+            if (!IsOnBoard(file, rank)) continue;
+            const int square = SquareOf(file, rank);
+            set.squares[diagonal][set.length[diagonal]++] = square;
+            bits[square] = Bit(next_bit++);
+        }
+    }
+    return set;
+}
+
+void FillInitialBitboards() {
+    for (int square = 0; square < SQUARES; ++square) {
+        const Piece piece = NEW_POSITION[square];
+        if (piece == NO_PIECE) continue;
+        const Colour colour = ColourOf(piece);
+        NEW_PIECES_ALL_RANK[colour] |= BIT_RANK[square];
+        NEW_PIECES_ALL_FILE[colour] |= BIT_FILE[square];
+        NEW_PIECES_ALL_A1H8[colour] |= BIT_A1H8[square];
+        NEW_PIECES_ALL_A8H1[colour] |= BIT_A8H1[square];
+        NEW_PIECES_BY_TYPE[PieceIndex(piece)] |= BIT_RANK[square];
+    }
+}
+
+void FillLeaperAttacks() {
+    for (int square = 0; square < SQUARES; ++square) {
+        const int file = FileOf(square);
+        const int rank = RankOf(square);
+        for (int i = 0; i < 8; ++i) {
+            ATTACKS_KING[square] |= BitAt(file + KING_X[i], rank + KING_Y[i]);
+            ATTACKS_KNIGHT[square] |= BitAt(file + KNIGHT_X[i], rank + KNIGHT_Y[i]);
+        }
+        for (const Colour colour : {WHITE, BLACK}) {
+            const int ahead = rank + FORWARD[colour];
+            ATTACKS_PAWN[colour][square] = BitAt(file - 1, ahead) | BitAt(file + 1, ahead);
+        }
+        if (rank == 3 || rank == 4) {
+            ATTACKS_ENPASSANT[square] = BitAt(file - 1, rank) | BitAt(file + 1, rank);
+        }
+    }
+}
+
+void FillRay(Bitboard* rays, int file_step, int rank_step) {
+    for (int square = 0; square < SQUARES; ++square) {
+        int file = FileOf(square) + file_step;
+        int rank = RankOf(square) + rank_step;
+        for (; IsOnBoard(file, rank); file += file_step, rank += rank_step) {
+            rays[square] |= BitAt(file, rank);
+        }
+    }
+}
+
+void FillRays() {
+    FillRay(MINUS_9, -1, -1);
+    FillRay(MINUS_8, 0, -1);
+    FillRay(MINUS_7, 1, -1);
+    FillRay(MINUS_1, -1, 0);
+    FillRay(PLUS_1, 1, 0);
+    FillRay(PLUS_7, -1, 1);
+    FillRay(PLUS_8, 0, 1);
+    FillRay(PLUS_9, 1, 1);
+}
+
+// The squares that a slider at place `from` of a line reaches: outwards both ways, up to and with
+// the first one whose bit is set in the occupancy.
+Bitboard LineMoves(std::span<const int> line, int from, int occupancy) {
+    Bitboard moves = 0;
+    for (const int step : {-1, 1}) {
+        for (int i = from + step; i >= 0 && i < static_cast<int>(line.size()); i += step) {
+            moves |= Bit(line[static_cast<std::size_t>(i)]);
+            if (occupancy & (1 << i)) break;
+        }
+    }
+    return moves;
+}
+
+void FillLine(std::span<const int> line, Bitboard* moves) {
+    const int length = static_cast<int>(line.size());
+    for (int from = 0; from < length; ++from) {
+        for (int occupancy = 0; occupancy < (1 << length); ++occupancy) {
+            const int square = line[static_cast<std::size_t>(from)];
+            moves[LineIndex(square, static_cast<std::uint64_t>(occupancy))] =
+                LineMoves(line, from, occupancy);
+        }
+    }
+}
+
+void FillRankAndFileMoves() {
+    for (int i = 0; i < BOARD_SIDE; ++i) {
+        int rank_squares[BOARD_SIDE];
+        int file_squares[BOARD_SIDE];
+        for (int j = 0; j < BOARD_SIDE; ++j) {
+            rank_squares[j] = SquareOf(j, i);
+            file_squares[j] = SquareOf(i, j);
+        }
+        FillLine(rank_squares, MOVES_RANK);
+        FillLine(file_squares, MOVES_FILE);
+    }
+}
+
+void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* shifts,
+                       std::uint64_t* masks) {
+    for (int diagonal = 0; diagonal < DIAGONALS; ++diagonal) {
+        const int length = set.length[diagonal];
+        const std::span<const int> line(set.squares[diagonal], static_cast<std::size_t>(length));
+        FillLine(line, moves);
+        for (const int square : line) {
+            shifts[square] = static_cast<std::uint64_t>(set.first_bit[diagonal]);
+            masks[square] = (std::uint64_t{1} << length) - 1;
+        }
+    }
+}
+
+// The squares of a file on the ranks from `first` on, in steps of `step`, within ranks 2 to 7.
+Bitboard PawnFile(int file, int first, int step) {
+    Bitboard squares = 0;
+    for (int rank = first; rank >= RANK_2 && rank <= RANK_7; rank += step) {
+        squares |= BitAt(file, rank);
+    }
+    return squares;
+}
+
+void FillPawnMasks() {
+    for (int square = SquareOf(FILE_A, RANK_2); square <= SquareOf(FILE_H, RANK_7); ++square) {
+        const int file = FileOf(square);
+        const int rank = RankOf(square);
+        for (const Colour colour : {WHITE, BLACK}) {
+            const int step = FORWARD[colour];
+            PAWN_BACKWARD_F[colour][square] =
+                PawnFile(file - 1, rank + step, step) | PawnFile(file + 1, rank + step, step);
+            PAWN_BACKWARD_B[colour][square] =
+                PawnFile(file - 1, rank, -step) | PawnFile(file + 1, rank, -step);
+            PAWN_PASSED[colour][square] =
+                PAWN_BACKWARD_F[colour][square] | PawnFile(file, rank + step, step);
+        }
+        PAWN_ISOLATED[square] = PawnFile(file - 1, RANK_2, 1) | PawnFile(file + 1, RANK_2, 1);
+        PAWN_DOUBLED[square] = PawnFile(file, RANK_2, 1) & ~BIT_RANK[square];
+    }
+}
+
+void FillNeighbourhoods() {
+    for (int square = 0; square < SQUARES; ++square) {
+        for (int other = 0; other < SQUARES; ++other) {
+            const int distance = std::max(std::abs(FileOf(other) - FileOf(square)),
+                                          std::abs(RankOf(other) - RankOf(square)));
+            if (distance == 0 || distance >= KING_DISTANCES) continue;
+            SQUARES_BORDER[distance][square] |= BIT_RANK[other];
+            for (int d = distance; d < KING_DISTANCES; ++d) {
+                SQUARES_AROUND[d][square] |= BIT_RANK[other];
+            }
+        }
+        SQUARES_FRONT[WHITE][square] = PLUS_8[square];
+        SQUARES_FRONT[BLACK][square] = MINUS_8[square];
+    }
+}
+
+} // namespace
+
+void InitializeBitBoard() {
+    FillPlainAndFileOrders();
+    const DiagonalSet a1h8 = FillDiagonalOrder(true, BIT_A1H8);
+    const DiagonalSet a8h1 = FillDiagonalOrder(false, BIT_A8H1);
+    FillInitialBitboards();
+    FillLeaperAttacks();
+    FillRays();
+    FillRankAndFileMoves();
+    FillDiagonalMoves(a1h8, MOVES_A1H8, DIAG_SHIFT_A1H8, DIAG_MASK_A1H8);
+    FillDiagonalMoves(a8h1, MOVES_A8H1, DIAG_SHIFT_A8H1, DIAG_MASK_A8H1);
+    FillPawnMasks();
+    FillNeighbourhoods();
+}

@@ -1,0 +1,101 @@
+// Operations on bitboards, and the precomputed tables: rotated bit orders, attacks, rays and
+// pawn-structure masks. The tables are filled once at start-up and never written afterwards.
+#pragma once
+
+#include "board/types.h"
+#include "board/utility.h"
+
+#include <bit>
+#include <cassert>
+#include <cstdint>
+
+// Index of the lowest and of the highest set bit; the set must not be empty.
+inline int FirstBitNumber(Bitboard set) {
+    assert(set != 0);
+    return std::countr_zero(set);
+}
+inline int LastBitNumber(Bitboard set) {
+    assert(set != 0);
+    return SQUARES - 1 - std::countl_zero(set);
+}
+
+// Number of set bits: the processor's instruction where the build may use it, else table look-ups.
+inline int PopCount(Bitboard set) {
+#ifdef __POPCNT__
+    return std::popcount(set);
+#else
+    return static_cast<int>(POP_COUNT[set & 0xFFFF] + POP_COUNT[(set >> 16) & 0xFFFF] +
+                            POP_COUNT[(set >> 32) & 0xFFFF] + POP_COUNT[set >> 48]);
+#endif
+}
+
+// Takes the lowest square out of a set that is not empty.
+inline int PopFirstBit(Bitboard& set) {
+    const int square = FirstBitNumber(set);
+    set &= set - 1;
+    return square;
+}
+
+// A square's bit in the plain order and in the three rotated orders, in which the squares of a file
+// or of a diagonal are neighbours. The a1h8 set holds the diagonals parallel to a8-h1 (file + rank
+// constant), the a8h1 set those parallel to a1-h8 (file - rank constant).
+extern Bitboard BIT_RANK[SQUARES];
+extern Bitboard BIT_FILE[SQUARES];
+extern Bitboard BIT_A1H8[SQUARES];
+extern Bitboard BIT_A8H1[SQUARES];
+
+// Where a square's diagonal begins in its rotated order, and the mask of its length.
+extern std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
+extern std::uint64_t DIAG_MASK_A1H8[SQUARES];
+extern std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
+extern std::uint64_t DIAG_MASK_A8H1[SQUARES];
+
+// Squares that a slider reaches along one line, by LineIndex; the first piece each way included.
+inline constexpr int OCCUPANCIES = 256;
+constexpr int LineIndex(int square, std::uint64_t occupancy) {
+    return square * OCCUPANCIES + static_cast<int>(occupancy);
+}
+extern Bitboard MOVES_RANK[SQUARES * OCCUPANCIES];
+extern Bitboard MOVES_FILE[SQUARES * OCCUPANCIES];
+extern Bitboard MOVES_A1H8[SQUARES * OCCUPANCIES];
+extern Bitboard MOVES_A8H1[SQUARES * OCCUPANCIES];
+
+extern Bitboard ATTACKS_KNIGHT[SQUARES];
+extern Bitboard ATTACKS_KING[SQUARES];
+extern Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
+extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // rank 4 or 5: the squares beside; else empty
+
+// The ray from a square in one direction, the square itself excluded.
+extern Bitboard PLUS_1[SQUARES], PLUS_7[SQUARES], PLUS_8[SQUARES], PLUS_9[SQUARES];
+extern Bitboard MINUS_1[SQUARES], MINUS_7[SQUARES], MINUS_8[SQUARES], MINUS_9[SQUARES];
+
+// Squares of the file ahead; squares at king distance 1 to d, and exactly d (rows 1 to 3).
+inline constexpr int KING_DISTANCES = 4;
+extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];
+extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES];
+extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES];
+
+// Pawn structure, all within ranks 2 to 7: three files ahead; neighbouring files ahead (F), and
+// level and behind (B); both neighbouring files; the rest of the own file.
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES];
+extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES];
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES];
+extern Bitboard PAWN_ISOLATED[SQUARES];
+extern Bitboard PAWN_DOUBLED[SQUARES];
+
+// The initial board, square by square, and its bitboards.
+extern const Piece NEW_POSITION[SQUARES];
+extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
+extern Bitboard NEW_PIECES_ALL_RANK[COLOURS];
+extern Bitboard NEW_PIECES_ALL_FILE[COLOURS];
+extern Bitboard NEW_PIECES_ALL_A1H8[COLOURS];
+extern Bitboard NEW_PIECES_ALL_A8H1[COLOURS];
+
+// One step of a knight or king: file step and rank step.
+inline constexpr std::int32_t KNIGHT_X[] = {1, 2, 2, 1, -1, -2, -2, -1};
+inline constexpr std::int32_t KNIGHT_Y[] = {-2, -1, 1, 2, 2, 1, -1, -2};
+inline constexpr std::int32_t KING_X[] = {0, 1, 1, 1, 0, -1, -1, -1};
+inline constexpr std::int32_t KING_Y[] = {-1, -1, 0, 1, 1, 1, 0, -1};
+
+// Fills all tables of this header; call once, after InitializeUtility.
+void InitializeBitBoard();

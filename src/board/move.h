@@ -1,0 +1,26 @@
+// The move record.
+#pragma once
+
+#include "board/types.h"
+
+// Fields that a kind of move does not use hold no meaning; readers look at them only when the
+// flag that makes them valid is set. The book file stores these 32 bytes as they are laid out here.
+struct Move {
+    std::int32_t from; // negative: a fake move, which stands for no move at all
+    std::int32_t to;   // castling: the king's target; en passant: the empty square moved to
+    Piece piece;       // as it stood on `from`
+    Piece captured;    // as it stood on `to`; NO_PIECE for an en-passant capture
+    Piece promoted;    // what the move puts on `to`
+    std::uint8_t en_passant;
+    std::uint8_t castle;
+    std::int32_t en_passant_square; // square and code of the pawn captured en passant
+    std::int32_t en_passant_piece;
+    std::int32_t rook_from; // castling: the rook's way
+    std::int32_t rook_to;
+};
+static_assert(sizeof(Move) == 32);
+
+inline constexpr std::int32_t NO_SQUARE = -1;
+
+// Room of a move list; no position has nearly as many pseudo-legal moves.
+inline constexpr int MAX_MOVES = 512;

@@ -1,0 +1,43 @@
+#include "board/position.h"
+
+#include <algorithm>
+
+alignas(64) Piece position[SQUARES];
+alignas(64) Bitboard pieces_by_type[PIECE_INDICES];
+alignas(64) Bitboard pieces_all_rank[COLOURS];
+Bitboard pieces_all_file[COLOURS];
+Bitboard pieces_all_a1h8[COLOURS];
+Bitboard pieces_all_a8h1[COLOURS];
+Colour side_to_move;
+std::int32_t pieces_on_board[COLOURS];
+std::int32_t piece_weight_eval[COLOURS];
+std::int32_t piece_square_eval[COLOURS];
+std::uint64_t zobrist_key;
+std::uint64_t zobrist_xor;
+std::int32_t zobrist_ply_number;
+std::uint64_t zobrist_key_buffer[KEY_BUFFER_SIZE];
+std::uint64_t zobrist_xor_buffer[KEY_BUFFER_SIZE];
+
+void NewRepresentation() {
+    zobrist_key = 0;
+    zobrist_xor = 0;
+    std::ranges::fill(zobrist_key_buffer, 0);
+    pieces_on_board[WHITE] = pieces_on_board[BLACK] = 8;
+    side_to_move = WHITE;
+    for (int square = 0; square < SQUARES; ++square) {
+        const Piece piece = NEW_POSITION[square];
+        position[square] = piece;
+        if (piece != NO_PIECE) zobrist_key ^= PieceKey(ColourOf(piece), TypeOf(piece), square);
+    }
+    std::ranges::copy(NEW_PIECES_ALL_RANK, pieces_all_rank);
+    std::ranges::copy(NEW_PIECES_ALL_FILE, pieces_all_file);
+    std::ranges::copy(NEW_PIECES_ALL_A1H8, pieces_all_a1h8);
+    std::ranges::copy(NEW_PIECES_ALL_A8H1, pieces_all_a8h1);
+    std::ranges::copy(NEW_PIECES_BY_TYPE, pieces_by_type);
+    for (const std::uint64_t key : ZOBRIST_KEY_CASTLE) {
+        zobrist_key ^= key;
+    }
+    zobrist_ply_number = 0;
+    zobrist_keys[0] = zobrist_key;
+    zobrist_xors[0] = zobrist_xor;
+}

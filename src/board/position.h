@@ -1,0 +1,63 @@
+// The one position of the program: the board, its bitboards, counts, sums and hash key, and the
+// history of keys. The search walks the tree by changing it in place.
+#pragma once
+
+#include "board/bitboard.h"
+#include "board/types.h"
+#include "board/zobrist.h"
+
+#include <cstdint>
+
+// Invariants that whoever changes the position keeps: every set holds just the pieces of
+// `position`, in its own bit order, and each colour has exactly one king.
+extern Piece position[SQUARES];
+extern Colour side_to_move;
+extern Bitboard pieces_by_type[PIECE_INDICES];
+extern std::int32_t pieces_on_board[COLOURS]; // NUMBER of pieces other than pawns, king included
+extern Bitboard pieces_all_rank[COLOURS];
+extern Bitboard pieces_all_file[COLOURS];
+extern Bitboard pieces_all_a1h8[COLOURS];
+extern Bitboard pieces_all_a8h1[COLOURS];
+
+// Sums in centipawns over a colour's pieces except the king.
+extern std::int32_t piece_weight_eval[COLOURS];
+extern std::int32_t piece_square_eval[COLOURS];
+
+// The hash key, and the en-passant key folded into it (0: none).
+extern std::uint64_t zobrist_key;
+extern std::uint64_t zobrist_xor;
+
+// The keys of the game's and the search line's positions, oldest first, by ply number. The entries
+// before index 0 let readers look back past the first position.
+inline constexpr int KEY_BUFFER_SIZE = 4096;
+inline constexpr int KEY_BUFFER_START = 32;
+inline constexpr int MAX_PLY_NUMBER = KEY_BUFFER_SIZE - KEY_BUFFER_START - 1;
+inline constexpr int MAX_LINE_PLIES = 320; // the most that a search line adds to the game's plies
+extern std::int32_t zobrist_ply_number;
+extern std::uint64_t zobrist_key_buffer[KEY_BUFFER_SIZE];
+extern std::uint64_t zobrist_xor_buffer[KEY_BUFFER_SIZE];
+inline constexpr std::uint64_t* zobrist_keys = zobrist_key_buffer + KEY_BUFFER_START;
+inline constexpr std::uint64_t* zobrist_xors = zobrist_xor_buffer + KEY_BUFFER_START;
+
+inline Bitboard PiecesOf(Colour colour, PieceType type) {
+    return pieces_by_type[PieceIndex(colour, type)];
+}
+
+inline int KingSquare(Colour colour) { return FirstBitNumber(PiecesOf(colour, KING)); }
+
+// Flips a square in the colour's sets of all its pieces.
+inline void ToggleSquare(Colour colour, int square) {
+    pieces_all_rank[colour] ^= BIT_RANK[square];
+    pieces_all_file[colour] ^= BIT_FILE[square];
+    pieces_all_a1h8[colour] ^= BIT_A1H8[square];
+    pieces_all_a8h1[colour] ^= BIT_A8H1[square];
+}
+
+// Flips one piece in the bitboards and in nothing else.
+inline void TogglePieceOnBitBoard(Colour colour, PieceType type, int square) {
+    ToggleSquare(colour, square);
+    pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
+}
+
+// Sets up the initial position. The evaluation sums are left to NewEvaluation.
+void NewRepresentation();

@@ -1,0 +1,65 @@
+// The vocabulary of the whole engine: colours, piece codes, squares and bitboards.
+#pragma once
+
+#include <cstdint>
+
+enum Colour : std::int32_t { WHITE = 0, BLACK = 1 };
+inline constexpr int COLOURS = 2;
+
+constexpr Colour Opponent(Colour colour) { return static_cast<Colour>(colour ^ 1); }
+
+// Bit 2 marks the sliders: types 5 and 7 move along diagonals, types 6 and 7 along ranks and files.
+enum PieceType : std::uint8_t {
+    NO_PIECE_TYPE = 0,
+    PAWN = 1,
+    KNIGHT = 2,
+    KING = 3,
+    BISHOP = 5,
+    ROOK = 6,
+    QUEEN = 7
+};
+inline constexpr int PIECE_TYPES = 8;
+
+// A piece code: the type in bits 0 to 2, the moved flag in bit 3, white in bit 6, black in bit 7;
+// 0 is an empty square. The moved flag carries castling rights and the pawn's double step.
+using Piece = std::uint8_t;
+inline constexpr Piece NO_PIECE = 0;
+inline constexpr Piece TYPE_BITS = 0x07;
+inline constexpr Piece MOVED_FLAG = 0x08;
+inline constexpr Piece COLOUR_BITS = 0xC0;
+inline constexpr Piece COLOUR_BIT[COLOURS] = {0x40, 0x80};
+
+constexpr PieceType TypeOf(Piece piece) { return static_cast<PieceType>(piece & TYPE_BITS); }
+constexpr Colour ColourOf(Piece piece) { return static_cast<Colour>(piece >> 7); }
+constexpr bool IsMoved(Piece piece) { return (piece & MOVED_FLAG) != 0; }
+
+// The row of a piece in the tables that have one for each kind: 0 to 15.
+inline constexpr int PIECE_INDICES = COLOURS * PIECE_TYPES;
+constexpr int PieceIndex(Colour colour, PieceType type) { return colour * PIECE_TYPES + type; }
+constexpr int PieceIndex(Piece piece) { return PieceIndex(ColourOf(piece), TypeOf(piece)); }
+
+// Squares run from a1 = 0 along the ranks to h8 = 63.
+inline constexpr int SQUARES = 64;
+inline constexpr int BOARD_SIDE = 8;
+inline constexpr int RANK_1 = 0;
+inline constexpr int RANK_2 = 1;
+inline constexpr int RANK_7 = 6;
+inline constexpr int RANK_8 = 7;
+inline constexpr int FILE_A = 0;
+inline constexpr int FILE_C = 2;
+inline constexpr int FILE_E = 4;
+inline constexpr int FILE_G = 6;
+inline constexpr int FILE_H = 7;
+
+constexpr int FileOf(int square) { return square & 7; }
+constexpr int RankOf(int square) { return square >> 3; }
+constexpr int SquareOf(int file, int rank) { return rank * BOARD_SIDE + file; }
+constexpr bool IsSquare(int square) { return square >= 0 && square < SQUARES; }
+constexpr bool IsOnBoard(int file, int rank) {
+    return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
+}
+
+inline constexpr int KING_HOME[COLOURS] = {SquareOf(FILE_E, RANK_1), SquareOf(FILE_E, RANK_8)};
+
+// A set of squares. In the plain order bit n stands for square n.
+using Bitboard = std::uint64_t;

@@ -1,0 +1,21 @@
+// Pseudo-random numbers, the clock in centiseconds, and the counts of set bits.
+#pragma once
+
+#include <cstdint>
+
+// Number of set bits of every 16-bit value.
+inline constexpr int POP_COUNT_SIZE = 65536;
+extern std::uint32_t POP_COUNT[POP_COUNT_SIZE];
+
+// Seeds the generator with its fixed start value and fills POP_COUNT.
+void InitializeUtility();
+
+// One linear congruential generator serves keys, move choice and book: the same seed gives the same
+// numbers everywhere.
+void SeedRandom(std::uint32_t seed);
+std::uint32_t RandomU15(); // 0 to 32767
+std::uint32_t RandomU32(); // 30 significant bits
+std::uint64_t RandomU64();
+
+// The time in centiseconds, for differences between two readings.
+std::uint64_t CurrentTimeU64();

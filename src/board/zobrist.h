@@ -1,0 +1,23 @@
+// Zobrist keys: the random numbers of which a position's hash key is composed.
+#pragma once
+
+#include "board/types.h"
+
+#include <cstdint>
+
+extern std::uint64_t ZOBRIST_KEY_GLOBAL[PIECE_INDICES * SQUARES];
+extern std::uint64_t ZOBRIST_KEY_CASTLE[4];          // by CastleIndex
+extern std::uint64_t ZOBRIST_KEY_ENPASSANT[SQUARES]; // the square that a double step passed over
+extern std::uint64_t ZOBRIST_KEY_SIDE_SWITCH;        // in the key while black is to move
+
+enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
+constexpr int CastleIndex(Colour colour, CastleSide side) { return colour * 2 + side; }
+
+// The key of a piece on a square; the moved flag plays no part in it.
+inline std::uint64_t PieceKey(Colour colour, PieceType type, int square) {
+    return ZOBRIST_KEY_GLOBAL[PieceIndex(colour, type) * SQUARES + square];
+}
+
+// Draws all keys. Nothing may draw a random number between seeding and this, so that the keys are
+// the same in every run.
+void InitializeZobristKeys();

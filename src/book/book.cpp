@@ -1,0 +1,156 @@
+#include "book/book.h"
+
+#include "board/position.h"
+#include "board/utility.h"
+#include "eval/evaltables.h"
+#include "game/bookstate.h"
+#include "game/enginestate.h"
+#include "game/gamestate.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "notation/notation.h"
+#include "notation/portable.h"
+#include "notation/text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <span>
+#include <string_view>
+
+MoveTrieNode book;
+
+namespace {
+
+constexpr std::size_t HELP_TEXT_SIZE = 2048;
+constexpr std::size_t HELP_LINE_SIZE = 64;
+
+// The legal move of the position with the squares and the promotion of the book's, or false.
+bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateAllLegalMoves(moves, count, last_move);
+    const std::span<const Move> list(moves, static_cast<std::size_t>(count));
+    const auto found = std::ranges::find_if(list, [&](const Move& legal) {
+        return IsEqualMove(legal, wanted) && TypeOf(legal.promoted) == TypeOf(wanted.promoted);
+    });
+    if (found == list.end()) return false;
+    move = *found;
+    return true;
+}
+
+// All moves below the node can be played; they are given the fields that play needs.
+bool IsPlayable(MoveTrieNode& node, const Move* last_move) {
+    for (MoveTrieNode* child = node.children; child; child = child->next) {
+        if (!FindLegalMove(child->move, last_move, child->move)) return false;
+        MakeMove(child->move);
+        const bool is_playable = IsPlayable(*child, &child->move);
+        UnMakeMove(child->move);
+        if (!is_playable) return false;
+    }
+    return true;
+}
+
+// Appends a line to the text unless it does not fit as a whole.
+bool AppendLine(char (&text)[HELP_TEXT_SIZE], std::size_t& length, const char* line) {
+    const std::size_t added = std::strlen(line);
+    if (length + added >= HELP_TEXT_SIZE) return false;
+    std::memcpy(text + length, line, added + 1);
+    length += added;
+    return true;
+}
+
+void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
+    std::size_t length = 0;
+    const char* number = WrittenMoveNumber(game_state.ply_count + 1);
+    for (const MoveTrieNode* child = book_state.node->children; child; child = child->next) {
+        Move move;
+        if (!FindLegalMove(child->move, LastMove(), move)) continue;
+        char line[HELP_LINE_SIZE];
+        std::snprintf(line, sizeof line, " %s %s\n", number, WrittenMove(move));
+        if (!AppendLine(text, length, line)) return;
+    }
+}
+
+} // namespace
+
+const char* ReadBook(MoveTrieNode& root, const char* file_name) {
+    const char* error = ReadMoveTrie(root, file_name);
+    NewGameState();
+    NewRepresentation();
+    NewEvaluation();
+    if (error || IsPlayable(root, nullptr)) return error;
+    FreeMoveTrie(root);
+    InitMoveTrie(root);
+    return "a move is not legal";
+}
+
+const char* InitializeBook(const char* file_name) { return ReadBook(book, file_name); }
+
+void FinalizeBook() {
+    FreeMoveTrie(book);
+    InitMoveTrie(book);
+}
+
+void NewBookState() {
+    book_state.node = &book;
+    book_state.in_book = 1;
+    UpdateBookHelp();
+}
+
+std::uint8_t GetNextBookMove(Move& move) {
+    if (!engine_state.use_book || !book_state.in_book) return 0;
+    const std::uint32_t children = static_cast<std::uint32_t>(book_state.node->child_count);
+    if (children == 0) {
+        book_state.in_book = 0;
+        return 0;
+    }
+    const std::uint32_t r1 = RandomU15();
+    const std::uint32_t r2 = RandomU15();
+    const std::uint32_t r3 = RandomU15();
+    SeedRandom(static_cast<std::uint32_t>(std::time(nullptr)) + r1 + r2 * r3);
+    const MoveTrieNode* child = book_state.node->children;
+    for (std::uint32_t skipped = RandomU15() % children; skipped > 0; --skipped) {
+        child = child->next;
+    }
+    // After a promotion to another piece than the book's, its further moves may not be legal.
+    if (!FindLegalMove(child->move, LastMove(), move)) {
+        book_state.in_book = 0;
+        return 0;
+    }
+    book_state.node = child;
+    return 1;
+}
+
+void SetNextBookMove(const Move& move) {
+    if (!engine_state.use_book || !book_state.in_book) return;
+    for (const MoveTrieNode* child = book_state.node->children; child; child = child->next) {
+        if (IsEqualMove(child->move, move)) {
+            book_state.node = child;
+            return;
+        }
+    }
+    book_state.in_book = 0;
+}
+
+const char* WrittenBookHelp() {
+    static char text[HELP_TEXT_SIZE];
+    if (!engine_state.use_book) {
+        CopyText(text, " Book not available!\n");
+    } else if (book_state.in_book && book_state.node->children) {
+        text[0] = '\0';
+        WriteHelpMoves(text);
+    } else {
+        CopyText(text, " Out of book!\n");
+    }
+    return text;
+}
+
+void UpdateBookHelp() {
+    std::string_view help = WrittenBookHelp();
+    if (help.size() >= BOOK_HELP_SIZE) {
+        help = help.substr(0, help.rfind('\n', BOOK_HELP_SIZE - 2) + 1);
+    }
+    CopyText(book_state.help, help);
+}

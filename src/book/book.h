@@ -1,0 +1,37 @@
+// The opening book in play: loaded at start-up, followed and played from while the game lasts in
+// it.
+#pragma once
+
+#include "board/move.h"
+#include "book/movetrie.h"
+
+#include <cstdint>
+
+inline constexpr const char* DEFAULT_BOOK_NAME = "korvane.bk";
+
+// The root of the loaded book; its children are the book moves of the initial position.
+extern MoveTrieNode book;
+
+// Reads the book file. Returns null, or what is wrong with a damaged file; the book is then empty.
+const char* InitializeBook(const char* file_name);
+void FinalizeBook();
+
+// Reads the trie of a book file whose every move can be played from the initial position; the
+// position is the initial one afterwards. Returns null, or what is wrong; the root is then a leaf.
+const char* ReadBook(MoveTrieNode& root, const char* file_name);
+
+// Puts the game at the start of the book.
+void NewBookState();
+
+// Picks the engine's book move, each stored one being as likely as the others; 0 when the game is
+// out of the book.
+std::uint8_t GetNextBookMove(Move& move);
+
+// Follows the move that the user played, or leaves the book.
+void SetNextBookMove(const Move& move);
+
+// The book moves of the position, a line each, or a short notice; in a static buffer.
+const char* WrittenBookHelp();
+
+// Writes that text into the game's book record.
+void UpdateBookHelp();

@@ -1,0 +1,148 @@
+#include "book/bookmaker.h"
+
+#include "board/position.h"
+#include "book/book.h"
+#include "book/movetrie.h"
+#include "eval/evaltables.h"
+#include "game/enginestate.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "moves/makemove.h"
+#include "notation/gamefile.h"
+#include "notation/notation.h"
+#include "notation/pgninfo.h"
+#include "notation/portable.h"
+#include "platform/enforce.h"
+#include "platform/system.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <span>
+#include <string>
+
+namespace {
+
+constexpr std::int32_t MAX_GAME_MOVES = 512; // of a game that are kept while it is read
+constexpr int LISTING_WIDTH = 1024;
+constexpr std::int32_t PROGRESS_STEP = 500; // games
+
+// One game's moves, or a line of the book.
+struct MoveList {
+    std::int32_t length;
+    Move moves[MAX_GAME_MOVES + 1];
+};
+MoveList line;
+
+std::span<const Move> FirstMoves(const MoveList& list, std::int32_t most) {
+    return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
+}
+
+void StartPosition() {
+    NewGameState();
+    NewRepresentation();
+    NewEvaluation();
+}
+
+void ReadTags(std::FILE* input) {
+    PgnTag tag;
+    while (ReadNextPgnTag(input, tag)) {
+        SetPgnTagValueByName(pgn_game_info, tag.name, tag.value);
+    }
+}
+
+// Reads and plays a game's moves up to its result.
+void ReadMoves(std::FILE* input) {
+    char token[MOVE_TOKEN_SIZE];
+    line.length = 0;
+    while (ReadNextPgnMove(input, token)) {
+        if (line.length == MAX_GAME_MOVES) continue;
+        Move& move = line.moves[line.length++];
+        if (!ParseMove(token, move) || !IsLegalMove(move)) {
+            FatalError(std::string("Error (illegal move): ") + token);
+        }
+        MakeForceMove(move);
+    }
+    SkipLine(input);
+}
+
+std::int64_t FileSize(std::FILE* file) {
+    if (std::fseek(file, 0, SEEK_END) != 0) return 0;
+    const std::int64_t size = std::ftell(file);
+    std::rewind(file);
+    return size;
+}
+
+void ShowProgress(std::FILE* input, std::int64_t size, std::int32_t games) {
+    const std::int64_t share = size > 0 ? 100 * std::int64_t{std::ftell(input)} / size : 0;
+    std::fprintf(stderr, "\r%d games read, %d%% of the file", games, static_cast<int>(share));
+}
+
+// Reads all games into the trie; returns their number.
+std::int32_t ReadGames(std::FILE* input, bool is_pgn, std::int32_t max_plies, MoveTrieNode& root) {
+    const bool is_shown = IsConsoleErrors();
+    const std::int64_t size = is_shown ? FileSize(input) : 0;
+    std::int32_t games = 0;
+    while (SkipToNextGame(input)) {
+        StartPosition();
+        std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
+        if (is_pgn) ReadTags(input);
+        ReadMoves(input);
+        InsertIntoMoveTrie(root, FirstMoves(line, max_plies), is_pgn);
+        if (++games % PROGRESS_STEP == 0 && is_shown) ShowProgress(input, size, games);
+    }
+    return games;
+}
+
+// Writes the lines that go through a node, `line` being the way to it, one for each leaf.
+void WriteLines(std::FILE* text, const MoveTrieNode& node) {
+    line.moves[line.length++] = node.move;
+    if (node.child_count <= 0) {
+        const std::span<const Move> moves = FirstMoves(line, line.length).subspan(1);
+        WritePgnMoveList(text, moves, {true, 1, LISTING_WIDTH, "*"});
+        std::fputs("\n", text);
+    }
+    for (const MoveTrieNode* child = node.children; child; child = child->next) {
+        WriteLines(text, *child);
+    }
+    --line.length;
+}
+
+} // namespace
+
+void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::int32_t max_plies,
+              std::int32_t minimum_count) {
+    RequireFile(input_name);
+    std::FILE* input = std::fopen(input_name, "r");
+    if (!input) FatalError(std::string("Error (cannot read file): ") + input_name);
+    MoveTrieNode root{};
+    InitMoveTrie(root);
+    const std::int32_t games = ReadGames(input, is_pgn, max_plies, root);
+    if (std::ferror(input)) FatalError(std::string("Error (cannot read file): ") + input_name);
+    std::fclose(input);
+    const std::int32_t nodes = WriteMoveTrie(root, book_name, minimum_count);
+    FreeMoveTrie(root);
+    if (IsConsoleErrors()) {
+        std::fprintf(stderr, "\r%d games read, %d positions kept, %s written\n", games, nodes,
+                     book_name);
+    }
+}
+
+void ShowBook(const char* book_name, const char* text_name) {
+    static_assert(MAX_TRIE_PLIES <= MAX_GAME_MOVES);
+    engine_state.san_notation = 1;
+    MoveTrieNode root{};
+    if (ReadBook(root, book_name)) {
+        FatalError(std::string("Error (damaged book file): ") + book_name);
+    }
+    line.length = 0;
+    std::FILE* text = std::fopen(text_name, "w");
+    if (!text) FatalError(std::string("Error (cannot write file): ") + text_name);
+    WriteLines(text, root);
+    const bool is_broken = std::ferror(text) != 0;
+    if (std::fclose(text) != 0 || is_broken) {
+        FatalError(std::string("Error (cannot write file): ") + text_name);
+    }
+    FreeMoveTrie(root);
+    engine_state.san_notation = 0;
+}

@@ -1,0 +1,223 @@
+#include "book/movetrie.h"
+
+#include "moves/predicates.h"
+#include "platform/enforce.h"
+#include "platform/system.h"
+
+#include <cassert>
+#include <cstdio>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A node record: the move, the number of children, and their offsets in the file. All integers are
+// little-endian; a node's children with their subtrees follow it without gaps.
+constexpr std::size_t MOVE_BYTES = sizeof(Move);
+constexpr std::size_t NUMBER_BYTES = 4;
+constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
+
+using Bytes = std::vector<unsigned char>;
+
+std::int32_t last_offset = 0; // where the writer puts the next record
+
+void PutNumber(unsigned char* place, std::int32_t number) {
+    for (std::size_t i = 0; i < NUMBER_BYTES; ++i) {
+        place[i] = static_cast<unsigned char>(static_cast<std::uint32_t>(number) >> (8 * i));
+    }
+}
+
+std::int32_t GetNumber(const unsigned char* place) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < NUMBER_BYTES; ++i) {
+        number |= std::uint32_t{place[i]} << (8 * i);
+    }
+    return static_cast<std::int32_t>(number);
+}
+
+// Fields that carry no meaning are written as zeros.
+void PutMove(unsigned char* place, const Move& move) {
+    PutNumber(place, move.from);
+    PutNumber(place + 4, move.to);
+    place[8] = move.piece;
+    place[9] = move.captured;
+    place[10] = move.promoted;
+    place[11] = move.en_passant;
+    place[12] = move.castle;
+    if (move.en_passant) {
+        PutNumber(place + 16, move.en_passant_square);
+        PutNumber(place + 20, move.en_passant_piece);
+    }
+    if (move.castle) {
+        PutNumber(place + 24, move.rook_from);
+        PutNumber(place + 28, move.rook_to);
+    }
+}
+
+Move GetMove(const unsigned char* place) {
+    return {GetNumber(place),
+            GetNumber(place + 4),
+            place[8],
+            place[9],
+            place[10],
+            place[11],
+            place[12],
+            GetNumber(place + 16),
+            GetNumber(place + 20),
+            GetNumber(place + 24),
+            GetNumber(place + 28)};
+}
+
+MoveTrieNode* FindChild(const MoveTrieNode& node, const Move& move) {
+    for (MoveTrieNode* child = node.children; child; child = child->next) {
+        if (IsEqualMove(child->move, move)) return child;
+    }
+    return nullptr;
+}
+
+// A new first child.
+MoveTrieNode& AddChild(MoveTrieNode& node) {
+    MoveTrieNode* child = new MoveTrieNode;
+    InitMoveTrie(*child);
+    child->next = node.children;
+    node.children = child;
+    return *child;
+}
+
+std::int32_t CountKept(const MoveTrieNode& node, std::int32_t minimum_count) {
+    std::int32_t kept = 0;
+    for (const MoveTrieNode* child = node.children; child; child = child->next) {
+        kept += child->count >= minimum_count;
+    }
+    return kept;
+}
+
+// Appends a node's record, and behind it those of its children; returns the number of nodes, or 0
+// when the file grows beyond what an offset can hold.
+std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
+                        std::int32_t minimum_count) {
+    const std::size_t start = image.size();
+    const std::int32_t kept = CountKept(node, minimum_count);
+    const std::size_t end = start + RECORD_BYTES + NUMBER_BYTES * static_cast<std::size_t>(kept);
+    if (end > std::numeric_limits<std::int32_t>::max()) return 0;
+    image.resize(end, 0);
+    last_offset = static_cast<std::int32_t>(end);
+    if (!is_root) PutMove(&image[start], node.move);
+    PutNumber(&image[start + MOVE_BYTES], kept);
+    std::size_t table = start + RECORD_BYTES;
+    std::int32_t nodes = 1;
+    for (const MoveTrieNode* child = node.children; child; child = child->next) {
+        if (child->count < minimum_count) continue;
+        PutNumber(&image[table], last_offset);
+        table += NUMBER_BYTES;
+        const std::int32_t below = AppendNode(image, *child, false, minimum_count);
+        if (below == 0) return 0;
+        nodes += below;
+    }
+    return nodes;
+}
+
+bool WriteBytes(const std::string& name, const Bytes& bytes) {
+    std::FILE* file = std::fopen(name.c_str(), "wb");
+    if (!file) return false;
+    const bool is_written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return (std::fclose(file) == 0) && is_written;
+}
+
+Bytes ReadBytes(const char* name) {
+    Bytes bytes;
+    std::FILE* file = std::fopen(name, "rb");
+    if (!file) return bytes;
+    unsigned char block[1 << 16];
+    for (std::size_t got = 0; (got = std::fread(block, 1, sizeof block, file)) > 0;) {
+        bytes.insert(bytes.end(), block, block + got);
+    }
+    std::fclose(file);
+    return bytes;
+}
+
+// Reads the record at the offset and those of its children, each of which must begin where the one
+// before it ended: so no record is read twice. Moves `offset` behind them. Returns null or what is
+// wrong.
+const char* ReadNode(const Bytes& image, std::size_t& offset, MoveTrieNode& node, int plies) {
+    if (plies > MAX_TRIE_PLIES) return "a line is too long";
+    if (image.size() - offset < RECORD_BYTES) return "a record lies outside the file";
+    node.move = GetMove(&image[offset]);
+    node.count = UNWEIGHTED_COUNT;
+    const std::int32_t children = GetNumber(&image[offset + MOVE_BYTES]);
+    std::size_t table = offset + RECORD_BYTES;
+    if (children < 0 || children > MAX_MOVES) return "a number of moves cannot be";
+    offset = table + NUMBER_BYTES * static_cast<std::size_t>(children);
+    if (offset > image.size()) return "a record lies outside the file";
+    for (std::int32_t i = 0; i < children; ++i, table += NUMBER_BYTES) {
+        if (GetNumber(&image[table]) != static_cast<std::int32_t>(offset)) {
+            return "an offset does not fit the order of the records";
+        }
+        const char* error = ReadNode(image, offset, AddChild(node), plies + 1);
+        if (error) return error;
+    }
+    node.child_count = children;
+    return nullptr;
+}
+
+} // namespace
+
+void InitMoveTrie(MoveTrieNode& node) {
+    node.children = nullptr;
+    node.next = nullptr;
+    node.child_count = 0;
+}
+
+void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is_weighted) {
+    MoveTrieNode* node = &root;
+    for (const Move& move : moves) {
+        MoveTrieNode* child = FindChild(*node, move);
+        if (child) {
+            if (is_weighted) ++child->count;
+        } else {
+            child = &AddChild(*node);
+            child->move = move;
+            child->count = is_weighted ? 1 : UNWEIGHTED_COUNT;
+            ++node->child_count;
+        }
+        node = child;
+    }
+}
+
+std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
+                           std::int32_t minimum_count) {
+    Bytes image;
+    last_offset = 0;
+    const std::int32_t nodes = AppendNode(image, root, true, minimum_count);
+    const std::string unfinished = std::string(file_name) + ".tmp";
+    if (nodes == 0 || !WriteBytes(unfinished, image) ||
+        !ReplaceFile(unfinished.c_str(), file_name)) {
+        std::remove(unfinished.c_str());
+        FatalError(std::string("Error (cannot write book file): ") + file_name);
+    }
+    return nodes;
+}
+
+const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name) {
+    RequireFile(file_name);
+    InitMoveTrie(root);
+    const Bytes image = ReadBytes(file_name);
+    std::size_t offset = 0;
+    const char* error = ReadNode(image, offset, root, 0);
+    if (!error && offset != image.size()) error = "bytes lie behind the last record";
+    if (error) {
+        FreeMoveTrie(root);
+        InitMoveTrie(root);
+    }
+    return error;
+}
+
+void FreeMoveTrie(MoveTrieNode& node) {
+    for (MoveTrieNode* child = node.children; child;) {
+        MoveTrieNode* next = child->next;
+        FreeMoveTrie(*child);
+        delete child;
+        child = next;
+    }
+}

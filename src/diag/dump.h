@@ -1,0 +1,19 @@
+// Readable dumps on standard error, for developers at work; nothing calls them in play.
+#pragma once
+
+#include "board/move.h"
+#include "board/types.h"
+
+#include <cstdint>
+#include <span>
+
+void DumpMessage(const char* text);
+void DumpPiece(int square, Piece piece);
+void DumpPosition();
+void DumpU64(std::uint64_t value);
+void DumpZobristKey(std::uint64_t key);
+void DumpBitBoard(Bitboard set);
+
+// Reads the board, and so must run before the move is made.
+void DumpMove(const Move& move);
+void DumpMoveList(std::span<const Move> moves);

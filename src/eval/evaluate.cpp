@@ -1,0 +1,83 @@
+#include "eval/evaluate.h"
+
+#include "board/position.h"
+#include "eval/evaltables.h"
+
+namespace {
+
+// Centipawns a piece or pawn.
+constexpr std::int32_t SHELTER_NEAR = 12;
+constexpr std::int32_t SHELTER_FAR = 5;
+constexpr std::int32_t DANGER = -12;
+constexpr std::int32_t BISHOP_PAIR = 8;
+constexpr std::int32_t PASSED = 24;
+constexpr std::int32_t PASSED_PROTECTED = 32;
+constexpr std::int32_t DOUBLED = -12;
+constexpr std::int32_t ISOLATED = -15;
+constexpr std::int32_t ISOLATED_OPEN = -33; // on a file where an enemy rook can attack it
+constexpr std::int32_t BACKWARD_EDGE = -5;
+constexpr std::int32_t BACKWARD = -12;
+constexpr std::int32_t BACKWARD_OPEN = -15; // on top, where an enemy rook can attack it
+
+constexpr Bitboard EDGE_FILES = 0x8181818181818181;
+
+// The phase from the number of pieces other than pawns, both kings included.
+int GamePhase() {
+    const std::int32_t pieces = pieces_on_board[WHITE] + pieces_on_board[BLACK];
+    if (pieces > 8) return 0;
+    return pieces >= 4 ? 1 : 2;
+}
+
+// Pawns that shelter the king, enemy pieces that come near it.
+template <Colour US>
+std::int32_t KingSafety(int king) {
+    constexpr Colour THEM = Opponent(US);
+    const Bitboard own_pawns = PiecesOf(US, PAWN);
+    const Bitboard enemy_pieces = pieces_all_rank[THEM] & ~PiecesOf(THEM, PAWN);
+    return SHELTER_NEAR * PopCount(own_pawns & SQUARES_BORDER[1][king]) +
+           SHELTER_FAR * PopCount(own_pawns & SQUARES_BORDER[2][king]) +
+           DANGER * PopCount(enemy_pieces & SQUARES_AROUND[2][king]);
+}
+
+template <Colour US>
+std::int32_t PawnStructure() {
+    constexpr Colour THEM = Opponent(US);
+    const Bitboard own = PiecesOf(US, PAWN);
+    const Bitboard enemy = PiecesOf(THEM, PAWN);
+    const bool enemy_has_rook = PiecesOf(THEM, ROOK) != 0;
+    std::int32_t score = 0;
+    for (Bitboard pawns = own; pawns;) {
+        const int square = PopFirstBit(pawns);
+        const bool is_open = enemy_has_rook && !(enemy & SQUARES_FRONT[US][square]);
+        if (!(enemy & PAWN_PASSED[US][square])) {
+            score += own & ATTACKS_PAWN[THEM][square] ? PASSED_PROTECTED : PASSED;
+        }
+        if (own & PAWN_DOUBLED[square]) score += DOUBLED;
+        if (!(own & PAWN_ISOLATED[square])) {
+            score += is_open ? ISOLATED_OPEN : ISOLATED;
+        } else if (!(own & PAWN_BACKWARD_B[US][square]) && (own & PAWN_BACKWARD_F[US][square])) {
+            score += BIT_RANK[square] & EDGE_FILES ? BACKWARD_EDGE : BACKWARD;
+            if (is_open) score += BACKWARD_OPEN;
+        }
+    }
+    return score;
+}
+
+// Everything that counts for one colour.
+template <Colour US>
+std::int32_t EvaluateColour(int phase) {
+    const int king = KingSquare(US);
+    std::int32_t score = piece_weight_eval[US] + piece_square_eval[US];
+    score += KingPieceSquareEval(US, phase, king);
+    if (phase == 0) score += KingSafety<US>(king);
+    if (PopCount(PiecesOf(US, BISHOP)) == 2) score += BISHOP_PAIR;
+    return score + PawnStructure<US>();
+}
+
+} // namespace
+
+std::int32_t Evaluate() {
+    const int phase = GamePhase();
+    const std::int32_t score = EvaluateColour<WHITE>(phase) - EvaluateColour<BLACK>(phase);
+    return side_to_move == WHITE ? score : -score;
+}

@@ -1,0 +1,17 @@
+// Start-up and shut-down: what is initialised in which order, the offline actions of the command
+// line, and the settings that it makes.
+#pragma once
+
+// Runs the whole start-up; an offline action or an error on the command line ends the program.
+void Initialize(int argument_count, const char* const* arguments);
+
+// The start-up behind Initialize.
+void ParseParameters(const char* const* arguments, int argument_count);
+
+// The precomputed tables and default settings alone, in their fixed order.
+void InitializeTables();
+
+// Gives back what the start-up allocated.
+void Finalize();
+
+void PrintVersion();

@@ -1,0 +1,105 @@
+#include "game/finish.h"
+
+#include "board/position.h"
+#include "game/enginestate.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "moves/attacks.h"
+#include "moves/generate.h"
+#include "moves/makemove.h"
+#include "platform/channel.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int32_t FIFTY_MOVE_PLIES = 100;
+constexpr int HOPELESS_MOVES_TO_RESIGN = 5;
+
+bool HasLegalMove(const Move* last_move) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateAllMoves(moves, count, last_move);
+    return std::any_of(moves, moves + count, [](const Move& move) { return IsLegalMove(move); });
+}
+
+// The same pieces stand on the same squares, moved or not.
+bool IsSameBoard(const Piece (&board)[SQUARES]) {
+    return std::ranges::equal(position, board, [](Piece a, Piece b) {
+        return ((a ^ b) & (TYPE_BITS | COLOUR_BITS)) == 0;
+    });
+}
+
+bool HasOnlyBishops(Colour colour) {
+    return pieces_all_rank[colour] == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
+}
+
+constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
+
+} // namespace
+
+std::uint8_t IsCheck() {
+    return side_to_move == WHITE ? IsKingCapturable<BLACK>() : IsKingCapturable<WHITE>();
+}
+
+std::uint8_t IsMate(const Move* last_move) { return IsCheck() && !HasLegalMove(last_move); }
+
+std::uint8_t IsStalemate(const Move* last_move) { return !IsCheck() && !HasLegalMove(last_move); }
+
+std::uint8_t IsNfoldRepetition(std::int32_t n) {
+    std::int32_t occurrences = 1;
+    for (std::int32_t i = zobrist_ply_number - 2; i >= 0; i -= 2) {
+        if (zobrist_keys[i] == zobrist_key && IsSameBoard(state_history.positions[i])) {
+            ++occurrences;
+        }
+    }
+    return occurrences >= n;
+}
+
+std::uint8_t IsThreefoldRepetition() { return IsNfoldRepetition(3); }
+
+std::uint8_t IsFiftyMoveRule() { return game_state.fifty_move_count >= FIFTY_MOVE_PLIES; }
+
+std::uint8_t IsInsufficientMaterial() {
+    if (PiecesOf(WHITE, PAWN) | PiecesOf(BLACK, PAWN)) return 0;
+    const std::int32_t total = pieces_on_board[WHITE] + pieces_on_board[BLACK];
+    if (total <= 2) return 1;
+    const Bitboard bishops = PiecesOf(WHITE, BISHOP) | PiecesOf(BLACK, BISHOP);
+    if (total == 3) return (PiecesOf(WHITE, KNIGHT) | PiecesOf(BLACK, KNIGHT) | bishops) != 0;
+    if (!HasOnlyBishops(WHITE) || !HasOnlyBishops(BLACK)) return 0;
+    return !(bishops & DARK_SQUARES) || !(bishops & ~DARK_SQUARES);
+}
+
+std::uint8_t IsEndOfGame(const Move* last_move) {
+    return IsMate(last_move) || IsStalemate(last_move) || IsInsufficientMaterial();
+}
+
+std::uint8_t ShouldResign() {
+    if (!engine_state.use_resign || !game_state.hopeless) return 0;
+    int run = 1;
+    for (std::int32_t i = state_history.count - 1; i >= 0; i -= 2) {
+        if (!state_history.game_states[i].hopeless) break;
+        ++run;
+    }
+    return run >= HOPELESS_MOVES_TO_RESIGN;
+}
+
+void CheckEndOfGame(const Move* last_move) {
+    const char* line = nullptr;
+    if (IsMate(last_move)) {
+        line = side_to_move == BLACK ? "1-0 {White mates}" : "0-1 {Black mates}";
+    } else if (IsStalemate(last_move)) {
+        line = "1/2-1/2 {Stalemate}";
+    } else if (IsThreefoldRepetition()) {
+        line = "1/2-1/2 {Threefold repetition}";
+    } else if (IsFiftyMoveRule()) {
+        line = "1/2-1/2 {Fifty move rule}";
+    } else if (IsInsufficientMaterial()) {
+        line = "1/2-1/2 {Insufficient material}";
+    } else if (ShouldResign()) {
+        line = "resign";
+    }
+    if (!line) return;
+    game_state.game_over = 1;
+    SendCommand(line);
+}

@@ -1,0 +1,43 @@
+// The end of the game: mate, stalemate, the draw rules and resignation; and the scale of mate
+// scores.
+#pragma once
+
+#include "board/move.h"
+
+#include <cstdint>
+
+// In centipawns. A side that can take the enemy king at ply p of the search scores MATE_EVAL - p,
+// so that a mate found sooner scores higher; scores beyond the threshold are mate scores.
+inline constexpr std::int32_t MATE_EVAL = 1'000'000;
+inline constexpr std::int32_t MATE_EVAL_THRESHOLD = 997'999;
+
+inline std::uint8_t IsMateEval(std::int32_t score) {
+    return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
+}
+
+// The side to move is in check.
+std::uint8_t IsCheck();
+
+// The side to move is checkmated, stalemated. `last_move`, the last move played or null, tells
+// whether it could capture en passant.
+std::uint8_t IsMate(const Move* last_move);
+std::uint8_t IsStalemate(const Move* last_move);
+
+// The position has occurred at least n times in the game, now included.
+std::uint8_t IsNfoldRepetition(std::int32_t n);
+std::uint8_t IsThreefoldRepetition();
+
+std::uint8_t IsFiftyMoveRule();
+
+// Neither side can mate with what is left.
+std::uint8_t IsInsufficientMaterial();
+
+// Mate, stalemate or insufficient material.
+std::uint8_t IsEndOfGame(const Move* last_move);
+
+// The engine should resign: its move and its four moves before were all judged hopeless. To be
+// asked after the engine's move and before that move is saved in the history.
+std::uint8_t ShouldResign();
+
+// Announces the end of the game to the front end if it has come.
+void CheckEndOfGame(const Move* last_move);

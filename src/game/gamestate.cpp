@@ -1,0 +1,16 @@
+#include "game/gamestate.h"
+
+GameState game_state;
+
+void NewGameState() {
+    game_state.no_last_move = 1;
+    game_state.game_over = 0;
+    game_state.ply_count = 0;
+    game_state.last_eval = 0;
+    SetFakeMove(game_state.expected_move);
+    game_state.fifty_move_count = 0;
+    game_state.engine_time = UNKNOWN_CLOCK;
+    game_state.opponent_time = UNKNOWN_CLOCK;
+    game_state.time_increment = 0;
+    game_state.hopeless = 0;
+}

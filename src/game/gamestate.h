@@ -1,0 +1,37 @@
+// The record of the game in progress. It is copied whole into the state history after every move,
+// so every field belongs to a position of the game, the clocks included.
+#pragma once
+
+#include "board/move.h"
+
+#include <cstdint>
+
+inline constexpr int EXPECTED_MOVE_SIZE = 8;
+
+struct GameState {
+    std::uint8_t no_last_move; // no move leads here, and last_move holds nothing
+    std::uint8_t game_over;
+    std::int32_t ply_count; // half-moves played since the game began
+    std::int32_t last_eval; // of the engine's last own move, in centipawns from its side; book: 0
+    Move last_move;
+    Move expected_move;                          // the reply that the engine expects; fake: unknown
+    char expected_move_text[EXPECTED_MOVE_SIZE]; // the same, as it was written at that time
+    std::int32_t fifty_move_count;               // half-moves since the last pawn push or capture
+    std::uint64_t engine_time;                   // clocks in centiseconds, as last given
+    std::uint64_t opponent_time;
+    std::uint64_t time_increment; // per move, in centiseconds
+    std::uint8_t hopeless;        // the engine's last move left it clearly lost
+};
+extern GameState game_state;
+
+// Both clocks until the front end has given them: more than 300 years.
+inline constexpr std::uint64_t UNKNOWN_CLOCK = 1'000'000'000'000;
+
+// A move that stands for none.
+inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
+
+// The move that led to the position, or null when none did.
+inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game_state.last_move; }
+
+// The defaults of a new game.
+void NewGameState();

@@ -1,0 +1,50 @@
+// The state history: every position of the game with its move, game record and book position; and
+// moves at game level, made and taken back.
+#pragma once
+
+#include "board/move.h"
+#include "board/position.h"
+#include "game/bookstate.h"
+#include "game/gamestate.h"
+
+#include <cstdint>
+
+inline constexpr int HISTORY_SIZE = 4096;
+
+// Entry i belongs to the position after the i-th move and to ply number i of the key history;
+// entry 0 is the start of the game.
+struct StateHistory {
+    std::int32_t count; // index of the newest entry
+    Piece positions[HISTORY_SIZE][SQUARES];
+    Move moves[HISTORY_SIZE]; // entry 0 is not used
+    GameState game_states[HISTORY_SIZE];
+    BookState book_states[HISTORY_SIZE];
+};
+extern StateHistory state_history;
+
+// Plies of a game beyond which no move is made: history and key history hold the game, and the
+// latter a search line on top of it.
+inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
+static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
+
+// No further move fits into the history.
+std::uint8_t IsHistoryFull();
+
+// Starts an empty history from the current state.
+void NewStateHistory();
+
+// Appends one entry, the move just made and the records as they are now.
+void SaveIntoStateHistory(StateHistory& history, const Move& move, const GameState& game,
+                          const BookState& book);
+
+// Drops the newest entry and copies the one before it into the records; the board is the caller's.
+void LoadFromStateHistory(StateHistory& history, GameState& game, BookState& book);
+
+// Plays a move of the side to move: board and game record advance, nothing is sent or saved.
+void MakeForceMove(const Move& move);
+
+// Takes back the last move of the game; does nothing at its start.
+void UndoMove();
+
+// Counts a move that has been made in the game record: last move, ply and fifty-move count.
+void CountGameMove(const Move& move);

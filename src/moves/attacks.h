@@ -1,0 +1,55 @@
+// Attack queries: sliding attacks by rotated occupancy look-ups, the king-capture test on which all
+// legality rests, and the tests for castling squares and en-passant rights.
+#pragma once
+
+#include "board/move.h"
+#include "board/position.h"
+
+#include <cstdint>
+
+// Squares that a rook, a bishop or a queen on the square attacks; the first piece in each
+// direction, of either colour, is included.
+inline Bitboard RookAttacks(int square) {
+    const Bitboard by_rank = pieces_all_rank[WHITE] | pieces_all_rank[BLACK];
+    const Bitboard by_file = pieces_all_file[WHITE] | pieces_all_file[BLACK];
+    return MOVES_RANK[LineIndex(square, (by_rank >> (square & 56)) & 255)] |
+           MOVES_FILE[LineIndex(square, (by_file >> (FileOf(square) * BOARD_SIDE)) & 255)];
+}
+
+inline Bitboard BishopAttacks(int square) {
+    const Bitboard by_a1h8 = pieces_all_a1h8[WHITE] | pieces_all_a1h8[BLACK];
+    const Bitboard by_a8h1 = pieces_all_a8h1[WHITE] | pieces_all_a8h1[BLACK];
+    return MOVES_A1H8[LineIndex(square,
+                                (by_a1h8 >> DIAG_SHIFT_A1H8[square]) & DIAG_MASK_A1H8[square])] |
+           MOVES_A8H1[LineIndex(square,
+                                (by_a8h1 >> DIAG_SHIFT_A8H1[square]) & DIAG_MASK_A8H1[square])];
+}
+
+inline Bitboard QueenAttacks(int square) { return BishopAttacks(square) | RookAttacks(square); }
+
+// The colour that is given could capture the other side's king.
+template <Colour US>
+bool IsKingCapturable() {
+    constexpr Colour THEM = Opponent(US);
+    const int king = KingSquare(THEM);
+    const Bitboard queens = PiecesOf(US, QUEEN);
+    return (RookAttacks(king) & (PiecesOf(US, ROOK) | queens)) ||
+           (BishopAttacks(king) & (PiecesOf(US, BISHOP) | queens)) ||
+           (ATTACKS_KNIGHT[king] & PiecesOf(US, KNIGHT)) ||
+           (ATTACKS_PAWN[THEM][king] & PiecesOf(US, PAWN)) ||
+           (ATTACKS_KING[king] & PiecesOf(US, KING));
+}
+
+// 1 when the side to move could capture the other side's king, that is, when the last move was
+// illegal.
+inline std::uint8_t HaveKingCaptures() {
+    return side_to_move == WHITE ? IsKingCapturable<WHITE>() : IsKingCapturable<BLACK>();
+}
+
+// 1 when the square is attacked by the opponent of the side to move. Looks away from the back rank
+// only and is thus valid for squares on rank 1 and rank 8 alone.
+std::uint8_t PreventedCastle(int square);
+
+// 1 when the move, already on the board while its maker is still the side to move, is a pawn's
+// double step that an enemy pawn can legally capture en passant.
+std::uint8_t IsEnPassantEnablingMove(const Move& move);

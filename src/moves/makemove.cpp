@@ -1,0 +1,175 @@
+#include "moves/makemove.h"
+
+#include "board/position.h"
+#include "eval/evaltables.h"
+#include "moves/attacks.h"
+#include "moves/generate.h"
+#include "moves/predicates.h"
+
+#include <cassert>
+
+namespace {
+
+bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
+
+// The castling keys that the first move of a king or of a rook takes out of the key; asked while
+// the move is not yet on the board.
+template <Colour US>
+std::uint64_t LostCastlingKeys(const Move& move) {
+    std::uint64_t keys = 0;
+    if (TypeOf(move.piece) == KING) {
+        assert(move.from == KING_HOME[US]);
+        if (IsUnmovedPiece(position[move.from + 3])) {
+            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, KING_SIDE)];
+        }
+        if (IsUnmovedPiece(position[move.from - 4])) {
+            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, QUEEN_SIDE)];
+        }
+    } else if (TypeOf(move.piece) == ROOK) {
+        const CastleSide side = move.from & 1 ? KING_SIDE : QUEEN_SIDE;
+        if (IsUnmovedPiece(position[SquareOf(FILE_E, RankOf(move.from))])) {
+            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
+        }
+    }
+    return keys;
+}
+
+// Puts the captured piece back (step 1) or takes it off (step -1), the board square apart; returns
+// its key.
+template <Colour THEM>
+std::uint64_t ToggleVictim(PieceType type, int square, int step) {
+    TogglePieceOnBitBoard(THEM, type, square);
+    piece_weight_eval[THEM] += step * PIECE_WEIGHT[type];
+    piece_square_eval[THEM] += step * PieceSquareEval(THEM, type, square);
+    if (type != PAWN) pieces_on_board[THEM] += step;
+    return PieceKey(THEM, type, square);
+}
+
+// Moves the castling rook on or back; returns the change of the key.
+template <Colour US>
+std::uint64_t MoveCastlingRook(int from, int to) {
+    TogglePieceOnBitBoard(US, ROOK, from);
+    TogglePieceOnBitBoard(US, ROOK, to);
+    position[to] = position[from] ^ MOVED_FLAG;
+    position[from] = NO_PIECE;
+    piece_square_eval[US] += PieceSquareEval(US, ROOK, to) - PieceSquareEval(US, ROOK, from);
+    return PieceKey(US, ROOK, from) ^ PieceKey(US, ROOK, to);
+}
+
+// The mover's sets, both ways: on `from` the piece, on `to` what it becomes.
+template <Colour US>
+void ToggleMover(const Move& move, PieceType type, PieceType promoted) {
+    ToggleSquare(US, move.from);
+    ToggleSquare(US, move.to);
+    pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[move.from];
+    pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[move.to];
+}
+
+template <Colour US>
+void Make(const Move& move) {
+    constexpr Colour THEM = Opponent(US);
+    const PieceType type = TypeOf(move.piece);
+    const PieceType promoted = TypeOf(move.promoted);
+    std::uint64_t key = zobrist_key;
+
+    ToggleMover<US>(move, type, promoted);
+    if (!IsMoved(move.piece)) key ^= LostCastlingKeys<US>(move);
+    position[move.from] = NO_PIECE;
+    position[move.to] = move.promoted;
+    key ^= zobrist_xor ^ PieceKey(US, type, move.from) ^ PieceKey(US, promoted, move.to);
+    zobrist_xor = 0;
+    piece_square_eval[US] +=
+        PieceSquareEval(US, promoted, move.to) - PieceSquareEval(US, type, move.from);
+    if (type != promoted) {
+        ++pieces_on_board[US];
+        piece_weight_eval[US] += PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN];
+    }
+
+    if (move.captured) {
+        key ^= ToggleVictim<THEM>(TypeOf(move.captured), move.to, -1);
+    } else if (move.castle) {
+        key ^= MoveCastlingRook<US>(move.rook_from, move.rook_to);
+    } else if (move.en_passant) {
+        key ^= ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
+        position[move.en_passant_square] = NO_PIECE;
+    } else if (IsEnPassantEnablingMove(move)) {
+        zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
+        key ^= zobrist_xor;
+    }
+
+    side_to_move = THEM;
+    zobrist_key = key ^ ZOBRIST_KEY_SIDE_SWITCH;
+    ++zobrist_ply_number;
+    zobrist_keys[zobrist_ply_number] = zobrist_key;
+    zobrist_xors[zobrist_ply_number] = zobrist_xor;
+}
+
+template <Colour US>
+void UnMake(const Move& move) {
+    constexpr Colour THEM = Opponent(US);
+    const PieceType type = TypeOf(move.piece);
+    const PieceType promoted = TypeOf(move.promoted);
+
+    side_to_move = US;
+    ToggleMover<US>(move, type, promoted);
+    position[move.from] = move.piece;
+    position[move.to] = move.captured;
+    piece_square_eval[US] +=
+        PieceSquareEval(US, type, move.from) - PieceSquareEval(US, promoted, move.to);
+    if (type != promoted) {
+        --pieces_on_board[US];
+        piece_weight_eval[US] += PIECE_WEIGHT[PAWN] - PIECE_WEIGHT[promoted];
+    }
+
+    if (move.captured) {
+        ToggleVictim<THEM>(TypeOf(move.captured), move.to, 1);
+    } else if (move.castle) {
+        MoveCastlingRook<US>(move.rook_to, move.rook_from);
+    } else if (move.en_passant) {
+        ToggleVictim<THEM>(PAWN, move.en_passant_square, 1);
+        position[move.en_passant_square] = static_cast<Piece>(move.en_passant_piece);
+    }
+
+    --zobrist_ply_number;
+    zobrist_key = zobrist_keys[zobrist_ply_number];
+    zobrist_xor = zobrist_xors[zobrist_ply_number];
+}
+
+} // namespace
+
+void MakeMove(const Move& move) {
+    assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
+    assert(ColourOf(move.piece) == side_to_move && position[move.to] == move.captured);
+    assert(zobrist_ply_number < MAX_PLY_NUMBER);
+    if (side_to_move == WHITE) {
+        Make<WHITE>(move);
+    } else {
+        Make<BLACK>(move);
+    }
+}
+
+void UnMakeMove(const Move& move) {
+    assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
+    assert(ColourOf(move.piece) != side_to_move);
+    if (side_to_move == BLACK) {
+        UnMake<WHITE>(move);
+    } else {
+        UnMake<BLACK>(move);
+    }
+}
+
+std::uint8_t IsLegalMove(const Move& move) {
+    MakeMove(move);
+    const std::uint8_t is_illegal = HaveKingCaptures();
+    UnMakeMove(move);
+    return !is_illegal;
+}
+
+void GenerateAllLegalMoves(Move* moves, std::int32_t& count, const Move* last_move) {
+    GenerateAllMoves(moves, count, last_move);
+    std::int32_t kept = 0;
+    for (std::int32_t i = 0; i < count; ++i) {
+        if (IsLegalMove(moves[i])) moves[kept++] = moves[i];
+    }
+    count = kept;
+}

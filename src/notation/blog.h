@@ -1,0 +1,12 @@
+// The plain text logs: a summary line a game, and a line a rejected command.
+#pragma once
+
+#include "notation/pgninfo.h"
+
+#include <string_view>
+
+// Appends the game's summary to GameLog; the tags stand under their real colours by now.
+void BlogGame(const PgnGameInfo& info);
+
+// Appends a message to ErrorLog.
+void BlogError(std::string_view message);

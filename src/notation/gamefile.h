@@ -1,0 +1,27 @@
+// Reading of game files, PGN or plain lines of moves, tag by tag and token by token. Comments,
+// variations and glyphs are not understood.
+#pragma once
+
+#include "notation/pgninfo.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <span>
+
+// Room of a move token; what a longer one has beyond is dropped.
+inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
+
+// Skips white space before a game; false at the end of the file.
+bool SkipToNextGame(std::FILE* file);
+
+// Reads the header's next tag line into the entry, cut to its fields; 0 at the empty line or the
+// end of the file, which end the header. Lines that are no tags are skipped.
+std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag);
+
+// Reads the next move token, past move numbers; 0 at a result token or the end of the file, which
+// end the game.
+std::uint8_t ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
+
+// Drops the rest of the line.
+void SkipLine(std::FILE* file);

@@ -1,0 +1,240 @@
+#include "notation/notation.h"
+
+#include "board/position.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "moves/generate.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "notation/characters.h"
+
+#include <cassert>
+#include <span>
+
+namespace {
+
+constexpr int MOVE_TEXT_SIZE = 32;
+constexpr int NO_HINT = -1;
+
+// What a token says about a move; squares stay NO_SQUARE when it names none.
+struct MoveWish {
+    int from = NO_SQUARE;
+    int to = NO_SQUARE;
+    PieceType promotion = NO_PIECE_TYPE;
+};
+
+int ReadSquare(char file, char rank) {
+    if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
+    return SquareOf(FileByChar(file), RankByChar(rank));
+}
+
+MoveWish ReadCoordinates(std::string_view text) {
+    MoveWish wish{ReadSquare(text[0], text[1]), ReadSquare(text[2], text[3])};
+    if (text.size() == 5) wish.promotion = PieceByChar(text[4]);
+    return wish;
+}
+
+MoveWish ReadCastling(std::string_view text) {
+    const int from = KING_HOME[side_to_move];
+    const bool is_long = text.size() > 3 && text[3] == '-';
+    return {from, SquareOf(is_long ? FILE_C : FILE_G, RankOf(from))};
+}
+
+// Pseudo-legal captures or quiet moves, as a piece move in SAN distinguishes them.
+void GenerateCandidates(bool is_capture, Move* moves, std::int32_t& count) {
+    if (is_capture) {
+        GenerateCaptures(moves, count, LastMove());
+    } else {
+        GenerateNonCaptures(moves, count);
+    }
+}
+
+// The from square of the first legal move of the type that agrees with the hints.
+int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_hint) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateCandidates(is_capture, moves, count);
+    for (const Move& move : std::span(moves, static_cast<std::size_t>(count))) {
+        if (TypeOf(move.piece) == type && move.to == to &&
+            (file_hint == NO_HINT || FileOf(move.from) == file_hint) &&
+            (rank_hint == NO_HINT || RankOf(move.from) == rank_hint) && IsLegalMove(move)) {
+            return move.from;
+        }
+    }
+    return NO_SQUARE;
+}
+
+// Read from the end: marks, to square, capture mark, hints; the piece letter stands at 0.
+MoveWish ReadPieceMove(std::string_view text) {
+    std::size_t i = text.size() - 1;
+    while (i > 0 && !IsDigit(text[i])) {
+        --i;
+    }
+    if (i < 2) return {};
+    MoveWish wish;
+    wish.to = ReadSquare(text[i - 1], text[i]);
+    i -= 2;
+    const bool is_capture = i > 0 && text[i] == 'x';
+    if (is_capture) --i;
+    const int rank_hint = i > 0 && IsDigit(text[i]) ? RankByChar(text[i--]) : NO_HINT;
+    const int file_hint = i > 0 && IsLowerCase(text[i]) ? FileByChar(text[i]) : NO_HINT;
+    if (file_hint != NO_HINT && rank_hint != NO_HINT) {
+        if (IsOnBoard(file_hint, rank_hint)) wish.from = SquareOf(file_hint, rank_hint);
+    } else {
+        wish.from = FindMover(PieceByChar(text[0]), wish.to, is_capture, file_hint, rank_hint);
+    }
+    return wish;
+}
+
+// The promotion type named by '=' and an upper-case letter at the place.
+PieceType ReadPromotion(std::string_view text, std::size_t place) {
+    if (text.size() <= place + 1 || text[place] != '=' || !IsUpperCase(text[place + 1])) {
+        return NO_PIECE_TYPE;
+    }
+    return PieceByChar(text[place + 1]);
+}
+
+MoveWish ReadPawnMove(std::string_view text) {
+    const int behind = side_to_move == WHITE ? -BOARD_SIDE : BOARD_SIDE;
+    MoveWish wish;
+    if (text.size() >= 2 && IsDigit(text[1])) {
+        wish.to = ReadSquare(text[0], text[1]);
+        if (wish.to == NO_SQUARE || !IsSquare(wish.to + behind)) return {};
+        wish.from = wish.to + behind;
+        if (position[wish.from] == NO_PIECE) wish.from += behind;
+        wish.promotion = ReadPromotion(text, 2);
+    } else if (text.size() >= 4 && text[1] == 'x') {
+        wish.to = ReadSquare(text[2], text[3]);
+        const int file = FileByChar(text[0]);
+        if (wish.to == NO_SQUARE || !IsSquare(wish.to + behind) || file >= BOARD_SIDE) return {};
+        wish.from = SquareOf(file, RankOf(wish.to + behind));
+        wish.promotion = ReadPromotion(text, 4);
+    }
+    return wish;
+}
+
+MoveWish ReadToken(std::string_view text) {
+    if (IsInCan(text)) return ReadCoordinates(text);
+    if (text.starts_with('O')) return ReadCastling(text);
+    if (!text.empty() && IsUpperCase(text[0])) return ReadPieceMove(text);
+    if (!text.empty() && IsLowerCase(text[0])) return ReadPawnMove(text);
+    return {};
+}
+
+// A text that is built character by character in a static buffer.
+struct MoveText {
+    int length;
+    char text[MOVE_TEXT_SIZE];
+};
+
+void AddChar(MoveText& text, char c) {
+    assert(text.length < MOVE_TEXT_SIZE);
+    text.text[text.length++] = c;
+}
+
+void AddSquare(MoveText& text, int square) {
+    AddChar(text, CharByFile(FileOf(square)));
+    AddChar(text, CharByRank(RankOf(square)));
+}
+
+// The letter, what sets the mover apart from others of its kind, the capture mark, the target.
+void AddPieceMove(MoveText& text, const Move& move) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    bool needs_file = false;
+    bool needs_rank = false;
+    GenerateCandidates(move.captured != NO_PIECE, moves, count);
+    for (const Move& other : std::span(moves, static_cast<std::size_t>(count))) {
+        if (TypeOf(other.piece) != TypeOf(move.piece) || other.to != move.to ||
+            other.from == move.from || !IsLegalMove(other)) {
+            continue;
+        }
+        (FileOf(other.from) == FileOf(move.from) ? needs_rank : needs_file) = true;
+    }
+    AddChar(text, CharByPiece(TypeOf(move.piece)));
+    if (needs_file) AddChar(text, CharByFile(FileOf(move.from)));
+    if (needs_rank) AddChar(text, CharByRank(RankOf(move.from)));
+    if (move.captured != NO_PIECE) AddChar(text, 'x');
+    AddSquare(text, move.to);
+}
+
+void AddPawnMove(MoveText& text, const Move& move) {
+    if (FileOf(move.from) != FileOf(move.to)) {
+        AddChar(text, CharByFile(FileOf(move.from)));
+        AddChar(text, 'x');
+    }
+    AddSquare(text, move.to);
+    if (IsPromotion(move)) {
+        AddChar(text, '=');
+        AddChar(text, CharByPiece(TypeOf(move.promoted)));
+    }
+}
+
+void AddCastling(MoveText& text, const Move& move) {
+    for (const char c : std::string_view(FileOf(move.to) == FILE_C ? "O-O-O" : "O-O")) {
+        AddChar(text, c);
+    }
+}
+
+void AddCheckMark(MoveText& text, const Move& move) {
+    MakeMove(move);
+    if (IsMate(&move)) {
+        AddChar(text, '#');
+    } else if (IsCheck()) {
+        AddChar(text, '+');
+    }
+    UnMakeMove(move);
+}
+
+const char* WrittenSan(const Move& move) {
+    static MoveText text;
+    text.length = 0;
+    if (move.castle) {
+        AddCastling(text, move);
+    } else if (TypeOf(move.piece) == PAWN) {
+        AddPawnMove(text, move);
+    } else {
+        AddPieceMove(text, move);
+    }
+    AddCheckMark(text, move);
+    AddChar(text, '\0');
+    return text.text;
+}
+
+const char* WrittenCoordinates(const Move& move) {
+    static MoveText text;
+    text.length = 0;
+    AddSquare(text, move.from);
+    AddSquare(text, move.to);
+    if (IsPromotion(move)) AddChar(text, LowerCase(CharByPiece(TypeOf(move.promoted))));
+    AddChar(text, '\0');
+    return text.text;
+}
+
+} // namespace
+
+std::uint8_t IsInCan(std::string_view text) {
+    return text.size() >= 4 && IsLowerCase(text[0]) && IsDigit(text[1]) && IsLowerCase(text[2]) &&
+           IsDigit(text[3]);
+}
+
+std::uint8_t ParseMove(std::string_view text, Move& move) {
+    const MoveWish wish = ReadToken(text);
+    if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return 0;
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateAllMoves(moves, count, LastMove());
+    for (const Move& listed : std::span(moves, static_cast<std::size_t>(count))) {
+        if (listed.from == wish.from && listed.to == wish.to &&
+            (wish.promotion == NO_PIECE_TYPE || TypeOf(listed.promoted) == wish.promotion)) {
+            move = listed;
+            return 1;
+        }
+    }
+    return 0;
+}
+
+const char* WrittenMove(const Move& move) {
+    return engine_state.san_notation ? WrittenSan(move) : WrittenCoordinates(move);
+}

@@ -1,0 +1,18 @@
+// Moves as text, in coordinate notation (e2e4, e7e8q) and in standard algebraic notation (SAN:
+// Nf3, exd5, e8=Q, O-O).
+#pragma once
+
+#include "board/move.h"
+
+#include <cstdint>
+#include <string_view>
+
+// The text begins like a move in coordinate notation.
+std::uint8_t IsInCan(std::string_view text);
+
+// Finds the move of the side to move that one token, of either notation, names in the position; 0,
+// and `move` as it was, when there is none. The move may leave the own king to be taken.
+std::uint8_t ParseMove(std::string_view text, Move& move);
+
+// The text of a move of the position in the current output notation, in a static buffer.
+const char* WrittenMove(const Move& move);

@@ -1,0 +1,115 @@
+#include "notation/portable.h"
+
+#include "board/position.h"
+#include "eval/evaltables.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "notation/notation.h"
+#include "notation/setboard.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace {
+
+constexpr const char* PGN_LOG = "GameLog.pgn";
+constexpr int PGN_WIDTH = 80;
+constexpr std::size_t MOVE_NUMBER_SIZE = 32;
+
+// The order of the tags in a header.
+constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Round",
+                                     "White",    "Black",     "Result",    "WhiteElo",
+                                     "BlackElo", "WhiteType", "BlackType", "Time"};
+
+// Writes move i, plays it, and tells whether the list goes on behind it.
+bool WriteAndPlay(std::FILE* file, std::span<const Move> moves, std::size_t i, int width) {
+    WriteNextPgnToken(file, width, WrittenMove(moves[i]));
+    MakeForceMove(moves[i]);
+    if (IsEndOfGame(&moves[i])) return false;
+    return i + 1 >= moves.size() || IsLegalMove(moves[i + 1]);
+}
+
+// The position from which a game's moves are to be played.
+void SetUpStart(const PgnGameInfo& info) {
+    if (info.set_up) {
+        SetBoardFen(info.fen);
+    } else {
+        NewGameState();
+        NewRepresentation();
+        NewEvaluation();
+    }
+}
+
+} // namespace
+
+void WriteNextPgnTag(std::FILE* file, const char* name, const char* value) {
+    std::fprintf(file, "[%s \"", name);
+    for (; *value; ++value) {
+        if (*value == '\\' || *value == '"') std::fputc('\\', file);
+        std::fputc(*value, file);
+    }
+    std::fputs("\"]\n", file);
+}
+
+void WriteNextPgnToken(std::FILE* file, int width, const char* token) {
+    static int line_length = 0;
+    if (!token) {
+        line_length = 0;
+        return;
+    }
+    const int length = static_cast<int>(std::strlen(token));
+    if (line_length != 0 && line_length + 1 + length >= width) {
+        std::fputc('\n', file);
+        line_length = 0;
+    } else if (line_length != 0) {
+        std::fputc(' ', file);
+        ++line_length;
+    }
+    std::fputs(token, file);
+    line_length += length;
+}
+
+const char* WrittenMoveNumber(std::int32_t ply) {
+    static char text[MOVE_NUMBER_SIZE];
+    std::snprintf(text, sizeof text, "%d%s", (ply - 1) / 2 + 1, ply % 2 != 0 ? "." : "...");
+    return text;
+}
+
+void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style) {
+    const GameState saved = game_state;
+    WriteNextPgnToken(file, style.width, nullptr);
+    std::size_t played = 0;
+    for (bool goes_on = true; goes_on && played < moves.size(); ++played) {
+        if (style.is_numbered && (played == 0 || IsWhiteMove(moves[played]))) {
+            const std::int32_t ply = style.first_ply + static_cast<std::int32_t>(played);
+            WriteNextPgnToken(file, style.width, WrittenMoveNumber(ply));
+        }
+        goes_on = WriteAndPlay(file, moves, played, style.width);
+    }
+    if (style.trailer) WriteNextPgnToken(file, style.width, style.trailer);
+    while (played > 0) {
+        UnMakeMove(moves[--played]);
+    }
+    game_state = saved;
+}
+
+void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
+    SetUpStart(info);
+    std::FILE* file = std::fopen(PGN_LOG, "a");
+    if (!file) return;
+    for (const char* name : TAG_ORDER) {
+        WriteNextPgnTag(file, name, GetPgnTagValueByName(info, name));
+    }
+    if (info.set_up) {
+        WriteNextPgnTag(file, "SetUp", "1");
+        WriteNextPgnTag(file, "FEN", info.fen);
+    }
+    std::fputc('\n', file);
+    const char* result = GetPgnTagValueByName(info, "Result");
+    WritePgnMoveList(file, moves, {true, info.first_ply, PGN_WIDTH, result});
+    std::fputs("\n\n", file);
+    std::fclose(file);
+}

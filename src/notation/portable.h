@@ -1,0 +1,33 @@
+// Games as text after the PGN standard: tags, numbered and wrapped move text, the game log; and the
+// tags and move tokens of game files, read for the book builder.
+#pragma once
+
+#include "board/move.h"
+#include "notation/pgninfo.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <span>
+
+void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
+
+// Writes a token and fills lines that stay shorter than the width. Null: a new line begins.
+void WriteNextPgnToken(std::FILE* file, int width, const char* token);
+
+// The number of a ply's move, "12." for white and "12..." for black, in a static buffer.
+const char* WrittenMoveNumber(std::int32_t ply);
+
+// What stands around the moves of a move list.
+struct MoveListStyle {
+    bool is_numbered;
+    std::int32_t first_ply; // ply number of the first move
+    int width;
+    const char* trailer; // a last token, or null
+};
+
+// Writes the moves, which start from the position, up to one that ends the game or that is followed
+// by an illegal one. Position and game record are the same afterwards; no line end is written.
+void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
+
+// Appends a game to the game log. Afterwards the board shows the game's starting position.
+void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves);

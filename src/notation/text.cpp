@@ -1,0 +1,41 @@
+#include "notation/text.h"
+
+#include <algorithm>
+#include <cassert>
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+namespace {
+
+constexpr std::string_view WHITE_SPACE = " \t\n\v\f\r";
+
+} // namespace
+
+void CopyText(std::span<char> field, std::string_view text) {
+    assert(!field.empty());
+    const std::size_t length = std::min(text.size(), field.size() - 1);
+    std::memmove(field.data(), text.data(), length);
+    field[length] = '\0';
+}
+
+std::string_view NextWord(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
+    const std::string_view word = text.substr(0, text.find_first_of(WHITE_SPACE));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+bool ReadNumber(std::string_view word, std::int32_t& value) {
+    if (word.starts_with('+') && !word.starts_with("+-")) word.remove_prefix(1);
+    std::int32_t number = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (error == std::errc::invalid_argument) return false;
+    if (error == std::errc::result_out_of_range) {
+        number = word.starts_with('-') ? std::numeric_limits<std::int32_t>::min()
+                                       : std::numeric_limits<std::int32_t>::max();
+    }
+    value = number;
+    return true;
+}

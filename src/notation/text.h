@@ -1,0 +1,16 @@
+// Bounded text: fixed fields, words and numbers.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+// Copies the text into the field with a closing NUL, cut to what fits; they may overlap.
+void CopyText(std::span<char> field, std::string_view text);
+
+// Takes the next word, of characters other than white space, from the text; empty at its end.
+std::string_view NextWord(std::string_view& text);
+
+// Reads the decimal number, with or without sign, that the word begins with; a number beyond
+// 32 bits is clamped. False, and the value as it was, when the word begins with none.
+bool ReadNumber(std::string_view word, std::int32_t& value);

@@ -1,0 +1,75 @@
+#include "platform/channel.h"
+
+#include "platform/system.h"
+
+#include <cstring>
+
+namespace {
+
+// A console reports its events one by one; a single one is no line yet.
+constexpr int CONSOLE_QUIET_EVENTS = 1;
+
+std::uint8_t have_command = 0;      // what the latest NextCommand returned
+std::uint8_t in_buffer = 0;         // a line that was only looked at is held in my_buffer
+CommandLine my_buffer = "";         // the held line
+std::int32_t command_timestamp = 0; // lines read so far
+std::uint8_t init = 0;              // the kind of standard input is known
+std::uint8_t pipe = 0;              // standard input is no console
+
+bool IsInputWaiting() {
+    if (!init) {
+        init = 1;
+        pipe = !IsConsoleInput();
+    }
+    const int waiting = WaitingInput();
+    if (waiting == INPUT_UNKNOWN) return true;
+    return waiting > (pipe ? 0 : CONSOLE_QUIET_EVENTS);
+}
+
+} // namespace
+
+void NextBuffer(CommandLine& line) {
+    std::size_t length = 0;
+    bool cut = false;
+    int byte = ReadInputByte();
+    if (byte == END_OF_INPUT) {
+        line[QUIT_COMMAND.copy(line, COMMAND_SIZE - 1)] = '\0';
+        return;
+    }
+    for (; byte != '\n' && byte != END_OF_INPUT; byte = ReadInputByte()) {
+        if (length < COMMAND_SIZE - 1) {
+            line[length++] = static_cast<char>(byte);
+        } else {
+            cut = true;
+        }
+    }
+    if (byte == '\n' && !cut && length > 0 && line[length - 1] == '\r') --length;
+    line[length] = '\0';
+}
+
+std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume) {
+    have_command = 1;
+    if (in_buffer) {
+        std::strcpy(line, my_buffer);
+        if (consume) in_buffer = 0;
+    } else if (consume) {
+        NextBuffer(line);
+        ++command_timestamp;
+    } else if (IsInputWaiting()) {
+        NextBuffer(my_buffer);
+        std::strcpy(line, my_buffer);
+        in_buffer = 1;
+        ++command_timestamp;
+    } else {
+        have_command = 0;
+    }
+    if (timestamp) *timestamp = command_timestamp;
+    return have_command;
+}
+
+void ReceiveCommand(CommandLine& line) { NextCommand(line, nullptr, true); }
+
+void SendCommand(std::string_view text) {
+    WriteOutput(text);
+    WriteOutput("\n");
+}

@@ -1,0 +1,14 @@
+// Fatal errors and the file checks in front of them.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// Writes the message and a line feed to standard error and ends the program with exit status 1.
+[[noreturn]] void FatalError(std::string_view message);
+
+// 1 if the file can be opened for reading, else 0.
+std::uint8_t FileExists(const char* path);
+
+// Returns when the file can be opened for reading; otherwise a fatal error that names it.
+void RequireFile(const char* path);

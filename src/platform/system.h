@@ -1,0 +1,36 @@
+// What the operating system gives: the signals, the clock, and raw standard input and output.
+// A port to another system is a second implementation of this header and nothing else.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// Ignores the interrupt and termination signals, which front ends send as a matter of course; a
+// standard output that nobody reads any more ends the process at the next write.
+void PrepareSignals();
+
+// A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
+std::uint64_t SystemTime();
+
+// True when standard input is an interactive console, false for a pipe or a file.
+bool IsConsoleInput();
+
+// True when standard error is seen by a person.
+bool IsConsoleErrors();
+
+// How much standard input waits to be read, without blocking: bytes, and for a console the events
+// that count as one byte each. INPUT_UNKNOWN when that cannot be told or the input has ended, so
+// that a read will decide; such a read does not wait long.
+inline constexpr int INPUT_UNKNOWN = -1;
+int WaitingInput();
+
+// The next byte of standard input (0 to 255), waiting for it; END_OF_INPUT when the input has ended
+// or cannot be read.
+inline constexpr int END_OF_INPUT = -1;
+int ReadInputByte();
+
+// Writes the bytes to standard output at once, all of them unless the output is broken.
+void WriteOutput(std::string_view bytes);
+
+// Gives a finished file its final name, in place of any file of that name; false on failure.
+bool ReplaceFile(const char* from, const char* to);

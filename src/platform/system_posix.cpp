@@ -1,0 +1,77 @@
+#include "platform/system.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <ctime>
+
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
+constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
+
+// A call that failed for a moment only: interrupted, or on a descriptor that a front end has made
+// non-blocking; in the second case waits until the descriptor is ready.
+bool IsToRepeat(int descriptor, short events) {
+    if (errno == EINTR) return true;
+    if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
+    pollfd wait{descriptor, events, 0};
+    poll(&wait, 1, -1);
+    return true;
+}
+
+} // namespace
+
+void PrepareSignals() {
+    std::signal(SIGINT, SIG_IGN);
+    std::signal(SIGTERM, SIG_IGN);
+    std::signal(SIGPIPE, SIG_DFL);
+}
+
+std::uint64_t SystemTime() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * TICKS_PER_SECOND +
+           static_cast<std::uint64_t>(now.tv_nsec) / NANOSECONDS_PER_TICK;
+}
+
+bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
+
+bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
+
+int WaitingInput() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    const int ready = poll(&input, 1, 0);
+    if (ready == 0) return 0;
+    if (ready < 0 && errno == EINTR) return 0;
+    int bytes = 0;
+    if (ready < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
+    return bytes;
+}
+
+int ReadInputByte() {
+    unsigned char byte = 0;
+    for (;;) {
+        const ssize_t got = read(STDIN_FILENO, &byte, 1);
+        if (got == 1) return byte;
+        if (got == 0 || !IsToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;
+    }
+}
+
+void WriteOutput(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t put = write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (put >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(put));
+        } else if (!IsToRepeat(STDOUT_FILENO, POLLOUT)) {
+            return;
+        }
+    }
+}
+
+bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }

@@ -1,0 +1,125 @@
+#include "protocol/turns.h"
+
+#include "board/position.h"
+#include "book/book.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "notation/blog.h"
+#include "notation/notation.h"
+#include "notation/pgninfo.h"
+#include "notation/text.h"
+#include "platform/channel.h"
+#include "search/hash.h"
+#include "search/rootsearch.h"
+
+#include <cassert>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace {
+
+// Hopeless: so much behind in score and in material (centipawns), against an opponent with more
+// than so much time (centiseconds) to win it.
+constexpr std::int32_t HOPELESS_EVAL = -900;
+constexpr std::uint64_t HOPELESS_OPPONENT_TIME = 2'999;
+
+constexpr std::string_view USER_MOVE = "usermove";
+constexpr std::size_t USER_MOVE_SIZE = 32;
+constexpr std::size_t OUTPUT_SIZE = 64;
+
+struct EngineChoice {
+    Move move;
+    Move expected_reply;
+    std::int32_t score;
+};
+
+EngineChoice ChooseMove() {
+    EngineChoice choice;
+    SetFakeMove(choice.expected_reply);
+    choice.score = 0;
+    if (!GetNextBookMove(choice.move)) {
+        choice.score = FindBestMove(&choice.move, &choice.expected_reply, LastMove());
+    }
+    return choice;
+}
+
+bool HasLegalMove() {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateAllLegalMoves(moves, count, LastMove());
+    return count > 0;
+}
+
+// Asked after the engine's move.
+std::uint8_t IsHopeless(std::int32_t score) {
+    const Colour opponent = side_to_move;
+    const Colour engine = Opponent(opponent);
+    return score <= HOPELESS_EVAL &&
+           piece_weight_eval[engine] - piece_weight_eval[opponent] <= HOPELESS_EVAL &&
+           game_state.opponent_time > HOPELESS_OPPONENT_TIME;
+}
+
+void RecordEngineMove(const EngineChoice& choice) {
+    game_state.last_eval = choice.score;
+    game_state.expected_move = choice.expected_reply;
+    CountGameMove(choice.move);
+    if (!IsFakeMove(choice.expected_reply)) {
+        CopyText(game_state.expected_move_text, WrittenMove(choice.expected_reply));
+    }
+    game_state.hopeless = IsHopeless(choice.score);
+}
+
+} // namespace
+
+void MakeEngineMove() {
+    if (IsHistoryFull() || !HasLegalMove()) return;
+    pgn_game_info.engine_color = side_to_move;
+    const EngineChoice choice = ChooseMove();
+    const bool was_repetition = IsNfoldRepetition(2) != 0;
+    char output[OUTPUT_SIZE] = "move ";
+    CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
+    MakeMove(choice.move);
+    RecordEngineMove(choice);
+    // A draw by repetition is near: let later searches see it where the engine stood before.
+    if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
+        ForceHashTable(zobrist_keys[zobrist_ply_number - 2], 0);
+    }
+    UpdateBookHelp();
+    SendCommand(output);
+    CheckEndOfGame(&game_state.last_move);
+    SaveIntoStateHistory(state_history, choice.move, game_state, book_state);
+    if (engine_state.ponder && !game_state.game_over && !book_state.in_book) PonderMove();
+}
+
+std::uint8_t MakeUserMove(std::string_view line) {
+    assert(line.starts_with(USER_MOVE));
+    pgn_game_info.engine_color = Opponent(side_to_move);
+    line.remove_prefix(USER_MOVE.size());
+    const std::string_view text = NextWord(line).substr(0, USER_MOVE_SIZE - 1);
+    Move move;
+    if (IsHistoryFull() || !ParseMove(text, move) || !IsLegalMove(move)) {
+        const std::string message = "Illegal move: " + std::string(text);
+        SendCommand(message);
+        BlogError(message);
+        return 0;
+    }
+    MakeForceMove(move);
+    SetNextBookMove(move);
+    UpdateBookHelp();
+    CheckEndOfGame(&move);
+    SaveIntoStateHistory(state_history, move, game_state, book_state);
+    return 1;
+}
+
+void PonderMove() {
+    engine_state.pondering = 1;
+    FindBestMove(nullptr, nullptr, LastMove());
+    engine_state.pondering = 0;
+}
+
+void AnalyzePosition() { FindBestMove(nullptr, nullptr, LastMove()); }

@@ -1,0 +1,18 @@
+// The turns of a game: the engine's move, the user's move, pondering and analysis.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// Chooses the engine's move, from the book or by searching, plays and announces it, and ponders
+// afterwards if that is wanted. Does nothing when there is no legal move.
+void MakeEngineMove();
+
+// Plays the move of a "usermove" line. 0, after a complaint to the front end, when it is not legal.
+std::uint8_t MakeUserMove(std::string_view line);
+
+// Thinks on the opponent's time until a command comes or the search ends by itself.
+void PonderMove();
+
+// Thinks about the position until a command comes or the search ends by itself.
+void AnalyzePosition();

@@ -1,0 +1,299 @@
+#include "search/fsearch.h"
+
+#include "board/position.h"
+#include "board/utility.h"
+#include "eval/evaltables.h"
+#include "eval/evaluate.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "moves/attacks.h"
+#include "moves/generate.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "search/hash.h"
+#include "search/nullmove.h"
+#include "search/poll.h"
+#include "search/quiesce.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+namespace {
+
+constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000; // nodes between two looks at clock and input
+constexpr std::int32_t REPETITION_WINDOW = 30;       // plies of key history searched
+constexpr std::int32_t DRAW_EVAL = 0;
+
+// In quarter-plies; a "min" is the least at which a step is tried, a "max" the most.
+constexpr std::int32_t HORIZON_MAX_DEPTH = 3;
+constexpr std::int32_t NULL_MOVE_MIN_DEPTH = 12;
+constexpr std::int32_t PRUNING_MIN_PLY = 12;
+constexpr std::int32_t FUTILITY_MAX_DEPTH = 16;
+constexpr std::int32_t IID_MIN_DEPTH = 20;
+constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // centipawns
+constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // other than pawns, kings included
+
+// One node of the search.
+struct Node {
+    std::int32_t alpha;
+    std::int32_t beta;
+    std::int32_t depth;
+    std::int32_t ply;
+    const Move* last_move;
+    PvLine* pv;
+    std::uint8_t extended;
+    std::int32_t hash_index; // the hash move's place in generation order
+    bool raised_alpha;       // some move has
+    std::int32_t best;
+    std::int32_t best_index; // in generation order
+};
+
+// The lines of the nodes on the search line, by ply.
+PvLine pv_lines[MAX_LINE_PLIES];
+
+// Every so many nodes: is the time up, or has a command come that ends the search?
+bool IsToStop() {
+    search_info.nodes += static_cast<std::uint64_t>(search_info.node_counter);
+    search_info.node_counter = 0;
+    if (!engine_state.pondering && !engine_state.analyze_mode &&
+        CurrentTimeU64() - search_info.start_time > search_info.time_limit) {
+        return true;
+    }
+    return PollCommands();
+}
+
+// The position stands for the third time within the window.
+bool IsRepetition() {
+    int occurrences = 1;
+    const std::int32_t oldest = std::max(0, zobrist_ply_number - REPETITION_WINDOW);
+    for (std::int32_t i = zobrist_ply_number - 4; i >= oldest; i -= 2) {
+        if (zobrist_keys[i] == zobrist_key) ++occurrences;
+    }
+    return occurrences > 2;
+}
+
+bool IsDraw() { return (!search_info.null_move && IsRepetition()) || IsInsufficientMaterial(); }
+
+std::int32_t MaterialBalance() {
+    return piece_weight_eval[side_to_move] - piece_weight_eval[Opponent(side_to_move)];
+}
+
+bool IsMateWindow(const Node& node) { return IsMateEval(node.alpha) || IsMateEval(node.beta); }
+
+bool IsNullMoveAllowed(const Node& node) {
+    return !search_info.null_move && !search_info.iid && !node.extended &&
+           node.depth >= NULL_MOVE_MIN_DEPTH && node.ply >= PRUNING_MIN_PLY &&
+           !IsMateWindow(node) && MaterialBalance() >= node.beta - NULL_MOVE_MATERIAL_MARGIN &&
+           pieces_on_board[WHITE] + pieces_on_board[BLACK] >= NULL_MOVE_MIN_PIECES &&
+           !HaveKingCaptures() && Evaluate() >= node.beta;
+}
+
+// One, two or three plies beyond the ply that the null move itself takes.
+std::int32_t NullMoveDepth(std::int32_t depth) {
+    if (depth <= 15) return depth - 8;
+    return depth <= 31 ? depth - 12 : depth - 16;
+}
+
+// A position so good that the side to move could pass: the score that cuts, or UNKNOWN_EVAL.
+std::int32_t SearchNullMove(const Node& node) {
+    std::int32_t score = -MATE_EVAL;
+    MakeNullMove();
+    if (!HaveKingCaptures()) {
+        score = -FullSearch(-node.beta, 1 - node.beta, NullMoveDepth(node.depth),
+                            node.ply + QUARTER_PLIES, nullptr, nullptr, 0);
+    }
+    UnMakeNullMove();
+    if (search_info.stop) return UNKNOWN_EVAL;
+    return score >= node.beta && !IsMateEval(score) ? score : UNKNOWN_EVAL;
+}
+
+bool IsFutilityAllowed(const Node& node) {
+    return !search_info.null_move && !node.extended && node.depth <= FUTILITY_MAX_DEPTH &&
+           node.ply >= PRUNING_MIN_PLY && !IsMateWindow(node) && MaterialBalance() >= node.beta &&
+           !IsCaptureMove(*node.last_move) && !HaveKingCaptures() && !IsCheck();
+}
+
+// Centipawns above beta: enough to be believed at once, and enough to be searched less deep.
+struct FutilityMargins {
+    std::int32_t cut;
+    std::int32_t reduce;
+};
+
+FutilityMargins MarginsAt(std::int32_t depth) {
+    if (depth <= 4) return {200, 100};
+    if (depth <= 8) return {500, 400};
+    return {900, 700};
+}
+
+// A position so far above beta that a look suffices: the score that ends the node, or UNKNOWN_EVAL,
+// then perhaps with a lower depth.
+std::int32_t TestFutility(Node& node) {
+    const FutilityMargins margins = MarginsAt(node.depth);
+    const std::int32_t score = Evaluate();
+    if (score - margins.cut >= node.beta) return score;
+    if (score - margins.reduce < node.beta) return UNKNOWN_EVAL;
+    node.depth -= QUARTER_PLIES;
+    if (node.depth > HORIZON_MAX_DEPTH) return UNKNOWN_EVAL;
+    return QuiescenceSearch(node.alpha, node.beta, QUIESCENCE_DEPTH, node.ply, node.last_move);
+}
+
+// Internal iterative deepening: a shallower search finds the move to begin with.
+void FindHashMove(Node& node) {
+    const std::int32_t depth = node.depth > 31 ? node.depth - 12 : node.depth - 8;
+    search_info.iid = 1;
+    const std::int32_t score =
+        FullSearch(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
+    if (score > node.alpha) {
+        ProbeHashTable(zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
+    }
+    search_info.iid = 0;
+}
+
+// The last move took a piece of its own value.
+bool IsEqualTrade(const Move* last_move) {
+    return last_move &&
+           PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
+}
+
+// Depth of the child of a move that has been made: one ply less, or the same for a check, a
+// recapture, or a pawn close to its promotion.
+std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
+    const bool is_extended =
+        IsCheck() || (is_recapturing && move.to == node.last_move->to) || IsPawnToSeventhMove(move);
+    return is_extended ? node.depth : node.depth - QUARTER_PLIES;
+}
+
+// The score of a move that has been made: with the full window until a move has raised alpha, from
+// then on with it only for a move that beats alpha in a zero window.
+std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, PvLine* child_pv) {
+    const std::int32_t ply = node.ply + QUARTER_PLIES;
+    const std::uint8_t extended = depth == node.depth;
+    if (node.raised_alpha) {
+        const std::int32_t score =
+            -FullSearch(-node.alpha - 1, -node.alpha, depth, ply, &move, nullptr, extended);
+        if (score <= node.alpha) return score;
+    }
+    return -FullSearch(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
+}
+
+void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
+    pv.moves[0] = move;
+    std::copy_n(child.moves, child.length, pv.moves + 1);
+    pv.length = child.length + 1;
+}
+
+// The index of a searched move in generation order, when the hash move was exchanged with the
+// first.
+std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
+    if (base != 0 || node.hash_index < 0) return index;
+    if (index == 0) return node.hash_index;
+    return index == node.hash_index ? 0 : index;
+}
+
+enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
+
+// Searches a batch of moves; their indices in generation order begin at `base`.
+LoopEnd SearchMoves(Node& node, const Move* moves, std::int32_t count, std::int32_t base) {
+    const bool is_recapturing = IsEqualTrade(node.last_move);
+    PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
+    for (std::int32_t i = 0; i < count; ++i) {
+        MakeMove(moves[i]);
+        const std::int32_t depth = ChildDepth(node, moves[i], is_recapturing);
+        const std::int32_t score = SearchMove(node, moves[i], depth, child_pv);
+        UnMakeMove(moves[i]);
+        if (search_info.stop) return LoopEnd::STOPPED;
+        if (score > node.alpha) {
+            node.raised_alpha = true;
+            if (node.pv && score < node.beta) TakePv(*node.pv, moves[i], *child_pv);
+            node.alpha = score;
+        }
+        if (score > node.best) {
+            node.best = score;
+            node.best_index = GenerationIndex(node, base + i, base);
+        }
+        if (node.alpha >= node.beta) {
+            // The index stored is the place as searched.
+            StoreHashTable(zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
+            return LoopEnd::CUT;
+        }
+    }
+    return LoopEnd::ALL_SEARCHED;
+}
+
+// The score of a node all of whose moves were searched; the last batch had `count` moves.
+std::int32_t EndNode(const Node& node, std::int32_t count) {
+    // Every move lost the king one ply down, or there may be no move at all.
+    const bool has_no_move = node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
+    if (has_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
+    StoreHashTable(zobrist_key, node.best, node.depth,
+                   node.raised_alpha ? BOUND_EXACT : BOUND_UPPER, node.best_index);
+    return node.best;
+}
+
+// Generates, orders and searches the node's moves: the hash move first, else as generated, the
+// non-captures only when the captures have not cut.
+std::int32_t SearchNode(Node& node) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateCaptures(moves, count, node.last_move);
+    if (count > 0 && TypeOf(moves[0].captured) == KING) return MATE_EVAL - node.ply;
+
+    if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
+        !search_info.iid) {
+        FindHashMove(node);
+        if (search_info.stop) return UNKNOWN_EVAL;
+    }
+
+    const bool has_all_moves = node.hash_index >= count;
+    if (has_all_moves) {
+        std::int32_t quiet = 0;
+        GenerateNonCaptures(moves + count, quiet);
+        count += quiet;
+    }
+    if (0 < node.hash_index && node.hash_index < count) std::swap(moves[0], moves[node.hash_index]);
+
+    LoopEnd end = SearchMoves(node, moves, count, 0);
+    if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
+        const std::int32_t base = count;
+        GenerateNonCaptures(moves, count);
+        end = SearchMoves(node, moves, count, base);
+    }
+    if (end == LoopEnd::STOPPED) return UNKNOWN_EVAL;
+    return end == LoopEnd::CUT ? node.alpha : EndNode(node, count);
+}
+
+} // namespace
+
+std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
+                        const Move* last_move, PvLine* pv, std::uint8_t extended) {
+    assert(alpha < beta);
+    assert(ply >= QUARTER_PLIES && ply / QUARTER_PLIES + 1 < MAX_LINE_PLIES);
+    assert(last_move || search_info.null_move);
+
+    if (pv) pv->length = 0;
+    if (++search_info.node_counter >= NODE_CHECK_INTERVAL && IsToStop()) {
+        search_info.stop = 1;
+        return UNKNOWN_EVAL;
+    }
+
+    if (IsDraw()) return DRAW_EVAL;
+
+    Node node{alpha,    beta,          depth, ply,        last_move,    pv,
+              extended, NO_MOVE_INDEX, false, -MATE_EVAL, NO_MOVE_INDEX};
+    const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, node.hash_index);
+    if (known != UNKNOWN_EVAL) return known;
+    if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
+        return QuiescenceSearch(alpha, beta, QUIESCENCE_DEPTH, ply, last_move);
+    }
+
+    if (IsNullMoveAllowed(node)) {
+        const std::int32_t score = SearchNullMove(node);
+        if (score != UNKNOWN_EVAL || search_info.stop) return score;
+    }
+    if (IsFutilityAllowed(node)) {
+        const std::int32_t score = TestFutility(node);
+        if (score != UNKNOWN_EVAL) return score;
+    }
+    return SearchNode(node);
+}

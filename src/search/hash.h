@@ -1,0 +1,59 @@
+// The transposition tables: what the search learnt about positions, found again by their keys.
+#pragma once
+
+#include <cstdint>
+
+// The value by which a probe says that it has no usable score, and that of a stopped search.
+inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
+
+enum Bound : std::uint16_t {
+    BOUND_UPPER = 0, // the true score is at most the stored one
+    BOUND_EXACT = 1,
+    BOUND_LOWER = 2 // the true score is at least the stored one
+};
+
+// A move index stands for a move by its place in the node's move list in generation order.
+inline constexpr std::int32_t NO_MOVE_INDEX = -1;
+
+struct HashEntry {
+    std::uint64_t key;
+    std::int32_t score;  // centipawns from the side to move's point of view
+    std::uint16_t depth; // quarter-plies for which the score holds
+    std::uint16_t bound;
+    std::int16_t move_index;
+    std::int16_t age; // the game's ply at the store; in hash_table_2 only
+};
+static_assert(sizeof(HashEntry) == 24);
+
+extern HashEntry* hash_table_1; // of the full-width search: always replaced
+extern HashEntry* hash_table_2; // of the full-width search: deeper entries are kept for a while
+extern HashEntry* hash_table_q; // of the quiescence search: always replaced
+extern std::uint32_t hash_table_size; // entries a table, a power of two
+extern std::uint32_t HASH_TABLE_MASK;
+
+// Allocates the tables, of the given megabytes (1 to 4095) together; a fatal error on failure.
+void InitializeHashTable(std::int32_t megabytes);
+void FinalizeHashTable();
+
+// Empties the tables.
+void NewHashTable();
+
+// A score usable within the window at the depth, or UNKNOWN_EVAL; `move_index` gets the best move's
+// or NO_MOVE_INDEX.
+std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
+                            std::int32_t depth, std::int32_t& move_index);
+void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
+                    std::int32_t move_index);
+
+// The same for the quiescence search, which knows no depth.
+std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
+                                      std::int32_t& move_index);
+void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
+                              std::int32_t move_index);
+
+// Makes the score exact in the full-width entries of the key, where there are any.
+void ForceHashTable(std::uint64_t key, std::int32_t score);
+
+// Turns a mate score into a bound that holds at every depth; 0 when it must not be stored. `depth`
+// may be null.
+std::uint8_t ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);

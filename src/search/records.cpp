@@ -1,0 +1,4 @@
+#include "search/records.h"
+
+SearchInfo search_info;
+AnalyzeInfo analyze_info;

@@ -1,0 +1,39 @@
+// The records of the running search.
+#pragma once
+
+#include "board/move.h"
+#include "board/position.h"
+
+#include <cstdint>
+
+// Depths and plies are in quarter-plies, times in centiseconds.
+struct SearchInfo {
+    std::uint64_t nodes;       // total, to which node_counter is added in chunks
+    std::int32_t node_counter; // nodes not yet in the total
+    std::uint64_t start_time;
+    std::uint64_t time_limit; // the longest a search on the engine's own clock may run
+    std::uint8_t stop;        // the search must unwind
+    std::uint8_t null_move;   // a null move is on the line being searched
+    std::uint8_t iid;         // an internal iterative deepening search runs
+    std::int32_t max_ply;     // where full width ends and the quiescence search begins
+};
+extern SearchInfo search_info;
+
+inline constexpr int MOVE_TEXT_FIELD = 32;
+
+// What the status line tells.
+struct AnalyzeInfo {
+    std::uint64_t elapsed;
+    std::uint64_t nodes;
+    std::int32_t depth;       // of the iteration, in whole plies
+    std::int32_t moves_left;  // root moves of the iteration not yet started
+    std::int32_t moves_total; // legal root moves
+    char move_text[MOVE_TEXT_FIELD];
+};
+extern AnalyzeInfo analyze_info;
+
+// A principal variation.
+struct PvLine {
+    std::int32_t length;
+    Move moves[MAX_LINE_PLIES];
+};

@@ -1,0 +1,227 @@
+#include "search/rootsearch.h"
+
+#include "board/position.h"
+#include "board/utility.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "moves/makemove.h"
+#include "moves/predicates.h"
+#include "notation/notation.h"
+#include "notation/portable.h"
+#include "notation/text.h"
+#include "search/fsearch.h"
+#include "search/hash.h"
+#include "search/records.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <span>
+
+namespace {
+
+constexpr std::int32_t FIRST_DEPTH = 12;       // quarter-plies
+constexpr std::int32_t MAX_EXTRA_PLY = 56;     // that full width may run beyond the depth
+constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
+constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
+constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
+constexpr std::uint64_t LONG_CLOCK = 5'999;    // centiseconds: more is a minute and above
+constexpr int THINKING_WIDTH = 1'000'000;      // a thinking line is never wrapped
+
+// So that the first node at once looks at the clock and the input.
+constexpr std::int32_t START_NODE_COUNTER = 9'999;
+constexpr std::uint64_t START_NODES = static_cast<std::uint64_t>(-9'998);
+
+struct RootMove {
+    Move move;
+    std::int32_t score;
+    bool is_exact;
+};
+
+// The state of one search; there is never more than one.
+struct Root {
+    std::int32_t count;
+    RootMove moves[MAX_MOVES];
+    std::int32_t best; // score of the iteration
+    PvLine best_line;
+    PvLine child_line;
+};
+Root root;
+
+void StartSearch(const Move* last_move) {
+    search_info.nodes = START_NODES;
+    search_info.node_counter = START_NODE_COUNTER;
+    Move moves[MAX_MOVES];
+    GenerateAllLegalMoves(moves, root.count, last_move);
+    for (std::int32_t i = 0; i < root.count; ++i) {
+        root.moves[i] = {moves[i], UNSEARCHED_EVAL, false};
+    }
+    root.best_line.length = 0;
+    search_info.start_time = CurrentTimeU64();
+    const std::uint64_t clock = game_state.engine_time;
+    search_info.time_limit = clock > LONG_CLOCK ? clock / 10 : clock / 15;
+    search_info.stop = 0;
+    search_info.null_move = 0;
+    search_info.iid = 0;
+}
+
+// A thinking line: plies, score, centiseconds, nodes and the principal variation.
+void PrintThinking(std::int32_t plies, std::int32_t score) {
+    std::printf("%2d%8d%8" PRIu64 "%11" PRIu64 "   ", plies, score,
+                CurrentTimeU64() - search_info.start_time, search_info.nodes);
+    const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
+    const std::span<const Move> line(root.best_line.moves,
+                                     static_cast<std::size_t>(root.best_line.length));
+    WritePgnMoveList(stdout, line, {true, first_ply, THINKING_WIDTH, nullptr});
+    std::printf("\n");
+}
+
+std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t depth,
+                         const Move& move, PvLine* line) {
+    return -FullSearch(-beta, -alpha, depth - QUARTER_PLIES, QUARTER_PLIES, &move, line, 0);
+}
+
+// The score of a root move that has been made: in a window around its last score for the first
+// move, in a zero window above the best for the others, and once more when that is too narrow.
+std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
+    const Move& move = candidate.move;
+    const std::int32_t last = candidate.score;
+    if (is_first && last != UNSEARCHED_EVAL) {
+        const std::int32_t low = last - ASPIRATION_WINDOW;
+        const std::int32_t high = last + ASPIRATION_WINDOW;
+        const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
+        if (score > low && score < high) return score;
+        return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
+    }
+    const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);
+    if (score <= root.best) return score;
+    return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
+}
+
+// A score that did not beat the best is exact only when the tables hold it as such.
+bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
+    std::int32_t move_index = NO_MOVE_INDEX;
+    MakeMove(move);
+    const std::int32_t known =
+        ProbeHashTable(zobrist_key, -MATE_EVAL, MATE_EVAL, depth - QUARTER_PLIES, move_index);
+    UnMakeMove(move);
+    return known == -score;
+}
+
+void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies) {
+    root.best = score;
+    root.best_line.moves[0] = candidate.move;
+    std::copy_n(root.child_line.moves, root.child_line.length, root.best_line.moves + 1);
+    root.best_line.length = root.child_line.length + 1;
+    if (engine_state.post_thinking) PrintThinking(plies, score);
+}
+
+// One iteration over the root moves; ends early when the search is stopped.
+void Iterate(std::int32_t depth) {
+    const std::int32_t plies = depth / QUARTER_PLIES;
+    search_info.max_ply = depth + std::min(8 * plies, MAX_EXTRA_PLY);
+    root.best = -MATE_EVAL;
+    analyze_info.depth = plies;
+    analyze_info.moves_left = analyze_info.moves_total = root.count;
+    for (std::int32_t i = 0; i < root.count; ++i) {
+        RootMove& candidate = root.moves[i];
+        if (candidate.score != UNSEARCHED_EVAL && IsMateEval(candidate.score)) continue;
+        --analyze_info.moves_left;
+        CopyText(analyze_info.move_text, WrittenMove(candidate.move));
+        MakeMove(candidate.move);
+        const std::int32_t score = SearchRootMove(candidate, i == 0, depth);
+        search_info.nodes += static_cast<std::uint64_t>(search_info.node_counter);
+        search_info.node_counter = 0;
+        UnMakeMove(candidate.move);
+        if (search_info.stop) return;
+        candidate.is_exact = score > root.best || IsExactInTables(candidate.move, score, depth);
+        candidate.score = candidate.is_exact ? score : score - BOUND_PENALTY;
+        if (score > root.best) TakeBest(candidate, score, plies);
+    }
+}
+
+void SortRootMoves() {
+    for (std::int32_t i = 1; i < root.count; ++i) {
+        const RootMove moving = root.moves[i];
+        std::int32_t place = i;
+        for (; place > 0 && root.moves[place - 1].score < moving.score; --place) {
+            root.moves[place] = root.moves[place - 1];
+        }
+        root.moves[place] = moving;
+    }
+}
+
+// The first root move, or at random one of the exact ones that are as good as the first of them.
+const RootMove& ChooseRootMove() {
+    const std::span<const RootMove> moves(root.moves, static_cast<std::size_t>(root.count));
+    const auto first = std::ranges::find_if(moves, &RootMove::is_exact);
+    std::uint32_t good_moves = 0;
+    for (auto move = first; move != moves.end() && move->score >= first->score - RANDOM_MARGIN;
+         ++move) {
+        if (move->is_exact) ++good_moves;
+    }
+    if (!engine_state.use_random || good_moves == 0) return moves.front();
+    std::uint32_t skipped = RandomU32() % good_moves;
+    auto chosen = first;
+    while (!chosen->is_exact || skipped-- > 0) {
+        ++chosen;
+    }
+    return *chosen;
+}
+
+// On the engine's own clock: another iteration, which may take six times as long as the last one,
+// still fits.
+bool IsTimeForIteration(std::uint64_t iteration_time) {
+    const std::uint64_t next = 6 * iteration_time;
+    const std::uint64_t clock = game_state.engine_time;
+    const std::uint64_t increment = game_state.time_increment;
+    const std::uint64_t used = CurrentTimeU64() - search_info.start_time;
+    if (increment > 0 && clock > LONG_CLOCK && clock / increment >= 20 &&
+        2 * (clock / 60) + 3 * increment >= next) {
+        return true;
+    }
+    return next * (increment > 0 ? 15 : 20) <= clock - used;
+}
+
+bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
+    if (IsMateEval(score) || root.count == 1 || IsMateEval(root.moves[1].score)) return true;
+    if (search_info.stop) return true;
+    if (engine_state.pondering || engine_state.analyze_mode) return false;
+    return !IsTimeForIteration(iteration_time);
+}
+
+// The second move of the best line, when the move chosen is its first and does not end the game.
+void FindExpectedReply(const Move& chosen, Move& expected_reply) {
+    SetFakeMove(expected_reply);
+    if (root.best_line.length < 2) return;
+    MakeMove(chosen);
+    if (IsEqualMove(chosen, root.best_line.moves[0]) && !IsEndOfGame(&chosen)) {
+        expected_reply = root.best_line.moves[1];
+    }
+    UnMakeMove(chosen);
+}
+
+} // namespace
+
+std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move) {
+    StartSearch(last_move);
+    if (root.count == 0) {
+        if (best_move) SetFakeMove(*best_move);
+        if (expected_reply) SetFakeMove(*expected_reply);
+        return UNSEARCHED_EVAL;
+    }
+    RootMove chosen;
+    std::int32_t depth = FIRST_DEPTH;
+    const std::int32_t last_depth = std::max(engine_state.depth_limit, FIRST_DEPTH);
+    for (bool is_over = false; !is_over && depth <= last_depth; depth += QUARTER_PLIES) {
+        const std::uint64_t iteration_start = CurrentTimeU64();
+        Iterate(depth);
+        SortRootMoves();
+        chosen = ChooseRootMove();
+        is_over = IsSearchOver(chosen.score, CurrentTimeU64() - iteration_start);
+    }
+    if (best_move) *best_move = chosen.move;
+    if (expected_reply) FindExpectedReply(chosen.move, *expected_reply);
+    return chosen.score;
+}

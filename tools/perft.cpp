@@ -1,0 +1,147 @@
+// perft: counts the positions that the move machinery reaches, every leaf made and unmade, against
+// which move generators are checked.
+#include "frame/startup.h"
+#include "game/gamestate.h"
+#include "moves/attacks.h"
+#include "moves/generate.h"
+#include "moves/makemove.h"
+#include "notation/notation.h"
+#include "notation/setboard.h"
+#include "notation/text.h"
+
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+constexpr std::int32_t MAX_DEPTH = 64;
+
+std::uint64_t CountNodes(std::int32_t depth, const Move* last_move) {
+    if (depth == 0) return 1;
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    std::uint64_t nodes = 0;
+    GenerateAllMoves(moves, count, last_move);
+    for (std::int32_t i = 0; i < count; ++i) {
+        MakeMove(moves[i]);
+        if (!HaveKingCaptures()) nodes += CountNodes(depth - 1, &moves[i]);
+        UnMakeMove(moves[i]);
+    }
+    return nodes;
+}
+
+// The counts of the root moves one by one.
+void Divide(std::int32_t depth) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    std::uint64_t nodes = depth == 0 ? 1 : 0;
+    GenerateAllLegalMoves(moves, count, LastMove());
+    for (std::int32_t i = 0; i < count && depth > 0; ++i) {
+        MakeMove(moves[i]);
+        const std::uint64_t below = CountNodes(depth - 1, &moves[i]);
+        UnMakeMove(moves[i]);
+        std::printf("%s: %" PRIu64 "\n", WrittenMove(moves[i]), below);
+        nodes += below;
+    }
+    std::printf("nodes %" PRIu64 "\n", nodes);
+}
+
+struct Tally {
+    int passed;
+    int failed;
+};
+
+void Fail(Tally& tally, std::string_view what, std::string_view line) {
+    std::printf("%.*s: %.*s\n", static_cast<int>(what.size()), what.data(),
+                static_cast<int>(line.size()), line.data());
+    ++tally.failed;
+}
+
+// One field "Dn count" of a line.
+void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
+                Tally& tally) {
+    const std::string_view depth_word = NextWord(field);
+    const std::string_view count_word = NextWord(field);
+    std::int32_t depth = 0;
+    if (!depth_word.starts_with('D') || !ReadNumber(depth_word.substr(1), depth) || depth < 0 ||
+        count_word.find_first_not_of("0123456789") != std::string_view::npos ||
+        count_word.empty()) {
+        Fail(tally, "unreadable field", fen);
+        return;
+    }
+    if (depth > max_depth) return;
+    const std::uint64_t expected = std::strtoull(std::string(count_word).c_str(), nullptr, 10);
+    const std::uint64_t nodes = CountNodes(depth, LastMove());
+    if (nodes == expected) {
+        ++tally.passed;
+        return;
+    }
+    Fail(tally,
+         "depth " + std::to_string(depth) + ": expected " + std::to_string(expected) +
+             ", counted " + std::to_string(nodes),
+         fen);
+}
+
+void CheckLine(std::string_view line, std::int32_t max_depth, Tally& tally) {
+    const std::string_view fen = line.substr(0, line.find(';'));
+    if (!SetBoardFen(fen) || fen.size() == line.size()) {
+        Fail(tally, "unreadable line", line);
+        return;
+    }
+    std::string_view fields = line.substr(fen.size());
+    while (!fields.empty()) {
+        fields.remove_prefix(1);
+        const std::string_view field = fields.substr(0, fields.find(';'));
+        CheckField(field, max_depth, fen, tally);
+        fields.remove_prefix(field.size());
+    }
+}
+
+int CheckFile(const char* name, std::int32_t max_depth) {
+    std::ifstream file(name);
+    if (!file) {
+        std::fprintf(stderr, "perft: cannot read %s\n", name);
+        return EXIT_FAILURE;
+    }
+    Tally tally{0, 0};
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty()) CheckLine(line, max_depth, tally);
+    }
+    std::printf("%d passed, %d failed\n", tally.passed, tally.failed);
+    return tally.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int Refuse() {
+    std::fputs("usage: perft DEPTH [FEN]\n       perft --epd FILE MAXDEPTH\n", stderr);
+    return EXIT_FAILURE;
+}
+
+bool ReadDepth(const char* text, std::int32_t& depth) {
+    return ReadNumber(text, depth) && depth >= 0 && depth <= MAX_DEPTH;
+}
+
+} // namespace
+
+int main(int argument_count, char** arguments) {
+    InitializeTables();
+    std::int32_t depth = 0;
+    if (argument_count == 4 && std::strcmp(arguments[1], "--epd") == 0) {
+        return ReadDepth(arguments[3], depth) ? CheckFile(arguments[2], depth) : Refuse();
+    }
+    if (argument_count < 2 || argument_count > 3 || !ReadDepth(arguments[1], depth))
+        return Refuse();
+    const char* fen = argument_count == 3 ? arguments[2] : INITIAL_FEN;
+    if (!SetBoardFen(fen)) {
+        std::fprintf(stderr, "perft: illegal position: %s\n", fen);
+        return EXIT_FAILURE;
+    }
+    Divide(depth);
+    return EXIT_SUCCESS;
+}
