@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     InitializeTables();
     engine_state.use_book = 0;
-    InitializeHashTable(16);
+    InitializeHashTable(engine_state.hash_size);
     NewGame();
     const int result = RUN_ALL_TESTS();
     FinalizeHashTable();

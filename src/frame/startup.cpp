@@ -74,9 +74,12 @@ void PrintUsage() {
     }
 }
 
+// The values outlive the next look-up, unlike the buffer that it uses.
+std::string ValueOf(std::string_view option) { return GetOptionValueByName(options, option); }
+
 // The value of a file option, or the default book's name when it was not given.
-std::string FileOr(std::string_view option, const char* otherwise) {
-    return IsPresentOption(options, option) ? GetOptionValueByName(options, option) : otherwise;
+std::string BookNameOf(std::string_view option) {
+    return IsPresentOption(options, option) ? ValueOf(option) : DEFAULT_BOOK_NAME;
 }
 
 void RunVersion() {
@@ -94,15 +97,19 @@ void RunHelp() {
 void RunMakeBook() {
     EnsureOptionConfiguration(
         options, {{{"--make-book", true}, {"--format", true}, {"-f", true}, {"-o", false}}});
-    const std::string format = GetOptionValueByName(options, "--format");
+    const std::string format = ValueOf("--format");
     if (format != "pgn" && format != "txt") RefuseOptionValue("--format", format);
-    MakeBook(FileOr("-o", DEFAULT_BOOK_NAME).c_str(), GetOptionValueByName(options, "-f"),
-             format == "pgn", BOOK_MAX_PLIES, BOOK_MIN_COUNT);
+    const std::string book_name = BookNameOf("-o");
+    const std::string input_name = ValueOf("-f");
+    MakeBook(book_name.c_str(), input_name.c_str(), format == "pgn", BOOK_MAX_PLIES,
+             BOOK_MIN_COUNT);
 }
 
 void RunShowBook() {
     EnsureOptionConfiguration(options, {{{"--show-book", true}, {"-f", false}, {"-o", true}}});
-    ShowBook(FileOr("-f", DEFAULT_BOOK_NAME).c_str(), GetOptionValueByName(options, "-o"));
+    const std::string book_name = BookNameOf("-f");
+    const std::string text_name = ValueOf("-o");
+    ShowBook(book_name.c_str(), text_name.c_str());
 }
 
 struct Action {
