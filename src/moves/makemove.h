@@ -3,6 +3,8 @@
 
 #include "board/move.h"
 
+#include "board/position.h"
+
 #include <cstdint>
 
 // Plays a pseudo-legal move of the side to move; its legality is not tested.
@@ -16,3 +18,13 @@ std::uint8_t IsLegalMove(const Move& move);
 
 // The legal moves of the side to move, in generation order; `moves` has room for MAX_MOVES.
 void GenerateAllLegalMoves(Move* moves, std::int32_t& count, const Move* last_move);
+
+// The key that the position will most likely have after the move: castling and en passant are left
+// out of account. For prefetching only.
+inline std::uint64_t LikelyKeyAfter(const Move& move) {
+    std::uint64_t key = zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH ^
+                        PieceKey(side_to_move, TypeOf(move.piece), move.from) ^
+                        PieceKey(side_to_move, TypeOf(move.promoted), move.to);
+    if (move.captured) key ^= PieceKey(Opponent(side_to_move), TypeOf(move.captured), move.to);
+    return key;
+}

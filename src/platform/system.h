@@ -2,6 +2,7 @@
 // A port to another system is a second implementation of this header and nothing else.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -34,3 +35,8 @@ void WriteOutput(std::string_view bytes);
 
 // Gives a finished file its final name, in place of any file of that name; false on failure.
 bool ReplaceFile(const char* from, const char* to);
+
+// Zeroed memory for large tables, in large pages where the system has them; null on failure. The
+// size given to FreeTable is the one that was asked for.
+void* AllocateTable(std::size_t bytes);
+void FreeTable(void* table, std::size_t bytes);

@@ -2,18 +2,24 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstddef>
 #include <cstdio>
 #include <ctime>
 
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
+
+constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
+
+constexpr std::size_t RoundUp(std::size_t bytes) {
+    return (bytes + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
+}
 
 // A call that failed for a moment only: interrupted, or on a descriptor that a front end has made
 // non-blocking; in the second case waits until the descriptor is ready.
@@ -75,3 +81,22 @@ void WriteOutput(std::string_view bytes) {
 }
 
 bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }
+
+void* AllocateTable(std::size_t bytes) {
+    const std::size_t size = RoundUp(bytes);
+    void* area = mmap(nullptr, size + LARGE_PAGE, PROT_READ | PROT_WRITE,
+                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (area == MAP_FAILED) return nullptr;
+    // Large pages begin at multiples of their size: give back what lies before and behind.
+    const std::size_t start = reinterpret_cast<std::size_t>(area);
+    const std::size_t before = RoundUp(start) - start;
+    char* const table = static_cast<char*>(area) + before;
+    if (before > 0) munmap(area, before);
+    if (before < LARGE_PAGE) munmap(table + size, LARGE_PAGE - before);
+    madvise(table, size, MADV_HUGEPAGE);
+    return table;
+}
+
+void FreeTable(void* table, std::size_t bytes) {
+    if (table) munmap(table, RoundUp(bytes));
+}

@@ -197,7 +197,9 @@ enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 LoopEnd SearchMoves(Node& node, const Move* moves, std::int32_t count, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
     PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
+    if (count > 0) PrefetchHashTable(LikelyKeyAfter(moves[0]));
     for (std::int32_t i = 0; i < count; ++i) {
+        if (i + 1 < count) PrefetchHashTable(LikelyKeyAfter(moves[i + 1]));
         MakeMove(moves[i]);
         const std::int32_t depth = ChildDepth(node, moves[i], is_recapturing);
         const std::int32_t score = SearchMove(node, moves[i], depth, child_pv);

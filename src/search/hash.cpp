@@ -4,6 +4,7 @@
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "platform/enforce.h"
+#include "platform/system.h"
 
 #include <bit>
 #include <cassert>
@@ -29,13 +30,13 @@ constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // plies for which a deeper entr
 
 constexpr std::size_t TEXT_SIZE = 128;
 
-HashEntry* AllocateTable() {
-    return static_cast<HashEntry*>(std::calloc(hash_table_size, sizeof(HashEntry)));
-}
+bool is_fresh = false; // the tables are as they were allocated, all zeros
+
+std::size_t TableBytes() { return std::size_t{hash_table_size} * ENTRY_SIZE; }
 
 // A cleared slot never matches: key 0 would only in slot 0, and key 1 is looked for in slot 1.
 void ClearTable(HashEntry* table) {
-    std::memset(table, 0, hash_table_size * sizeof(HashEntry));
+    if (!is_fresh) std::memset(table, 0, TableBytes());
     table[0].key = 1;
 }
 
@@ -82,15 +83,15 @@ void InitializeHashTable(std::int32_t megabytes) {
     const std::uint32_t bytes = static_cast<std::uint32_t>(megabytes) * MEGABYTE;
     hash_table_size = std::bit_floor(bytes / (TABLES * ENTRY_SIZE));
     HASH_TABLE_MASK = hash_table_size - 1;
-    hash_table_1 = AllocateTable();
-    hash_table_2 = AllocateTable();
-    hash_table_q = AllocateTable();
-    const std::uint64_t table_bytes = std::uint64_t{hash_table_size} * ENTRY_SIZE;
+    for (HashEntry** table : {&hash_table_1, &hash_table_2, &hash_table_q}) {
+        *table = static_cast<HashEntry*>(AllocateTable(TableBytes()));
+    }
+    is_fresh = true;
     char size[TEXT_SIZE];
     char message[2 * TEXT_SIZE];
     std::snprintf(size, sizeof size, "%d MB total, %d MB with %d entries each",
-                  static_cast<int>((table_bytes * TABLES) >> 20),
-                  static_cast<int>(table_bytes >> 20), static_cast<int>(hash_table_size));
+                  static_cast<int>((TableBytes() * TABLES) >> 20),
+                  static_cast<int>(TableBytes() >> 20), static_cast<int>(hash_table_size));
     if (!hash_table_1 || !hash_table_2 || !hash_table_q) {
         std::snprintf(message, sizeof message, "Error (cannot create hash tables): %s", size);
         FatalError(message);
@@ -101,7 +102,7 @@ void InitializeHashTable(std::int32_t megabytes) {
 
 void FinalizeHashTable() {
     for (HashEntry** table : {&hash_table_1, &hash_table_2, &hash_table_q}) {
-        std::free(*table);
+        FreeTable(*table, TableBytes());
         *table = nullptr;
     }
 }
@@ -110,6 +111,7 @@ void NewHashTable() {
     ClearTable(hash_table_1);
     ClearTable(hash_table_2);
     ClearTable(hash_table_q);
+    is_fresh = false;
 }
 
 std::uint8_t ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound) {

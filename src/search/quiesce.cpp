@@ -40,7 +40,9 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     if (count > 0 && TypeOf(moves[0].captured) == KING) return MATE_EVAL - ply;
     if (0 < hash_index && hash_index < count) std::swap(moves[0], moves[hash_index]);
 
+    if (count > 0) PrefetchQuiescenceHashTable(LikelyKeyAfter(moves[0]));
     for (std::int32_t i = 0; i < count; ++i) {
+        if (i + 1 < count) PrefetchQuiescenceHashTable(LikelyKeyAfter(moves[i + 1]));
         MakeMove(moves[i]);
         const std::int32_t score =
             -QuiescenceSearch(-beta, -alpha, depth - QUARTER_PLIES, ply + QUARTER_PLIES, &moves[i]);
