@@ -13,6 +13,8 @@ constexpr PieceType PIECES_TO_CAPTURE[] = {KING, QUEEN, ROOK, BISHOP, KNIGHT, PA
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
 constexpr Bitboard BACK_RANKS = 0xFF000000000000FF;
+constexpr Bitboard FILE_A_SQUARES = 0x0101010101010101;
+constexpr Bitboard FILE_H_SQUARES = 0x8080808080808080;
 
 template <Colour US>
 constexpr int PAWN_STEP = US == WHITE ? 8 : -8;
@@ -89,11 +91,33 @@ void AddEnPassant(MoveWriter& writer, const Move& last_move) {
     }
 }
 
+// All squares that the colour's pieces attack.
+template <Colour US>
+Bitboard AttackedSquares() {
+    const Bitboard pawns = PiecesOf(US, PAWN);
+    const Bitboard left = pawns & ~FILE_A_SQUARES;
+    const Bitboard right = pawns & ~FILE_H_SQUARES;
+    Bitboard attacked = US == WHITE ? (left << 7) | (right << 9) : (left >> 9) | (right >> 7);
+    attacked |= ATTACKS_KING[KingSquare(US)];
+    for (Bitboard knights = PiecesOf(US, KNIGHT); knights;) {
+        attacked |= ATTACKS_KNIGHT[PopFirstBit(knights)];
+    }
+    for (Bitboard movers = PiecesOf(US, BISHOP) | PiecesOf(US, QUEEN); movers;) {
+        attacked |= BishopAttacks(PopFirstBit(movers));
+    }
+    for (Bitboard movers = PiecesOf(US, ROOK) | PiecesOf(US, QUEEN); movers;) {
+        attacked |= RookAttacks(PopFirstBit(movers));
+    }
+    return attacked;
+}
+
 template <Colour US>
 Move* WriteCaptures(Move* moves, const Move* last_move) {
     MoveWriter writer{moves};
+    // Few victims are attacked at all; only for them it is asked by which pieces.
+    const Bitboard attacked = AttackedSquares<US>();
     for (const PieceType type : PIECES_TO_CAPTURE) {
-        Bitboard victims = PiecesOf(Opponent(US), type);
+        Bitboard victims = PiecesOf(Opponent(US), type) & attacked;
         while (victims) {
             AddCapturesOf<US>(writer, PopFirstBit(victims));
         }
