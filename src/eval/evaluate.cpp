@@ -63,7 +63,30 @@ std::int32_t PawnStructure() {
     return score;
 }
 
-// Everything that counts for one colour.
+// Pawn structures seen lately with their scores, as long as no other takes the slot: few of the
+// positions of a tree differ in their pawns.
+struct PawnEntry {
+    Bitboard white; // pawns, and in bit 0, where none can stand, whether the colour has a rook
+    Bitboard black;
+    std::int32_t score;
+};
+constexpr int PAWN_SLOT_BITS = 11;
+PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
+
+std::int32_t PawnScore() {
+    const Bitboard white = PiecesOf(WHITE, PAWN) | (PiecesOf(WHITE, ROOK) != 0);
+    const Bitboard black = PiecesOf(BLACK, PAWN) | (PiecesOf(BLACK, ROOK) != 0);
+    // Multiplicative hashing: the high bits of the product depend on all bits of both sets.
+    constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;
+    const std::uint64_t mixed = (white * FACTOR ^ black) * FACTOR;
+    PawnEntry& entry = pawn_entries[mixed >> (64 - PAWN_SLOT_BITS)];
+    if (entry.white != white || entry.black != black) {
+        entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
+    }
+    return entry.score;
+}
+
+// Everything that counts for one colour but its pawn structure.
 template <Colour US>
 std::int32_t EvaluateColour(int phase) {
     const int king = KingSquare(US);
@@ -71,13 +94,14 @@ std::int32_t EvaluateColour(int phase) {
     score += KingPieceSquareEval(US, phase, king);
     if (phase == 0) score += KingSafety<US>(king);
     if (PopCount(PiecesOf(US, BISHOP)) == 2) score += BISHOP_PAIR;
-    return score + PawnStructure<US>();
+    return score;
 }
 
 } // namespace
 
 std::int32_t Evaluate() {
     const int phase = GamePhase();
-    const std::int32_t score = EvaluateColour<WHITE>(phase) - EvaluateColour<BLACK>(phase);
+    const std::int32_t score =
+        EvaluateColour<WHITE>(phase) - EvaluateColour<BLACK>(phase) + PawnScore();
     return side_to_move == WHITE ? score : -score;
 }
