@@ -15,7 +15,7 @@ std::string MessageOf(std::string_view text) {
     return std::string(MY_FILE_NAME) + ": " + std::string(text);
 }
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
 // The first argument's value: behind its "=", or the next argument if that is no option.
 std::string_view TakeValue(std::span<const Option> options,
