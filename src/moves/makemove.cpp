@@ -92,7 +92,7 @@ void Make(const Move& move) {
     } else if (move.en_passant) {
         key ^= ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
         position[move.en_passant_square] = NO_PIECE;
-    } else if (IsEnPassantEnablingMove(move)) {
+    } else if (type == PAWN && IsEnPassantEnablingMove(move)) {
         zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
         key ^= zobrist_xor;
     }
