@@ -23,18 +23,28 @@ namespace {
 constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 constexpr std::int32_t MAX_DEPTH = 64;
 
-std::uint64_t CountNodes(std::int32_t depth, const Move* last_move) {
+template <Colour US>
+std::uint64_t CountNodesOf(std::int32_t depth, const Move* last_move) {
+    constexpr Colour THEM = Opponent(US);
     if (depth == 0) return 1;
     Move moves[MAX_MOVES];
     std::int32_t count = 0;
     std::uint64_t nodes = 0;
     GenerateAllMoves(moves, count, last_move);
+    const Bitboard risky = RiskySquares<US>();
     for (std::int32_t i = 0; i < count; ++i) {
-        MakeMove(moves[i]);
-        if (!HaveKingCaptures()) nodes += CountNodes(depth - 1, &moves[i]);
-        UnMakeMove(moves[i]);
+        const bool is_legal = !IsRiskyMove(moves[i], risky);
+        MakeMoveOf<US>(moves[i]);
+        if (is_legal || !IsKingCapturable<THEM>())
+            nodes += CountNodesOf<THEM>(depth - 1, &moves[i]);
+        UnMakeMoveOf<US>(moves[i]);
     }
     return nodes;
+}
+
+std::uint64_t CountNodes(std::int32_t depth, const Move* last_move) {
+    return side_to_move == WHITE ? CountNodesOf<WHITE>(depth, last_move)
+                                 : CountNodesOf<BLACK>(depth, last_move);
 }
 
 // The counts of the root moves one by one.

@@ -53,6 +53,14 @@ inline void ToggleSquare(Colour colour, int square) {
     pieces_all_a8h1[colour] ^= BIT_A8H1[square];
 }
 
+// The same for the two squares of a piece that moves from one to the other.
+inline void ToggleSquares(Colour colour, int from, int to) {
+    pieces_all_rank[colour] ^= BIT_RANK[from] ^ BIT_RANK[to];
+    pieces_all_file[colour] ^= BIT_FILE[from] ^ BIT_FILE[to];
+    pieces_all_a1h8[colour] ^= BIT_A1H8[from] ^ BIT_A1H8[to];
+    pieces_all_a8h1[colour] ^= BIT_A8H1[from] ^ BIT_A8H1[to];
+}
+
 // Flips one piece in the bitboards and in nothing else.
 inline void TogglePieceOnBitBoard(Colour colour, PieceType type, int square) {
     ToggleSquare(colour, square);

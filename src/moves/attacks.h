@@ -27,17 +27,43 @@ inline Bitboard BishopAttacks(int square) {
 
 inline Bitboard QueenAttacks(int square) { return BishopAttacks(square) | RookAttacks(square); }
 
+// What a rook or a bishop on the square attacks on an empty board.
+inline Bitboard RookLines(int square) {
+    return MOVES_RANK[LineIndex(square, 0)] | MOVES_FILE[LineIndex(square, 0)];
+}
+
+inline Bitboard BishopLines(int square) {
+    return MOVES_A1H8[LineIndex(square, 0)] | MOVES_A8H1[LineIndex(square, 0)];
+}
+
 // The colour that is given could capture the other side's king.
 template <Colour US>
 bool IsKingCapturable() {
     constexpr Colour THEM = Opponent(US);
     const int king = KingSquare(THEM);
     const Bitboard queens = PiecesOf(US, QUEEN);
-    return (RookAttacks(king) & (PiecesOf(US, ROOK) | queens)) ||
-           (BishopAttacks(king) & (PiecesOf(US, BISHOP) | queens)) ||
+    const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(king);
+    const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(king);
+    // Occupancy matters only where a slider is on a line with the king at all.
+    return (straight && (RookAttacks(king) & straight)) ||
+           (diagonal && (BishopAttacks(king) & diagonal)) ||
            (ATTACKS_KNIGHT[king] & PiecesOf(US, KNIGHT)) ||
            (ATTACKS_PAWN[THEM][king] & PiecesOf(US, PAWN)) ||
            (ATTACKS_KING[king] & PiecesOf(US, KING));
+}
+
+// The squares from which a move of the colour may leave its king to be taken: all when it is in
+// check, else those on a line with the king, and the king's own. From elsewhere only an en-passant
+// capture, which takes two pieces off a line, may.
+template <Colour US>
+Bitboard RiskySquares() {
+    if (IsKingCapturable<Opponent(US)>()) return ~Bitboard{0};
+    const int king = KingSquare(US);
+    return RookLines(king) | BishopLines(king) | BIT_RANK[king];
+}
+
+inline bool IsRiskyMove(const Move& move, Bitboard risky_squares) {
+    return (BIT_RANK[move.from] & risky_squares) || move.en_passant;
 }
 
 // 1 when the side to move could capture the other side's king, that is, when the last move was

@@ -59,14 +59,18 @@ std::uint64_t MoveCastlingRook(int from, int to) {
 // The mover's sets, both ways: on `from` the piece, on `to` what it becomes.
 template <Colour US>
 void ToggleMover(const Move& move, PieceType type, PieceType promoted) {
-    ToggleSquare(US, move.from);
-    ToggleSquare(US, move.to);
+    ToggleSquares(US, move.from, move.to);
     pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[move.from];
     pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[move.to];
 }
 
+} // namespace
+
 template <Colour US>
-void Make(const Move& move) {
+void MakeMoveOf(const Move& move) {
+    assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
+    assert(side_to_move == US && ColourOf(move.piece) == US && position[move.to] == move.captured);
+    assert(zobrist_ply_number < MAX_PLY_NUMBER);
     constexpr Colour THEM = Opponent(US);
     const PieceType type = TypeOf(move.piece);
     const PieceType promoted = TypeOf(move.promoted);
@@ -92,7 +96,7 @@ void Make(const Move& move) {
     } else if (move.en_passant) {
         key ^= ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
         position[move.en_passant_square] = NO_PIECE;
-    } else if (type == PAWN && IsEnPassantEnablingMove(move)) {
+    } else if (type == PAWN && IsTwoRankMove(move) && IsEnPassantEnablingMove(move)) {
         zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
         key ^= zobrist_xor;
     }
@@ -105,7 +109,9 @@ void Make(const Move& move) {
 }
 
 template <Colour US>
-void UnMake(const Move& move) {
+void UnMakeMoveOf(const Move& move) {
+    assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
+    assert(side_to_move != US && ColourOf(move.piece) == US);
     constexpr Colour THEM = Opponent(US);
     const PieceType type = TypeOf(move.piece);
     const PieceType promoted = TypeOf(move.promoted);
@@ -135,26 +141,24 @@ void UnMake(const Move& move) {
     zobrist_xor = zobrist_xors[zobrist_ply_number];
 }
 
-} // namespace
+template void MakeMoveOf<WHITE>(const Move& move);
+template void MakeMoveOf<BLACK>(const Move& move);
+template void UnMakeMoveOf<WHITE>(const Move& move);
+template void UnMakeMoveOf<BLACK>(const Move& move);
 
 void MakeMove(const Move& move) {
-    assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
-    assert(ColourOf(move.piece) == side_to_move && position[move.to] == move.captured);
-    assert(zobrist_ply_number < MAX_PLY_NUMBER);
     if (side_to_move == WHITE) {
-        Make<WHITE>(move);
+        MakeMoveOf<WHITE>(move);
     } else {
-        Make<BLACK>(move);
+        MakeMoveOf<BLACK>(move);
     }
 }
 
 void UnMakeMove(const Move& move) {
-    assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
-    assert(ColourOf(move.piece) != side_to_move);
     if (side_to_move == BLACK) {
-        UnMake<WHITE>(move);
+        UnMakeMoveOf<WHITE>(move);
     } else {
-        UnMake<BLACK>(move);
+        UnMakeMoveOf<BLACK>(move);
     }
 }
 
@@ -167,9 +171,10 @@ std::uint8_t IsLegalMove(const Move& move) {
 
 void GenerateAllLegalMoves(Move* moves, std::int32_t& count, const Move* last_move) {
     GenerateAllMoves(moves, count, last_move);
+    const Bitboard risky = side_to_move == WHITE ? RiskySquares<WHITE>() : RiskySquares<BLACK>();
     std::int32_t kept = 0;
     for (std::int32_t i = 0; i < count; ++i) {
-        if (IsLegalMove(moves[i])) moves[kept++] = moves[i];
+        if (!IsRiskyMove(moves[i], risky) || IsLegalMove(moves[i])) moves[kept++] = moves[i];
     }
     count = kept;
 }

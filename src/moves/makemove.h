@@ -13,6 +13,12 @@ void MakeMove(const Move& move);
 // Takes back the move that was made last, given the same record.
 void UnMakeMove(const Move& move);
 
+// The same where the mover's colour is known: `US` made or makes the move.
+template <Colour US>
+void MakeMoveOf(const Move& move);
+template <Colour US>
+void UnMakeMoveOf(const Move& move);
+
 // 1 when the move, pseudo-legal in the position, does not leave the mover's king to be taken.
 std::uint8_t IsLegalMove(const Move& move);
 
