@@ -1,8 +1,6 @@
 #include "book/book.h"
 
-#include "board/position.h"
 #include "board/utility.h"
-#include "eval/evaltables.h"
 #include "game/bookstate.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
@@ -40,14 +38,32 @@ bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     return true;
 }
 
-// All moves below the node can be played; they are given the fields that play needs.
-bool IsPlayable(MoveTrieNode& node, const Move* last_move) {
-    for (MoveTrieNode* child = node.children; child; child = child->next) {
-        if (!FindLegalMove(child->move, last_move, child->move)) return false;
-        MakeMove(child->move);
-        const bool is_playable = IsPlayable(*child, &child->move);
-        UnMakeMove(child->move);
+// Takes the child that the link leads to out of its parent's list, with all that hangs on it.
+void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
+    MoveTrieNode* child = *link;
+    *link = child->next;
+    --parent.child_count;
+    FreeMoveTrie(*child);
+    delete child;
+}
+
+// All moves below the node can be played; they are given the fields that play needs. Promotions to
+// different pieces share a node, so that behind one there may be moves of another: those are
+// dropped.
+bool IsPlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
+    for (MoveTrieNode** link = &node.children; *link;) {
+        MoveTrieNode& child = **link;
+        if (!FindLegalMove(child.move, last_move, child.move)) {
+            if (!is_behind_promotion) return false;
+            DropChild(node, link);
+            continue;
+        }
+        MakeMove(child.move);
+        const bool is_playable =
+            IsPlayable(child, &child.move, is_behind_promotion || IsPromotion(child.move));
+        UnMakeMove(child.move);
         if (!is_playable) return false;
+        link = &child.next;
     }
     return true;
 }
@@ -77,10 +93,8 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
 
 const char* ReadBook(MoveTrieNode& root, const char* file_name) {
     const char* error = ReadMoveTrie(root, file_name);
-    NewGameState();
-    NewRepresentation();
-    NewEvaluation();
-    if (error || IsPlayable(root, nullptr)) return error;
+    StartReplay();
+    if (error || IsPlayable(root, nullptr, false)) return error;
     FreeMoveTrie(root);
     InitMoveTrie(root);
     return "a move is not legal";
@@ -136,14 +150,13 @@ void SetNextBookMove(const Move& move) {
 
 const char* WrittenBookHelp() {
     static char text[HELP_TEXT_SIZE];
+    text[0] = '\0';
     if (!engine_state.use_book) {
         CopyText(text, " Book not available!\n");
-    } else if (book_state.in_book && book_state.node->children) {
-        text[0] = '\0';
+    } else if (book_state.in_book) {
         WriteHelpMoves(text);
-    } else {
-        CopyText(text, " Out of book!\n");
     }
+    if (text[0] == '\0') CopyText(text, " Out of book!\n");
     return text;
 }
 

@@ -1,9 +1,7 @@
 #include "book/bookmaker.h"
 
-#include "board/position.h"
 #include "book/book.h"
 #include "book/movetrie.h"
-#include "eval/evaltables.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "game/history.h"
@@ -34,14 +32,15 @@ struct MoveList {
 };
 MoveList line;
 
-std::span<const Move> FirstMoves(const MoveList& list, std::int32_t most) {
-    return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
+bool is_progress_shown = false; // and its line not yet closed
+
+[[noreturn]] void FailBuilding(const std::string& message) {
+    if (is_progress_shown) std::fputs("\n", stderr);
+    FatalError(message);
 }
 
-void StartPosition() {
-    NewGameState();
-    NewRepresentation();
-    NewEvaluation();
+std::span<const Move> FirstMoves(const MoveList& list, std::int32_t most) {
+    return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
 }
 
 void ReadTags(std::FILE* input) {
@@ -59,7 +58,7 @@ void ReadMoves(std::FILE* input) {
         if (line.length == MAX_GAME_MOVES) continue;
         Move& move = line.moves[line.length++];
         if (!ParseMove(token, move) || !IsLegalMove(move)) {
-            FatalError(std::string("Error (illegal move): ") + token);
+            FailBuilding(std::string("Error (illegal move): ") + token);
         }
         MakeForceMove(move);
     }
@@ -76,6 +75,7 @@ std::int64_t FileSize(std::FILE* file) {
 void ShowProgress(std::FILE* input, std::int64_t size, std::int32_t games) {
     const std::int64_t share = size > 0 ? 100 * std::int64_t{std::ftell(input)} / size : 0;
     std::fprintf(stderr, "\r%d games read, %d%% of the file", games, static_cast<int>(share));
+    is_progress_shown = true;
 }
 
 // Reads all games into the trie; returns their number.
@@ -84,7 +84,7 @@ std::int32_t ReadGames(std::FILE* input, bool is_pgn, std::int32_t max_plies, Mo
     const std::int64_t size = is_shown ? FileSize(input) : 0;
     std::int32_t games = 0;
     while (SkipToNextGame(input)) {
-        StartPosition();
+        StartReplay();
         std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
         if (is_pgn) ReadTags(input);
         ReadMoves(input);
@@ -118,7 +118,7 @@ void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::i
     MoveTrieNode root{};
     InitMoveTrie(root);
     const std::int32_t games = ReadGames(input, is_pgn, max_plies, root);
-    if (std::ferror(input)) FatalError(std::string("Error (cannot read file): ") + input_name);
+    if (std::ferror(input)) FailBuilding(std::string("Error (cannot read file): ") + input_name);
     std::fclose(input);
     const std::int32_t nodes = WriteMoveTrie(root, book_name, minimum_count);
     FreeMoveTrie(root);

@@ -6,8 +6,10 @@
 
 #include <cassert>
 #include <cstdio>
+#include <filesystem>
 #include <limits>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -17,6 +19,9 @@ namespace {
 constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
+
+// Names that are tried for a file that is not yet whole.
+constexpr int UNFINISHED_NAMES = 100;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -118,11 +123,29 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     return nodes;
 }
 
-bool WriteBytes(const std::string& name, const Bytes& bytes) {
-    std::FILE* file = std::fopen(name.c_str(), "wb");
+// Writes the bytes under a new name beside the target and then gives them the target's. A file that
+// stands in the way under such a name is left alone, and so is a target that is no plain file.
+bool WriteWhole(const std::string& name, const Bytes& bytes) {
+    std::error_code error;
+    const std::filesystem::path target(name);
+    const bool is_there = std::filesystem::exists(target, error);
+    if (is_there && !std::filesystem::is_regular_file(target, error)) return false;
+    const std::string real_name =
+        is_there ? std::filesystem::canonical(target, error).string() : name;
+    std::FILE* file = nullptr;
+    std::string unfinished;
+    for (int i = 0; !file && i < UNFINISHED_NAMES; ++i) {
+        unfinished = real_name + ".tmp" + std::to_string(i);
+        file = std::fopen(unfinished.c_str(), "wbx");
+    }
     if (!file) return false;
     const bool is_written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    return (std::fclose(file) == 0) && is_written;
+    if ((std::fclose(file) == 0) && is_written &&
+        ReplaceFile(unfinished.c_str(), real_name.c_str())) {
+        return true;
+    }
+    std::remove(unfinished.c_str());
+    return false;
 }
 
 Bytes ReadBytes(const char* name) {
@@ -190,10 +213,7 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
     Bytes image;
     last_offset = 0;
     const std::int32_t nodes = AppendNode(image, root, true, minimum_count);
-    const std::string unfinished = std::string(file_name) + ".tmp";
-    if (nodes == 0 || !WriteBytes(unfinished, image) ||
-        !ReplaceFile(unfinished.c_str(), file_name)) {
-        std::remove(unfinished.c_str());
+    if (nodes == 0 || !WriteWhole(file_name, image)) {
         FatalError(std::string("Error (cannot write book file): ") + file_name);
     }
     return nodes;

@@ -16,13 +16,6 @@ namespace {
 constexpr std::int32_t FIFTY_MOVE_PLIES = 100;
 constexpr int HOPELESS_MOVES_TO_RESIGN = 5;
 
-bool HasLegalMove(const Move* last_move) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateAllMoves(moves, count, last_move);
-    return std::any_of(moves, moves + count, [](const Move& move) { return IsLegalMove(move); });
-}
-
 // The same pieces stand on the same squares, moved or not.
 bool IsSameBoard(const Piece (&board)[SQUARES]) {
     return std::ranges::equal(position, board, [](Piece a, Piece b) {
@@ -37,6 +30,13 @@ bool HasOnlyBishops(Colour colour) {
 constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
 } // namespace
+
+std::uint8_t HasLegalMove(const Move* last_move) {
+    Move moves[MAX_MOVES];
+    std::int32_t count = 0;
+    GenerateAllMoves(moves, count, last_move);
+    return std::any_of(moves, moves + count, [](const Move& move) { return IsLegalMove(move); });
+}
 
 std::uint8_t IsCheck() {
     return side_to_move == WHITE ? IsKingCapturable<BLACK>() : IsKingCapturable<WHITE>();

@@ -15,11 +15,14 @@ inline std::uint8_t IsMateEval(std::int32_t score) {
     return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
 }
 
+// The side to move has a legal move. `last_move`, the last move played or null, tells whether it
+// could capture en passant; so it does below.
+std::uint8_t HasLegalMove(const Move* last_move);
+
 // The side to move is in check.
 std::uint8_t IsCheck();
 
-// The side to move is checkmated, stalemated. `last_move`, the last move played or null, tells
-// whether it could capture en passant.
+// The side to move is checkmated, stalemated.
 std::uint8_t IsMate(const Move* last_move);
 std::uint8_t IsStalemate(const Move* last_move);
 

@@ -1,5 +1,8 @@
 #include "game/gamestate.h"
 
+#include "board/position.h"
+#include "eval/evaltables.h"
+
 GameState game_state;
 
 void NewGameState() {
@@ -13,4 +16,10 @@ void NewGameState() {
     game_state.opponent_time = UNKNOWN_CLOCK;
     game_state.time_increment = 0;
     game_state.hopeless = 0;
+}
+
+void StartReplay() {
+    NewGameState();
+    NewRepresentation();
+    NewEvaluation();
 }

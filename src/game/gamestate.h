@@ -35,3 +35,7 @@ inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game
 
 // The defaults of a new game.
 void NewGameState();
+
+// A game of its own at the initial position, sums included, for replaying moves; the history and
+// the other records of the game in play are left alone.
+void StartReplay();

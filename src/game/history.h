@@ -30,7 +30,8 @@ static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 // No further move fits into the history.
 std::uint8_t IsHistoryFull();
 
-// Starts an empty history from the current state.
+// Makes the current state the start of the history, entry 0; and drops all that follows.
+void SaveStartState();
 void NewStateHistory();
 
 // Appends one entry, the move just made and the records as they are now.

@@ -15,9 +15,10 @@ constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
 
 bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-int NextChar(std::FILE* file) { return getc_unlocked(file); }
+int NextChar(std::FILE* file) { return std::getc(file); }
 
-// Reads a line without its end into the buffer, cut to it; the length, or EOF at the file's end.
+// Reads a line without white space at its end into the buffer, cut to it; the length, or EOF at the
+// file's end.
 int ReadLine(std::FILE* file, std::span<char> buffer) {
     std::size_t length = 0;
     int c = NextChar(file);
@@ -25,16 +26,15 @@ int ReadLine(std::FILE* file, std::span<char> buffer) {
     for (; c != EOF && c != '\n'; c = NextChar(file)) {
         if (length < buffer.size()) buffer[length++] = static_cast<char>(c);
     }
-    if (length > 0 && buffer[length - 1] == '\r') --length;
+    while (length > 0 && IsWhiteSpace(buffer[length - 1])) {
+        --length;
+    }
     return static_cast<int>(length);
 }
 
 // [Name "Value"], with a backslash before a quote or backslash in the value.
 bool ReadTag(std::string_view line, PgnTag& tag) {
     constexpr std::string_view CLOSING = "\"]";
-    while (!line.empty() && IsWhiteSpace(line.back())) {
-        line.remove_suffix(1);
-    }
     const std::size_t blank = line.find(' ');
     const std::size_t quote = line.find('"', std::min(blank, line.size()));
     if (!line.starts_with('[') || quote == std::string_view::npos) return false;

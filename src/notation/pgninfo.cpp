@@ -22,11 +22,13 @@ void WriteLocalTime(char (&text)[TIME_TEXT_SIZE], const char* format) {
     }
 }
 
-PgnTag* FindTag(PgnGameInfo& info, std::string_view name) {
-    for (std::int32_t i = 0; i < info.tag_count; ++i) {
-        if (info.tags[i].name == name) return &info.tags[i];
+// The index of the tag of that name, or tag_count.
+std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
+    std::int32_t i = 0;
+    while (i < info.tag_count && info.tags[i].name != name) {
+        ++i;
     }
-    return nullptr;
+    return i;
 }
 
 } // namespace
@@ -45,20 +47,21 @@ const char* PgnTime() {
 
 const char* SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value) {
     name = name.substr(0, PGN_TEXT_SIZE - 1);
-    PgnTag* tag = FindTag(info, name);
-    if (!tag) {
-        if (info.tag_count >= MAX_PGN_TAGS) return nullptr;
-        tag = &info.tags[info.tag_count++];
-        CopyText(tag->name, name);
+    const std::int32_t index = FindTag(info, name);
+    if (index == MAX_PGN_TAGS) return nullptr;
+    PgnTag& tag = info.tags[index];
+    if (index == info.tag_count) {
+        CopyText(tag.name, name);
+        ++info.tag_count;
     }
-    CopyText(tag->value, value);
-    return tag->value;
+    CopyText(tag.value, value);
+    return tag.value;
 }
 
 const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name) {
     static char value[PGN_TEXT_SIZE];
-    const PgnTag* tag = FindTag(const_cast<PgnGameInfo&>(info), name);
-    CopyText(value, tag ? tag->value : "?");
+    const std::int32_t index = FindTag(info, name);
+    CopyText(value, index < info.tag_count ? info.tags[index].value : "?");
     return value;
 }
 

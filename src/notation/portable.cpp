@@ -1,7 +1,5 @@
 #include "notation/portable.h"
 
-#include "board/position.h"
-#include "eval/evaltables.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "game/history.h"
@@ -10,6 +8,7 @@
 #include "notation/notation.h"
 #include "notation/setboard.h"
 
+#include <cassert>
 #include <cstring>
 #include <string_view>
 
@@ -35,11 +34,10 @@ bool WriteAndPlay(std::FILE* file, std::span<const Move> moves, std::size_t i, i
 // The position from which a game's moves are to be played.
 void SetUpStart(const PgnGameInfo& info) {
     if (info.set_up) {
-        SetBoardFen(info.fen);
+        [[maybe_unused]] const std::uint8_t is_set = SetBoardFen(info.fen);
+        assert(is_set); // it was accepted once
     } else {
-        NewGameState();
-        NewRepresentation();
-        NewEvaluation();
+        StartReplay();
     }
 }
 

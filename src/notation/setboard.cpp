@@ -89,6 +89,8 @@ bool ReadCastling(std::string_view text, FenFields& fen) {
                 const Piece piece = fen.board[square];
                 if (piece != NO_PIECE && ColourOf(piece) != colour) return false;
             }
+            // An unmoved king stands on its home square, and nowhere else.
+            if (TypeOf(fen.board[CornerOf(colour, side)]) == KING) return false;
         }
     }
     return read > 0 && read == text.size();
@@ -247,9 +249,7 @@ void RecordSetUp(const FenFields& fen, std::string_view text) {
     CopyText(pgn_game_info.fen, text);
     game_state.fifty_move_count = fen.half_moves;
     book_state.in_book = 0;
-    std::ranges::copy(position, state_history.positions[0]);
-    state_history.game_states[0] = game_state;
-    state_history.book_states[0] = book_state;
+    SaveStartState();
     zobrist_keys[zobrist_ply_number] = zobrist_key;
     zobrist_xors[zobrist_ply_number] = zobrist_xor;
 }

@@ -38,7 +38,8 @@ void NextBuffer(CommandLine& line) {
     }
     for (; byte != '\n' && byte != END_OF_INPUT; byte = ReadInputByte()) {
         if (length < COMMAND_SIZE - 1) {
-            line[length++] = static_cast<char>(byte);
+            line[length++] =
+                byte == '\0' ? ' ' : static_cast<char>(byte); // NUL would hide the rest
         } else {
             cut = true;
         }

@@ -1,5 +1,5 @@
 // What the operating system gives: the signals, the clock, and raw standard input and output.
-// A port to another system is a second implementation of this header and nothing else.
+// A port to another system is a second implementation of this header.
 #pragma once
 
 #include <cstddef>

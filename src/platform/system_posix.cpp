@@ -93,7 +93,9 @@ void* AllocateTable(std::size_t bytes) {
     char* const table = static_cast<char*>(area) + before;
     if (before > 0) munmap(area, before);
     if (before < LARGE_PAGE) munmap(table + size, LARGE_PAGE - before);
+#ifdef MADV_HUGEPAGE
     madvise(table, size, MADV_HUGEPAGE);
+#endif
     return table;
 }
 

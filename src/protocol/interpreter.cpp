@@ -14,15 +14,13 @@
 #include "protocol/features.h"
 #include "protocol/newgame.h"
 #include "protocol/turns.h"
+#include "search/records.h"
 
 #include <algorithm>
 #include <string>
 #include <string_view>
 
 namespace {
-
-// No deeper search than the search line has room for.
-constexpr std::int32_t MAX_DEPTH_PLIES = 200;
 
 constexpr std::int32_t MAX_INCREMENT = 10'000'000; // seconds
 
@@ -131,6 +129,7 @@ void LogGame() {
     const std::size_t count = static_cast<std::size_t>(state_history.count);
     WritePgnGame(pgn_game_info, {state_history.moves + 1, count});
     BlogGame(pgn_game_info);
+    CorrectPgnTagValues(pgn_game_info); // and back again, as a game in play has them
     // The board shows the start of the game now; the rest of the game's records follow it.
     if (!pgn_game_info.set_up) NewBookState();
     RestartGame();

@@ -48,13 +48,6 @@ EngineChoice ChooseMove() {
     return choice;
 }
 
-bool HasLegalMove() {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateAllLegalMoves(moves, count, LastMove());
-    return count > 0;
-}
-
 // Asked after the engine's move.
 std::uint8_t IsHopeless(std::int32_t score) {
     const Colour opponent = side_to_move;
@@ -77,7 +70,7 @@ void RecordEngineMove(const EngineChoice& choice) {
 } // namespace
 
 void MakeEngineMove() {
-    if (IsHistoryFull() || !HasLegalMove()) return;
+    if (IsHistoryFull() || !HasLegalMove(LastMove())) return;
     pgn_game_info.engine_color = side_to_move;
     const EngineChoice choice = ChooseMove();
     const bool was_repetition = IsNfoldRepetition(2) != 0;

@@ -13,6 +13,7 @@
 #include "search/hash.h"
 #include "search/nullmove.h"
 #include "search/poll.h"
+#include "search/prefetch.h"
 #include "search/quiesce.h"
 
 #include <algorithm>
@@ -21,8 +22,7 @@
 
 namespace {
 
-constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000; // nodes between two looks at clock and input
-constexpr std::int32_t REPETITION_WINDOW = 30;       // plies of key history searched
+constexpr std::int32_t REPETITION_WINDOW = 30; // plies of key history searched
 constexpr std::int32_t DRAW_EVAL = 0;
 
 // In quarter-plies; a "min" is the least at which a step is tried, a "max" the most.
@@ -191,23 +191,15 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
     return index == node.hash_index ? 0 : index;
 }
 
-// Asks the tables for the children of moves that are about to be made.
-// Inlined always: a compiler takes a call that only prefetches for one without effect.
-[[gnu::always_inline]] inline void PrefetchChildren(const Move* moves, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        PrefetchHashTable(LikelyKeyAfter(moves[i]));
-    }
-}
-
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
 // Searches a batch of moves; their indices in generation order begin at `base`.
 LoopEnd SearchMoves(Node& node, const Move* moves, std::int32_t count, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
     PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
-    PrefetchChildren(moves, std::min(count, PREFETCH_AHEAD));
+    PrefetchChildren<true>(moves, std::min(count, PREFETCH_AHEAD));
     for (std::int32_t i = 0; i < count; ++i) {
-        if (i + PREFETCH_AHEAD < count) PrefetchChildren(moves + i + PREFETCH_AHEAD, 1);
+        if (i + PREFETCH_AHEAD < count) PrefetchChildren<true>(moves + i + PREFETCH_AHEAD, 1);
         MakeMove(moves[i]);
         const std::int32_t depth = ChildDepth(node, moves[i], is_recapturing);
         const std::int32_t score = SearchMove(node, moves[i], depth, child_pv);

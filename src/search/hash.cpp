@@ -30,7 +30,9 @@ constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // plies for which a deeper entr
 
 constexpr std::size_t TEXT_SIZE = 128;
 
-bool is_fresh = false; // the tables are as they were allocated, all zeros
+// The tables are as they were allocated, all zeros: the first NewHashTable, which comes before any
+// search, need not touch their memory.
+bool is_fresh = false;
 
 std::size_t TableBytes() { return std::size_t{hash_table_size} * ENTRY_SIZE; }
 

@@ -31,21 +31,6 @@ extern HashEntry* hash_table_q; // of the quiescence search: always replaced
 extern std::uint32_t hash_table_size; // entries a table, a power of two
 extern std::uint32_t HASH_TABLE_MASK;
 
-// Asks the processor to fetch the slots of a key that will soon be probed. Memory takes about as
-// long as the search of three quiet children, so the keys of that many moves ahead are worth asking
-// for.
-inline constexpr std::int32_t PREFETCH_AHEAD = 3;
-[[gnu::always_inline]] inline void PrefetchHashTable(std::uint64_t key) {
-    const std::uint32_t slot = static_cast<std::uint32_t>(key) & HASH_TABLE_MASK;
-    __builtin_prefetch(&hash_table_2[slot]);
-    __builtin_prefetch(&hash_table_1[slot]);
-    __builtin_prefetch(&hash_table_q[slot]);
-}
-
-[[gnu::always_inline]] inline void PrefetchQuiescenceHashTable(std::uint64_t key) {
-    __builtin_prefetch(&hash_table_q[static_cast<std::uint32_t>(key) & HASH_TABLE_MASK]);
-}
-
 // Allocates the tables, of the given megabytes (1 to 4095) together; a fatal error on failure.
 void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();

@@ -7,23 +7,12 @@
 #include "moves/generate.h"
 #include "moves/makemove.h"
 #include "search/hash.h"
+#include "search/prefetch.h"
 #include "search/records.h"
 
 #include <algorithm>
 #include <cassert>
 #include <utility>
-
-namespace {
-
-// Asks the table for the children of moves that are about to be made.
-// Inlined always: a compiler takes a call that only prefetches for one without effect.
-[[gnu::always_inline]] inline void PrefetchChildren(const Move* moves, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        PrefetchQuiescenceHashTable(LikelyKeyAfter(moves[i]));
-    }
-}
-
-} // namespace
 
 std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                               std::int32_t ply, const Move* last_move) {
@@ -53,9 +42,9 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     if (count > 0 && TypeOf(moves[0].captured) == KING) return MATE_EVAL - ply;
     if (0 < hash_index && hash_index < count) std::swap(moves[0], moves[hash_index]);
 
-    PrefetchChildren(moves, std::min(count, PREFETCH_AHEAD));
+    PrefetchChildren<false>(moves, std::min(count, PREFETCH_AHEAD));
     for (std::int32_t i = 0; i < count; ++i) {
-        if (i + PREFETCH_AHEAD < count) PrefetchChildren(moves + i + PREFETCH_AHEAD, 1);
+        if (i + PREFETCH_AHEAD < count) PrefetchChildren<false>(moves + i + PREFETCH_AHEAD, 1);
         MakeMove(moves[i]);
         const std::int32_t score =
             -QuiescenceSearch(-beta, -alpha, depth - QUARTER_PLIES, ply + QUARTER_PLIES, &moves[i]);

@@ -6,6 +6,9 @@
 
 #include <cstdint>
 
+// Nodes between two looks at the clock and the input.
+inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
+
 // Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
     std::uint64_t nodes;       // total, to which node_counter is added in chunks
@@ -31,6 +34,13 @@ struct AnalyzeInfo {
     char move_text[MOVE_TEXT_FIELD];
 };
 extern AnalyzeInfo analyze_info;
+
+// The deepest search that may be asked for, in plies, and how far the full width may run beyond the
+// depth of an iteration, in quarter-plies; and the captures that a quiescence search can add.
+inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
+inline constexpr std::int32_t MAX_EXTRA_PLY = 56;
+inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;
+static_assert(MAX_DEPTH_PLIES + MAX_EXTRA_PLY / 4 + MAX_CAPTURES_IN_A_ROW < MAX_LINE_PLIES);
 
 // A principal variation.
 struct PvLine {

@@ -22,7 +22,6 @@
 namespace {
 
 constexpr std::int32_t FIRST_DEPTH = 12;       // quarter-plies
-constexpr std::int32_t MAX_EXTRA_PLY = 56;     // that full width may run beyond the depth
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
 constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
 constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
@@ -30,8 +29,8 @@ constexpr std::uint64_t LONG_CLOCK = 5'999;    // centiseconds: more is a minute
 constexpr int THINKING_WIDTH = 1'000'000;      // a thinking line is never wrapped
 
 // So that the first node at once looks at the clock and the input.
-constexpr std::int32_t START_NODE_COUNTER = 9'999;
-constexpr std::uint64_t START_NODES = static_cast<std::uint64_t>(-9'998);
+constexpr std::int32_t START_NODE_COUNTER = NODE_CHECK_INTERVAL - 1;
+constexpr std::uint64_t START_NODES = static_cast<std::uint64_t>(2 - NODE_CHECK_INTERVAL);
 
 struct RootMove {
     Move move;
