@@ -77,7 +77,7 @@ TEST(Board, RandomNumbers) {
     EXPECT_EQ(RandomU32(), (41u << 15) ^ 18467u);
     SeedRandom(1);
     std::uint64_t expected = 0;
-    for (const std::uint64_t draw : {41, 18467, 6334, 26500, 19169}) {
+    for (const std::uint64_t draw : {41u, 18467u, 6334u, 26500u, 19169u}) {
         expected = (expected << 15) ^ draw;
     }
     EXPECT_EQ(RandomU64(), expected);

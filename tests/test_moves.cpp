@@ -139,16 +139,4 @@ TEST(Moves, RandomGames) {
     }
 }
 
-TEST(Moves, Predicates) {
-    const Move queen{52, 60, 0x49, NO_PIECE, 0x4F, 0, 0, 0, 0, 0, 0};
-    Move knight = queen;
-    knight.promoted = 0x4A;
-    EXPECT_TRUE(IsEqualMove(queen, knight));
-    EXPECT_TRUE(IsPromotion(queen) && IsPawnPushMove(queen) && IsPawnToSeventhMove(queen));
-    knight.piece = 0x42;
-    EXPECT_FALSE(IsPawnToSeventhMove(knight));
-    knight.from = -1;
-    EXPECT_TRUE(IsFakeMove(knight));
-}
-
 } // namespace

@@ -1,0 +1,128 @@
+#include "engine_process.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <poll.h>
+#include <regex>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int PATIENCE = 60'000; // milliseconds without a byte
+
+// Appends the pipe's next byte; false at its end. An engine that is silent or does not stop talking
+// is killed.
+bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
+    pollfd wait{pipe, POLLIN, 0};
+    if (--engine.budget == 0 || poll(&wait, 1, PATIENCE) <= 0) {
+        ADD_FAILURE() << "the engine does not come to an end";
+        if (engine.pid > 0) kill(engine.pid, SIGKILL);
+    }
+    char byte = 0;
+    if (read(pipe, &byte, 1) != 1) return false;
+    text += byte;
+    return true;
+}
+
+} // namespace
+
+EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation)
+    : directory(std::filesystem::temp_directory_path() / "korvane_test_XXXXXX") {
+    std::signal(SIGPIPE, SIG_IGN); // an engine that has gone fails its own test only
+    std::istringstream stream(invocation + " " + arguments);
+    std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
+    std::vector<char*> pointers(words.size() + 1, nullptr);
+    std::ranges::transform(words, pointers.begin(), [](std::string& word) { return word.data(); });
+    int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
+    const bool is_ready = mkdtemp(directory.data()) && pipe2(in, O_CLOEXEC) == 0 &&
+                          pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
+    pid = is_ready ? fork() : -1;
+    if (pid == 0) {
+        std::signal(SIGINT, SIG_DFL); // a background job is born without
+        if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
+            dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
+            execv(KORVANE_BINARY, pointers.data());
+        }
+        _exit(127);
+    }
+    EXPECT_GT(pid, 0) << "the engine cannot be started";
+    for (const int far_end : {in[0], out[1], err[1]}) {
+        close(far_end);
+    }
+    input = in[1];
+    output = out[0];
+    errors = err[0];
+}
+
+EngineProcess::~EngineProcess() {
+    if (pid > 0) {
+        kill(pid, SIGKILL);
+        waitpid(pid, nullptr, 0);
+    }
+    for (const int near_end : {input, output, errors}) {
+        close(near_end);
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+}
+
+void SendText(const EngineProcess& engine, const std::string& text) {
+    EXPECT_EQ(write(engine.input, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+}
+
+void SendLines(const EngineProcess& engine, const std::string& lines) {
+    SendText(engine, lines + "\n");
+}
+
+std::string ReadUntil(EngineProcess& engine, const std::string& pattern) {
+    const std::regex wanted(pattern);
+    std::string lines;
+    for (std::string line; ReadByte(engine, engine.output, line);) {
+        if (!line.ends_with('\n')) continue;
+        lines += line;
+        line.pop_back();
+        if (std::regex_match(line, wanted)) return lines;
+        line.clear();
+    }
+    ADD_FAILURE() << "no line \"" << pattern << "\" in:\n" << lines;
+    return lines;
+}
+
+std::string Ask(EngineProcess& engine, const std::string& lines) {
+    static int pings = 0;
+    const std::string number = std::to_string(++pings);
+    SendLines(engine, lines + "\nping " + number);
+    const std::string answer = ReadUntil(engine, "pong " + number);
+    return answer.substr(0, answer.rfind("pong "));
+}
+
+void CloseInput(EngineProcess& engine) {
+    close(engine.input);
+    engine.input = -1;
+}
+
+Ending WaitForExit(EngineProcess& engine) {
+    Ending ending{0, "", ""};
+    while (ReadByte(engine, engine.output, ending.output) ||
+           ReadByte(engine, engine.errors, ending.errors)) {
+    }
+    int status = 0;
+    waitpid(engine.pid, &status, 0);
+    engine.pid = -1;
+    ending.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return ending;
+}
+
+std::string ReadFile(const EngineProcess& engine, const std::string& name) {
+    std::ifstream file(engine.directory + "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}

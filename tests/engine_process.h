@@ -1,0 +1,54 @@
+// A real engine under test: a process that is driven over pipes as a front end drives it.
+#pragma once
+
+// GCC 12 sees uninitialised members in its own <regex> when the sanitizers are on.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+#include <string>
+#include <sys/types.h>
+
+// Small tables, which start fast, and the same moves every time.
+inline const std::string PLAY = "--hash-size=1 --no-random";
+
+// An engine that runs in a fresh directory of its own; process and directory go with the record.
+// The arguments are separated by blanks.
+struct EngineProcess {
+    explicit EngineProcess(const std::string& arguments = PLAY,
+                           const std::string& invocation = KORVANE_BINARY);
+    ~EngineProcess();
+    EngineProcess(const EngineProcess&) = delete;
+    EngineProcess& operator=(const EngineProcess&) = delete;
+
+    std::string directory;
+    pid_t pid;                 // -1 once it has ended
+    int input, output, errors; // this side's ends of the pipes
+    int budget = 1'000'000;    // bytes that it may still write
+};
+
+// Sends the bytes as they are.
+void SendText(const EngineProcess& engine, const std::string& text);
+
+// Sends the lines, with the last one's line feed added.
+void SendLines(const EngineProcess& engine, const std::string& lines);
+
+// The output up to the first line that matches the whole pattern, that line included, every line
+// with its line feed. When it does not come in good time, the test fails and the engine is killed.
+std::string ReadUntil(EngineProcess& engine, const std::string& pattern);
+
+// Sends the lines and gives all that comes before the answer to a ping sent behind them.
+std::string Ask(EngineProcess& engine, const std::string& lines);
+
+void CloseInput(EngineProcess& engine);
+
+struct Ending {
+    int status; // of the exit; negative: the signal that ended the process
+    std::string output, errors;
+};
+
+// Waits until the engine ends by itself; the output is what no caller has got.
+Ending WaitForExit(EngineProcess& engine);
+
+// A file of the engine's directory; empty when there is none.
+std::string ReadFile(const EngineProcess& engine, const std::string& name);

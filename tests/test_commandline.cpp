@@ -1,0 +1,88 @@
+// The command line: options, messages, exit statuses and the texts printed.
+#include "engine_process.h"
+
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace {
+
+// Runs the engine without input.
+Ending RunEngine(const std::string& words, const std::string& invocation = "some/korvane") {
+    EngineProcess engine(words, invocation);
+    CloseInput(engine);
+    return WaitForExit(engine);
+}
+
+void ExpectRun(const std::string& words, int status, const std::string& errors,
+               const std::string& output) {
+    const Ending ending = RunEngine(words);
+    EXPECT_EQ(ending.status, status) << words;
+    EXPECT_EQ(ending.output, output) << words;
+    EXPECT_EQ(ending.errors, errors) << words;
+}
+
+void ExpectError(const std::string& words, const std::string& message) {
+    ExpectRun(words, 1, "korvane: " + message + "\n", "");
+}
+
+TEST(CommandLine, RefusesErrors) {
+    for (const std::string word : {"x", "--hash", "--no-books=1", "-", "-of"}) {
+        ExpectError("--version -f y " + word, "unrecognized option \"" + word + "\"");
+    }
+    for (const std::string option : {"--hash-size", "--format", "-f", "-o"}) {
+        for (const std::string next : {"", " --verbose", " -f=x", " -o"}) {
+            ExpectError(option + next, "option value not specified (\"" + option + "\")");
+        }
+    }
+    for (const std::string words :
+         {"--version --verbose", "--help --version", "--help -f x", "--make-book",
+          "--make-book --format=pgn", "--make-book -f x", "--make-book --format=PGN -f x --no-book",
+          "--make-book --show-book --format=pgn -f x -o y", "--show-book",
+          "--show-book -o x --format pgn", "--show-book -o x --hash-size=0"}) {
+        ExpectError(words, "invalid option configuration");
+    }
+    ExpectError("--make-book -f x --format PGN", "invalid option value (\"--format=PGN\")");
+    for (const std::string value : {"0", "-1", "4096", "4294967297", "many", ""}) {
+        ExpectError("--hash-size 1 --hash-size=" + value,
+                    "invalid option value (\"--hash-size=" + value + "\")");
+    }
+    ExpectRun("--make-book --format txt -f=a=b", 1, "Error (file does not exist): a=b\n", "");
+    ExpectRun("--show-book -o x", 1, "Error (file does not exist): korvane.bk\n", "");
+    EXPECT_EQ(RunEngine("x", "/some\\" + std::string(40, 'k')).errors,
+              std::string(31, 'k') + ": unrecognized option \"x\"\n");
+}
+
+TEST(CommandLine, AppliesSettings) {
+    const std::string tables = "verbose: Created hash tables: ";
+    ExpectRun("--no-book --no-random --no-resign -f x.pgn -o= --format=any", 0, "", "");
+    ExpectRun("--verbose", 0, "",
+              tables + "72 MB total, 24 MB with 1048576 entries each.\n"
+                       "verbose: Cannot find file \"korvane.bk\".\n");
+    ExpectRun("--hash-size=0 --no-book --hash-size 5 --verbose=no", 0, "",
+              tables + "4 MB total, 1 MB with 65536 entries each.\n");
+}
+
+TEST(CommandLine, PrintsVersionAndUsage) {
+    const std::string version = RunEngine("--version").output;
+    EXPECT_TRUE(std::regex_match(version, std::regex("Korvane 1\\.0\\.3 [^\n]+\n"))) << version;
+    ExpectRun("--version", 0, "", version);
+    std::string usage = version + "\n";
+    for (std::string line :
+         {"Usage: korvane [OPTIONS]", "", "Options:",
+          "  --hash-size MB    specify maximum hash table size in megabytes (default: 128)",
+          "  --no-book         disable opening book", "  --no-random       disable game variation",
+          "  --no-resign       disable game resignation",
+          "  --verbose         enable verbose output",
+          "  --version         display version information and exit",
+          "  --help            display this help and exit", "",
+          "Book generation:", "  korvane --make-book --format=pgn -f PGN [-o BOOK]",
+          "  korvane --make-book --format=txt -f TXT [-o BOOK]",
+          "  korvane --show-book [-f BOOK] -o TXT"}) {
+        // The name stands where the pattern of the narrower width had two characters.
+        line.resize(line.find("korvane") == std::string::npos ? 79 : 69 - 2 + 7, ' ');
+        usage += line + "\n";
+    }
+    ExpectRun("--help", 0, "", usage);
+}
+
+} // namespace
