@@ -275,7 +275,7 @@ TEST(Protocol, ThinksTheSameEveryTimeAndHints) {
 // Interrupts do not end the engine; the end of the input does, as the command does.
 TEST(Protocol, EndsInEveryState) {
     for (const std::string command : {"", "easy\ngo", "playother", "analyze"}) {
-        for (const std::string last : {"quit\n", "quit", "", "usermove e2"}) {
+        for (const std::string last : {"quit\n", "quit", "", "usermove e2", "st 5\n"}) {
             SCOPED_TRACE(command + " " + last);
             EngineProcess engine;
             ASSERT_GT(engine.pid, 0);

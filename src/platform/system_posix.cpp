@@ -53,11 +53,15 @@ bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
 int WaitingInput() {
     pollfd input{STDIN_FILENO, POLLIN, 0};
     const int ready = poll(&input, 1, 0);
-    if (ready == 0) return 0;
-    if (ready < 0 && errno == EINTR) return 0;
+    if (ready == 0 || (ready < 0 && errno == EINTR)) return 0;
     int bytes = 0;
     if (ready < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
     return bytes;
+}
+
+bool IsInputClosed() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return poll(&input, 1, 0) > 0 && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 int ReadInputByte() {

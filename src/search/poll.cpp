@@ -3,6 +3,7 @@
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "platform/channel.h"
+#include "platform/system.h"
 #include "search/records.h"
 
 #include <algorithm>
@@ -55,6 +56,13 @@ void SendStatus() {
     SendCommand(line);
 }
 
+// A line that waits hides what comes behind it, but not that the front end has gone: it has when
+// nothing is left to read, and for a search without a limit as soon as it can write no more.
+bool IsFrontEndGone() {
+    return WaitingInput() == INPUT_UNKNOWN ||
+           ((engine_state.pondering || engine_state.analyze_mode) && IsInputClosed());
+}
+
 Verdict Judge(std::string_view line) {
     const bool is_pondering = engine_state.pondering != 0;
     if (line.starts_with('?')) {
@@ -95,7 +103,7 @@ std::uint8_t PollCommands() {
         std::int32_t timestamp = 0;
         if (!NextCommand(command, &timestamp, false)) return 0;
         if (timestamp == last_timestamp && engine_state.pondering == last_pondering) {
-            return last_answer;
+            return last_answer || IsFrontEndGone();
         }
         last_timestamp = timestamp;
         last_pondering = engine_state.pondering;
@@ -103,7 +111,7 @@ std::uint8_t PollCommands() {
         case Verdict::REPEAT: break;
         case Verdict::STOP_TAKEN: return 1;
         case Verdict::STOP: last_answer = 1; return 1;
-        case Verdict::WAIT: last_answer = 0; return 0;
+        case Verdict::WAIT: last_answer = 0; return IsFrontEndGone();
         }
     }
 }
