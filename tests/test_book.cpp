@@ -126,6 +126,10 @@ TEST_F(BookTest, Listings) {
     const std::string tactics = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
                                 "7. O-O O-O 8. cxd8=N *\n";
     EXPECT_EQ(BuildAndList(tactics, false), tactics);
+    // promotions to different pieces share a node: the first stays, with what can follow it
+    const std::string fork = "1. e4 d5 2. exd5 c6 3. dxc6 Nf6 4. cxb7 e6 5. bxa8=";
+    EXPECT_EQ(BuildAndList(fork + "Q Be7 6. Qxa7 *\n" + fork + "N Be7 6. Nb6 *\n", false),
+              fork + "Q Be7 6. Qxa7 *\n");
 }
 
 // The listing, read as a text and built again, gives the same lines.

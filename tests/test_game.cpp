@@ -82,6 +82,7 @@ TEST(Fen, Refusals) {
         "4k3/8/8/8/8/8/8/4K3 b - e3 0 1", "4k3/8/8/8/4P3/8/4P3/4K3 b - e3 0 1",
         "4k3/8/8/8/4P3/4N3/8/4K3 b - e3 0 1", "4k3/8/8/8/8/8/8/4K2r w K - 0 1",
         "R3K3/8/8/8/8/8/8/4k3 w Q - 0 1",
+        "4k3/8/8/8/8/8/8/K6R w Q - 0 1", // an unmoved king stands at home
         // the side to move could take the king: by each kind of piece
         "4k3/8/8/8/8/8/8/4K2q b - - 0 1", "4k3/8/8/8/8/8/4R3/4K3 w - - 0 1",
         "4k3/8/6B1/8/8/8/8/4K3 w - - 0 1", "4k3/8/3N4/8/8/8/8/4K3 w - - 0 1",

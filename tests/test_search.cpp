@@ -176,17 +176,6 @@ TEST(Search, ReferenceLines) {
     }
 }
 
-TEST(Search, SameTreeFromClearedTables) {
-    std::string first;
-    for (int run = 0; run < 2; ++run) {
-        StartAt("r1bqk2r/pp2bppp/2n1pn2/2pp4/2PP4/2N1PN2/PP3PPP/R1BQKB1R w KQkq - 0 7");
-        Move best;
-        const std::string lines = Think(5, best);
-        if (run == 0) first = lines;
-        EXPECT_EQ(lines, first);
-    }
-}
-
 TEST(Search, TimeBudget) {
     struct Case {
         std::uint64_t clock;
