@@ -172,6 +172,7 @@ const RootMove& ChooseRootMove() {
 // On the engine's own clock: another iteration, which may take six times as long as the last one,
 // still fits.
 bool IsTimeForIteration(std::uint64_t iteration_time) {
+    if (search_info.time_limit == 0) return false; // the clock can bear no more than the first
     const std::uint64_t next = 6 * iteration_time;
     const std::uint64_t clock = game_state.engine_time;
     const std::uint64_t increment = game_state.time_increment;
