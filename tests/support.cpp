@@ -38,7 +38,8 @@ std::string LegalMoves() {
     std::string text;
     GenerateAllLegalMoves(moves, count, LastMove());
     for (std::int32_t i = 0; i < count; ++i) {
-        text += (i > 0 ? " " : "") + std::string(WrittenMove(moves[i]));
+        if (i > 0) text += ' ';
+        text += WrittenMove(moves[i]);
     }
     return text;
 }
