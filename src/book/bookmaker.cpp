@@ -121,6 +121,7 @@ void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::i
     if (std::ferror(input)) FailBuilding(std::string("Error (cannot read file): ") + input_name);
     std::fclose(input);
     const std::int32_t nodes = WriteMoveTrie(root, book_name, minimum_count);
+    if (nodes == 0) FailBuilding(std::string("Error (cannot write book file): ") + book_name);
     FreeMoveTrie(root);
     if (IsConsoleErrors()) {
         std::fprintf(stderr, "\r%d games read, %d positions kept, %s written\n", games, nodes,

@@ -213,10 +213,7 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
     Bytes image;
     last_offset = 0;
     const std::int32_t nodes = AppendNode(image, root, true, minimum_count);
-    if (nodes == 0 || !WriteWhole(file_name, image)) {
-        FatalError(std::string("Error (cannot write book file): ") + file_name);
-    }
-    return nodes;
+    return nodes > 0 && WriteWhole(file_name, image) ? nodes : 0;
 }
 
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name) {

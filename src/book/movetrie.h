@@ -29,8 +29,8 @@ void InitMoveTrie(MoveTrieNode& node);
 void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is_weighted);
 
 // Writes the trie without the nodes, and what hangs on them, whose count is below the minimum. The
-// file gets its name only when it is whole; a fatal error, and any file of that name as it was,
-// when it cannot be written. Returns the number of nodes written, the root included.
+// file gets its name only when it is whole. Returns the number of nodes written, the root included;
+// 0, and any file of that name as it was, when it cannot be written.
 std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
                            std::int32_t minimum_count);
 
