@@ -110,9 +110,14 @@ void CloseInput(EngineProcess& engine) {
     engine.input = -1;
 }
 
+void CloseOutput(EngineProcess& engine) {
+    close(engine.output);
+    engine.output = -1;
+}
+
 Ending WaitForExit(EngineProcess& engine) {
     Ending ending{0, "", ""};
-    while (ReadByte(engine, engine.output, ending.output) ||
+    while ((engine.output >= 0 && ReadByte(engine, engine.output, ending.output)) ||
            ReadByte(engine, engine.errors, ending.errors)) {
     }
     int status = 0;

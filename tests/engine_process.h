@@ -40,7 +40,9 @@ std::string ReadUntil(EngineProcess& engine, const std::string& pattern);
 // Sends the lines and gives all that comes before the answer to a ping sent behind them.
 std::string Ask(EngineProcess& engine, const std::string& lines);
 
+// Hangs up on one side.
 void CloseInput(EngineProcess& engine);
+void CloseOutput(EngineProcess& engine);
 
 struct Ending {
     int status; // of the exit; negative: the signal that ended the process

@@ -13,12 +13,14 @@
 #include "notation/notation.h"
 #include "protocol/newgame.h"
 
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
 #include <sstream>
+#include <sys/resource.h>
 
 namespace {
 
@@ -176,6 +178,17 @@ TEST_F(BookTest, BuildingFailsWhole) {
     WriteText("in", "e4 *\n");
     EXPECT_EXIT(MakeBook("none/out.bk", "in", false, 30, 5), testing::ExitedWithCode(1),
                 "Error \\(cannot write book file\\): none/out.bk");
+    const auto build_on_full_disk = [] {
+        const rlimit few_bytes{100, 100};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &few_bytes);
+        MakeBook("out.bk", "in", false, 30, 5);
+    };
+    WriteText("in", "e4 e5 Nf3 *\nd4 *\n");
+    EXPECT_EXIT(build_on_full_disk(), testing::ExitedWithCode(1),
+                "Error \\(cannot write book file\\): out.bk");
+    EXPECT_EXIT(ShowBook("out.bk", "/dev/full"), testing::ExitedWithCode(1),
+                "Error \\(cannot write file\\): /dev/full");
     EXPECT_EXIT(MakeBook("out.bk", "nowhere", true, 30, 5), testing::ExitedWithCode(1),
                 "Error \\(file does not exist\\): nowhere");
     EXPECT_EXIT(ShowBook("nowhere", "out.txt"), testing::ExitedWithCode(1),

@@ -3,8 +3,10 @@
 #include "support.h"
 
 #include <csignal>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -290,6 +292,55 @@ TEST(Protocol, EndsInEveryState) {
             EXPECT_EQ(ending.output.ends_with("Illegal move: e2\n"), last == "usermove e2");
         }
     }
+}
+
+// The input stays open, and the searches have nothing to say.
+TEST(Protocol, EndsWhenNobodyListens) {
+    for (const std::string command : {"", "easy\ngo", "playother", "analyze"}) {
+        SCOPED_TRACE(command);
+        EngineProcess engine;
+        EXPECT_EQ(Ask(engine, "xboard"), "");
+        if (!command.empty()) {
+            StartThinking(engine, command);
+            SendLines(engine, "nopost\n.");
+            ReadUntil(engine, "stat01:.*");
+        }
+        CloseOutput(engine);
+        // The move that it still wants to tell is the end of it.
+        EXPECT_EQ(WaitForExit(engine).status, command == "easy\ngo" ? -SIGPIPE : 0);
+    }
+}
+
+TEST(Protocol, AnswersLinesThatPourInWhileItThinks) {
+    EngineProcess engine;
+    SendLines(engine, "easy\nnew\n" + MIDDLE_GAME + "sd 6\ngo");
+    ReadUntil(engine, THINKING + "1\\. .*");
+    std::string lines, answers;
+    for (int i = 0; i < 5000; ++i) {
+        const std::string number = std::to_string(i);
+        lines += "ping " + number + "\nline " + number + "\n";
+        answers += "pong " + number + "\n" + UNKNOWN + "line " + number + "\n";
+    }
+    std::thread front_end([&] { SendText(engine, lines + "ping 5000\n"); });
+    const std::string heard = ReadUntil(engine, "pong 5000");
+    front_end.join();
+    const std::size_t start = heard.find("pong");
+    EXPECT_EQ(heard.substr(start), answers + "pong 5000\n");
+    EXPECT_TRUE(std::regex_search(heard.substr(0, start), std::regex(MOVE + "\n$")));
+}
+
+TEST(Protocol, LosesOnlyTheEntriesOfBrokenLogs) {
+    EngineProcess engine;
+    const std::filesystem::path directory(engine.directory);
+    for (const char* full : {"ErrorLog", "GameLog", "GameLog.fen"}) {
+        std::filesystem::create_symlink("/dev/full", directory / full);
+    }
+    std::filesystem::create_directory(directory / "GameLog.pgn");
+    ExpectAnswers(engine, "easy\nnopost\n",
+                  {{"x\nforce" + Game("e4 e5") + "\nplayother\nresult 1-0 {x}", UNKNOWN + "x\n"},
+                   {"sd 3\nusermove e2e4", "move\n"}});
+    SendLines(engine, "quit");
+    EXPECT_EQ(WaitForExit(engine).status, 0);
 }
 
 } // namespace

@@ -20,8 +20,9 @@ bool IsConsoleInput();
 bool IsConsoleErrors();
 
 // How much standard input waits to be read, without blocking: bytes, and for a console the events
-// that count as one byte each. INPUT_UNKNOWN when that cannot be told or the input has ended, so
-// that a read will decide; such a read does not wait long.
+// that count as one byte each. INPUT_UNKNOWN when that cannot be told, or when no more will come
+// because the input has ended or nobody reads standard output, so that a read will decide; such a
+// read does not wait long.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
@@ -29,7 +30,7 @@ int WaitingInput();
 bool IsInputClosed();
 
 // The next byte of standard input (0 to 255), waiting for it; END_OF_INPUT when the input has ended
-// or cannot be read.
+// or cannot be read, or when none is there and nobody reads standard output any more.
 inline constexpr int END_OF_INPUT = -1;
 int ReadInputByte();
 

@@ -31,6 +31,15 @@ bool IsToRepeat(int descriptor, short events) {
     return true;
 }
 
+// Waits so long (milliseconds, -1: for ever) until input can be read, or the reader of the output
+// has gone, and with it the one who could send more. Returns what poll returned.
+int AwaitFrontEnd(int timeout, bool& is_readable) {
+    pollfd ends[] = {{STDIN_FILENO, POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
+    const int ready = poll(ends, 2, timeout);
+    is_readable = ready < 0 || ends[0].revents != 0;
+    return ready;
+}
+
 } // namespace
 
 void PrepareSignals() {
@@ -51,8 +60,8 @@ bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
 
 int WaitingInput() {
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    const int ready = poll(&input, 1, 0);
+    bool is_readable = false;
+    const int ready = AwaitFrontEnd(0, is_readable);
     if (ready == 0 || (ready < 0 && errno == EINTR)) return 0;
     int bytes = 0;
     if (ready < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
@@ -67,6 +76,9 @@ bool IsInputClosed() {
 int ReadInputByte() {
     unsigned char byte = 0;
     for (;;) {
+        bool is_readable = false;
+        AwaitFrontEnd(-1, is_readable);
+        if (!is_readable) return END_OF_INPUT;
         const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got == 1) return byte;
         if (got == 0 || !IsToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;
