@@ -76,13 +76,14 @@ def losers(game):
 
 
 def read_debug(directory):
-    """From XBoard's debug file: Korvane's clock by game and move, crashes, the engines' names.
+    """From XBoard's debug file: Korvane's clock by game and move, crashes, the engines' names,
+    and the games of which Korvane heard the result in force mode, in which it logs nothing.
 
     A clock entry is (centiseconds left before the move, centiseconds used for it): XBoard
     sends "time" when it starts Korvane's clock, and stamps every line with milliseconds.
     """
-    clocks, crashes, names = collections.defaultdict(list), {}, {}
-    number, left, started = 0, None, 0
+    clocks, crashes, names, unlogged = collections.defaultdict(list), {}, {}, set()
+    number, left, started, forced = 0, None, 0, False
     for line in read(directory, "match.debug") + read(directory, "xboard.log"):
         if found := re.match(r"New game \((\d+)\)", line):
             number, left = int(found[1]), None
@@ -94,6 +95,10 @@ def read_debug(directory):
                 names[who] = name[1]
             if who == "second":
                 continue
+            if way == ">" and re.match(r"(new|go|playother|force)\b", text):
+                forced = text.startswith("force")
+            if way == ">" and text.startswith("result") and forced:
+                unlogged.add(number)
             if way == ">" and (time := re.match(r"time (-?\d+)", text)):
                 left, started = int(time[1]), stamp
             elif left is not None and way == "<" and re.match(r"move \S", text):
@@ -103,7 +108,7 @@ def read_debug(directory):
                 if left is not None and "on time" in text:  # the flag fell before the move came
                     clocks[number].append((left, left))
                 left = None
-    return clocks, crashes, names
+    return clocks, crashes, names, unlogged
 
 
 def long_algebraic(path):
@@ -142,7 +147,7 @@ def report_clocks(clocks):
           f" (game {number})")
 
 
-def report_logs(directory, must_exist):
+def report_logs(directory, unlogged, must_exist):
     """Compares Korvane's GameLog.pgn with XBoard's record; returns the faults found."""
     path = os.path.join(directory, "korvane", "GameLog.pgn")
     if not os.path.exists(path):
@@ -152,16 +157,20 @@ def report_logs(directory, must_exist):
     logged, complaints = long_algebraic(path)
     if objections:
         print("  pgn-extract objects to XBoard's own record:", *objections[:5], sep="\n    ")
+    numbers = [n for n in range(1, len(record) + 1) if n not in unlogged]
+    record = [record[n - 1] for n in numbers]
     pairs = list(zip(record, logged))
     equal = sum(a[0] == b[0] for a, b in pairs)
     results = sum(a[1] == b[1] for a, b in pairs)
-    print(f"  XBoard recorded {len(record)} games, Korvane {len(logged)};"
+    if unlogged:
+        print(f"  not to be logged, their results coming in force mode: {len(unlogged)} games")
+    print(f"  of the others XBoard recorded {len(record)} games, Korvane {len(logged)};"
           f" in order, moves equal in {equal}, results in {results}")
     print(f"  pgn-extract read GameLog.pgn with {len(complaints)} lines of complaint")
     faults = ["pgn-extract on GameLog.pgn: " + "; ".join(complaints[:3])] if complaints else []
     if len(record) != len(logged):
         faults.append(f"GameLog.pgn holds {len(logged)} games, XBoard's record {len(record)}")
-    for number, (theirs, ours) in enumerate(pairs, 1):
+    for number, (theirs, ours) in zip(numbers, pairs):
         if theirs[0] != ours[0]:
             faults.append(f"game {number}: GameLog.pgn has other moves ({len(ours[0])} half-moves,"
                           f" XBoard {len(theirs[0])})")
@@ -178,7 +187,7 @@ def main():
     args = parser.parse_args()
     me, other = args.engine, args.opponent
     games = read_games(args.dir)
-    clocks, crashes, names = read_debug(args.dir)
+    clocks, crashes, names, unlogged = read_debug(args.dir)
 
     faults = {me: [], other: []}
     for side, text in crashes.items():
@@ -214,7 +223,7 @@ def main():
     print(f"\nclock of {me}")
     report_clocks(clocks)
     print(f"\nlogs of {me}")
-    faults[me] += report_logs(args.dir, me.startswith("korvane"))
+    faults[me] += report_logs(args.dir, unlogged, me.startswith("korvane"))
     for side in (me, other):
         print(f"\nfaults of {side}: {len(faults[side]) or 'none'}")
         for fault in faults[side]:
