@@ -1,7 +1,6 @@
 // Game files, move tries and their file, the book in play, building and listing.
 #include "support.h"
 
-#include "board/utility.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/bookstate.h"
@@ -13,6 +12,7 @@
 #include "notation/notation.h"
 #include "protocol/newgame.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
@@ -21,6 +21,7 @@
 #include <set>
 #include <sstream>
 #include <sys/resource.h>
+#include <vector>
 
 namespace {
 
@@ -134,35 +135,6 @@ TEST_F(BookTest, Listings) {
               fork + "Q Be7 6. Qxa7 *\n");
 }
 
-// The listing, read as a text and built again, gives the same lines.
-TEST_F(BookTest, RoundTripOfGeneratedGames) {
-    std::string games;
-    SeedRandom(9);
-    engine_state.san_notation = 1;
-    for (int game = 0; game < 3000; ++game) {
-        NewGameState();
-        NewRepresentation();
-        std::string moves;
-        for (std::uint32_t ply = 0, plies = 4 + RandomU32() % 40; ply < plies; ++ply) {
-            Move list[MAX_MOVES];
-            std::int32_t count = 0;
-            GenerateAllLegalMoves(list, count, LastMove());
-            if (count == 0) break;
-            const std::uint32_t choices =
-                static_cast<std::uint32_t>(ply < 8 ? std::min(count, 3) : count);
-            const Move move = list[RandomU32() % choices];
-            moves += std::string(" ") + WrittenMove(move);
-            MakeForceMove(move);
-        }
-        games += Game(moves);
-    }
-    engine_state.san_notation = 0;
-    const std::string listing = BuildAndList(games, true, 2);
-    EXPECT_GT(std::count(listing.begin(), listing.end(), '\n'), 500);
-    // a text is inserted newest first and read back in reverse: the same order
-    EXPECT_EQ(BuildAndList(listing, false), listing);
-}
-
 TEST_F(BookTest, BuildingFailsWhole) {
     BuildAndList("e4 *\n", false);
     const std::string old_book = ReadText("out.bk");
@@ -269,37 +241,6 @@ TEST_F(BookTest, InPlay) {
     EXPECT_FALSE(GetNextBookMove(move));
     engine_state.use_book = 0;
     EXPECT_STREQ(WrittenBookHelp(), " Book not available!\n");
-    FinalizeBook();
-}
-
-TEST_F(BookTest, HelpIsCutAtALine) {
-    std::string lines;
-    StartAt("4k3/8/8/8/8/8/8/4K3 w - - 0 1");
-    NewGame();
-    std::istringstream firsts(LegalMoves());
-    for (std::string first; firsts >> first;) {
-        lines += first + " *\n";
-    }
-    BuildAndList(lines, false);
-    // twenty lines of help fit; with the same moves as children of a made-up node sixty do not
-    ASSERT_EQ(InitializeBook("out.bk"), nullptr);
-    engine_state.use_book = 1;
-    MoveTrieNode* last = book.children;
-    while (last->next) {
-        last = last->next;
-    }
-    MoveTrieNode copies[60];
-    for (int i = 0; i < 60; ++i) {
-        copies[i] = *book.children;
-        copies[i].next = i + 1 < 60 ? &copies[i + 1] : nullptr;
-    }
-    last->next = copies;
-    NewBookState();
-    last->next = nullptr;
-    const std::string help = book_state.help;
-    EXPECT_LT(help.size(), BOOK_HELP_SIZE);
-    EXPECT_GT(help.size(), BOOK_HELP_SIZE - 10);
-    EXPECT_EQ(help.back(), '\n');
     FinalizeBook();
 }
 

@@ -1,7 +1,10 @@
-// Generation order, making and unmaking, legality.
+// The position, generation order, making and unmaking, legality, dumps.
+#include "snapshot.h"
 #include "support.h"
 
 #include "board/utility.h"
+#include "diag/dump.h"
+#include "eval/evaltables.h"
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/attacks.h"
@@ -13,8 +16,25 @@
 #include "search/nullmove.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace {
+
+TEST(Moves, InitialPosition) {
+    StartAt(INITIAL_FEN);
+    const std::uint64_t fen_key = zobrist_key;
+    NewRepresentation();
+    NewEvaluation();
+    EXPECT_EQ(zobrist_key, fen_key);
+    EXPECT_EQ(zobrist_keys[0], zobrist_key);
+    EXPECT_EQ(position[4], 0x43);
+    EXPECT_EQ(position[60], 0x83);
+    for (const Colour colour : {WHITE, BLACK}) {
+        EXPECT_EQ(piece_weight_eval[colour], 3900);
+        EXPECT_EQ(piece_square_eval[colour], 54);
+        EXPECT_EQ(pieces_on_board[colour], 8);
+    }
+}
 
 TEST(Moves, GenerationOrder) {
     struct Case {
@@ -71,38 +91,6 @@ TEST(Moves, EnPassantEnabling) {
     EXPECT_EQ(zobrist_xor, 0u);
 }
 
-TEST(Moves, CastlingAndItsKeys) {
-    StartAt("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
-    const std::uint64_t before = zobrist_key;
-    Play("e1g1");
-    EXPECT_EQ(position[6], 0x4B);
-    EXPECT_EQ(position[5], 0x4E);
-    EXPECT_EQ(before ^ zobrist_key ^ ZOBRIST_KEY_SIDE_SWITCH ^ PieceKey(WHITE, KING, 4) ^
-                  PieceKey(WHITE, KING, 6) ^ PieceKey(WHITE, ROOK, 7) ^ PieceKey(WHITE, ROOK, 5),
-              ZOBRIST_KEY_CASTLE[0] ^ ZOBRIST_KEY_CASTLE[1]);
-    UndoMove();
-    EXPECT_EQ(position[4], 0x43);
-    EXPECT_EQ(position[7], 0x46);
-    Play("h1g1");
-    EXPECT_EQ(before ^ zobrist_key ^ ZOBRIST_KEY_SIDE_SWITCH ^ PieceKey(WHITE, ROOK, 7) ^
-                  PieceKey(WHITE, ROOK, 6),
-              ZOBRIST_KEY_CASTLE[0]);
-}
-
-// The castling keys that a move takes out of the key: those of its unmoved king or rook whose
-// partner is unmoved too.
-std::uint64_t LostKeys(const Move& move) {
-    std::uint64_t lost = 0;
-    for (int right = 0; right < 4; ++right) {
-        const int king = right < 2 ? 4 : 60;
-        const int rook = right % 2 == 0 ? king + 3 : king - 4;
-        const bool is_held = position[king] && !IsMoved(position[king]) && position[rook] &&
-                             !IsMoved(position[rook]);
-        if (is_held && (move.from == king || move.from == rook)) lost ^= ZOBRIST_KEY_CASTLE[right];
-    }
-    return lost;
-}
-
 // Random games from several starts: after every move all records agree with a recomputation, the
 // position written as FEN reads as the same one, and taking back restores everything.
 TEST(Moves, RandomGames) {
@@ -115,18 +103,15 @@ TEST(Moves, RandomGames) {
     SeedRandom(20);
     for (int game = 0; game < 60; ++game) {
         StartAt(starts[game % 4]);
-        Snapshot computed = ComputeSnapshot(0);
-        std::uint64_t castling_keys = computed.key ^ zobrist_key;
         std::vector<Snapshot> line;
         for (int ply = 0; ply < 150; ++ply) {
             Move moves[MAX_MOVES];
             std::int32_t count = 0;
             GenerateAllLegalMoves(moves, count, LastMove());
-            ASSERT_TRUE(TakeSnapshot() == ComputeSnapshot(castling_keys)) << GetBoardFen();
+            ASSERT_TRUE(IsConsistentPosition()) << GetBoardFen();
             if (count == 0) break;
             const Move move = moves[RandomU32() % static_cast<std::uint32_t>(count)];
             line.push_back(TakeSnapshot());
-            castling_keys ^= LostKeys(move);
             Play(WrittenMove(move));
         }
         const std::string fen = GetBoardFen();
@@ -137,6 +122,19 @@ TEST(Moves, RandomGames) {
         StartAt(fen);
         EXPECT_EQ(GetBoardFen(), fen);
     }
+}
+
+TEST(Moves, Dumps) {
+    StartAt("8/4P3/8/8/8/8/8/k1K5 w - - 0 1");
+    const Move promotion{52, 60, 0x49, NO_PIECE, 0x4F, 0, 0, 0, 0, 0, 0};
+    testing::internal::CaptureStderr();
+    DumpPosition();
+    DumpMoveList({&promotion, 1});
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "DumpPosition(): BEGIN\nPiece at A1 is a BLACK KING (MF=1)\n"
+              "Piece at C1 is a WHITE KING (MF=1)\nPiece at E7 is a WHITE PAWN (MF=1)\n"
+              "DumpPosition(): END\nDumpMoveList(): BEGIN\n1\nPiece at E7 is a WHITE PAWN (MF=1) "
+              "which moves to E8 (and promotes to QUEEN)\nDumpMoveList(): END\n");
 }
 
 } // namespace

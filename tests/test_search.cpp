@@ -1,14 +1,10 @@
 // Transposition tables, the searches, and the tree's exact shape.
 #include "support.h"
 
-#include "eval/evaluate.h"
 #include "game/enginestate.h"
-#include "game/finish.h"
 #include "game/gamestate.h"
 #include "notation/notation.h"
-#include "search/fsearch.h"
 #include "search/hash.h"
-#include "search/quiesce.h"
 #include "search/records.h"
 #include "search/rootsearch.h"
 
@@ -33,24 +29,6 @@ Probe Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta, std::int32_t
     Probe probe;
     probe.score = ProbeHashTable(key, alpha, beta, depth, probe.move_index);
     return probe;
-}
-
-TEST(Hash, BoundsAndDepths) {
-    NewHashTable();
-    EXPECT_EQ(Ask(0, 0, 1, 0), (Probe{UNKNOWN_EVAL, -1}));
-    StoreHashTable(KEY, 50, 20, BOUND_EXACT, 7);
-    EXPECT_EQ(Ask(KEY, -10, 10, 20), (Probe{50, 7})); // exact: whatever the window
-    EXPECT_EQ(Ask(KEY, -10, 10, 21), (Probe{UNKNOWN_EVAL, 7}));
-    StoreHashTable(KEY, 50, 20, BOUND_LOWER, 8);
-    EXPECT_EQ(Ask(KEY, 0, 50, 20), (Probe{50, 8}));
-    EXPECT_EQ(Ask(KEY, 0, 51, 20), (Probe{UNKNOWN_EVAL, 8}));
-    StoreHashTable(KEY, 50, 20, BOUND_UPPER, 9);
-    EXPECT_EQ(Ask(KEY, 50, 60, 20), (Probe{50, -1}));
-    EXPECT_EQ(Ask(KEY, 49, 60, 20), (Probe{UNKNOWN_EVAL, -1}));
-    ForceHashTable(KEY, 0);
-    EXPECT_EQ(Ask(KEY, 500, 501, 20), (Probe{0, 9}));
-    ForceHashTable(KEY + 1, 0);
-    EXPECT_EQ(Ask(KEY + 1, 0, 1, 0), (Probe{UNKNOWN_EVAL, -1}));
 }
 
 TEST(Hash, Replacement) {
@@ -85,32 +63,6 @@ TEST(Hash, MateScoresBecomeBounds) {
     EXPECT_EQ(ProbeQuiescenceHashTable(KEY, 0, 1, index), -998'000);
     EXPECT_EQ(index, -1);
     NewHashTable();
-}
-
-TEST(Search, Quiescence) {
-    StartAt("4k3/8/8/3p4/4P3/8/8/4K3 w - - 0 1");
-    const std::int32_t stand_pat = Evaluate();
-    EXPECT_EQ(QuiescenceSearch(-5000, stand_pat, QUIESCENCE_DEPTH, 8, nullptr), stand_pat);
-    NewHashTable();
-    EXPECT_GT(QuiescenceSearch(-5000, 5000, QUIESCENCE_DEPTH, 8, nullptr), stand_pat + 50);
-    // the king left to be taken: black to move with the rook on the king's file
-    StartAt("4r2k/8/8/8/8/8/8/4K3 w - - 0 1");
-    side_to_move = BLACK;
-    zobrist_key ^= ZOBRIST_KEY_SIDE_SWITCH;
-    EXPECT_EQ(QuiescenceSearch(-5000, 5'000'000, QUIESCENCE_DEPTH, 8, nullptr), MATE_EVAL - 8);
-}
-
-TEST(Search, DrawsBelowTheRoot) {
-    StartAt("4k3/8/8/8/8/8/7R/4K3 w - - 0 1");
-    Play("e1d1 e8d8 d1e1 d8e8 e1d1 e8d8 d1e1 d8e8");
-    search_info = {};
-    search_info.time_limit = UNKNOWN_CLOCK;
-    search_info.start_time = 0;
-    search_info.max_ply = 100;
-    EXPECT_EQ(FullSearch(-500, 900, 12, 4, LastMove(), nullptr, 0), 0); // the third time
-    StartAt("4k3/8/8/8/8/8/8/3NK3 b - - 0 1");
-    Play("e8e7");
-    EXPECT_EQ(FullSearch(-500, 900, 12, 4, LastMove(), nullptr, 0), 0);
 }
 
 // The thinking lines of a search without their time, a line each: depth, score, nodes, line.

@@ -1,0 +1,70 @@
+#include "snapshot.h"
+
+#include "eval/evaltables.h"
+
+#include <cstring>
+#include <initializer_list>
+
+namespace {
+
+// What the board does not tell (castling keys, en-passant key, ply) is taken as given.
+Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
+    Snapshot now{};
+    now.key = castling_keys ^ zobrist_xor;
+    for (int square = 0; square < SQUARES; ++square) {
+        const Piece piece = position[square];
+        now.board[square] = piece;
+        if (piece == NO_PIECE) continue;
+        const int colour = piece & 0x80 ? 1 : 0;
+        const int type = piece & 7;
+        const int row = colour * 8 + type;
+        now.by_type[row] |= BIT_RANK[square];
+        now.all[0][colour] |= BIT_RANK[square];
+        now.all[1][colour] |= BIT_FILE[square];
+        now.all[2][colour] |= BIT_A1H8[square];
+        now.all[3][colour] |= BIT_A8H1[square];
+        now.numbers[0][colour] += type != PAWN;
+        now.numbers[1][colour] += type == KING ? 0 : PIECE_WEIGHT[type];
+        now.numbers[2][colour] += PIECE_SQUARE_EVAL[row * 64 + square];
+        now.key ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
+    }
+    if (side_to_move == BLACK) now.key ^= ZOBRIST_KEY_SIDE_SWITCH;
+    now.side = side_to_move;
+    now.ply = zobrist_ply_number;
+    now.en_passant_key = zobrist_xor;
+    return now;
+}
+
+} // namespace
+
+Snapshot TakeSnapshot() {
+    Snapshot now;
+    std::memcpy(now.board, position, sizeof now.board);
+    std::memcpy(now.by_type, pieces_by_type, sizeof now.by_type);
+    for (const Colour colour : {WHITE, BLACK}) {
+        now.all[0][colour] = pieces_all_rank[colour];
+        now.all[1][colour] = pieces_all_file[colour];
+        now.all[2][colour] = pieces_all_a1h8[colour];
+        now.all[3][colour] = pieces_all_a8h1[colour];
+        now.numbers[0][colour] = pieces_on_board[colour];
+        now.numbers[1][colour] = piece_weight_eval[colour];
+        now.numbers[2][colour] = piece_square_eval[colour];
+    }
+    now.side = side_to_move;
+    now.ply = zobrist_ply_number;
+    now.key = zobrist_key;
+    now.en_passant_key = zobrist_xor;
+    return now;
+}
+
+bool IsConsistentPosition() {
+    const Snapshot now = TakeSnapshot();
+    for (int rights = 0; rights < 16; ++rights) {
+        std::uint64_t keys = 0;
+        for (int right = 0; right < 4; ++right) {
+            if (rights >> right & 1) keys ^= ZOBRIST_KEY_CASTLE[right];
+        }
+        if (now == ComputeSnapshot(keys)) return true;
+    }
+    return false;
+}
