@@ -71,6 +71,9 @@ const char* GetOptionValueByName(std::span<const Option> options, std::string_vi
 }
 
 void ReadArguments(std::span<Option> options, std::span<const char* const> arguments) {
+    for (Option& option : options) {
+        option.present = 0;
+    }
     for (; !arguments.empty(); arguments = arguments.subspan(1)) {
         const int index = GetOptionIndex(options, arguments.front());
         if (index < 0) {

@@ -1,0 +1,24 @@
+// Command lines: the arguments, an argument to a line, and the offline actions that they start.
+#include "frame/startup.h"
+#include "harness.h"
+#include "search/hash.h"
+
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string text(reinterpret_cast<const char*>(data), size);
+    if (text.find('/') != std::string::npos) return 0; // stay in the directory
+    std::vector<const char*> arguments = {text.data()};
+    for (char& c : text) {
+        if (c != '\n') continue;
+        c = '\0';
+        arguments.push_back(&c + 1);
+    }
+    WriteText("games", "e4 e5 *\n");
+    FinalizeHashTable();
+    const int status =
+        RunToExit([&] { ParseParameters(arguments.data(), static_cast<int>(arguments.size())); });
+    Require(status >= -1 && status <= 1, "the exit status tells success from failure");
+    if (status < 0) Finalize();
+    return 0;
+}

@@ -1,0 +1,38 @@
+// A position to set up in the first line, and moves to play from it, a number each.
+#include "game/gamestate.h"
+#include "harness.h"
+#include "moves/makemove.h"
+#include "notation/notation.h"
+#include "notation/setboard.h"
+#include "protocol/newgame.h"
+#include "snapshot.h"
+
+#include <algorithm>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    NewGame();
+    const Snapshot before = TakeSnapshot();
+    if (!SetBoardFen(text.substr(0, end))) {
+        Require(TakeSnapshot() == before, "a refused position changes nothing");
+        return 0;
+    }
+    RestartGame();
+    CheckFen();
+    const Snapshot start = TakeSnapshot();
+    for (const char choice : text.substr(end)) {
+        Move moves[MAX_MOVES];
+        std::int32_t count = 0;
+        GenerateAllLegalMoves(moves, count, LastMove());
+        if (count == 0) break;
+        PlayUserMove(WrittenMove(moves[static_cast<unsigned char>(choice) % count]));
+    }
+    const std::string last = GetBoardFen();
+    CheckUndo();
+    Require(TakeSnapshot() == start, "undo of everything leads back to the start");
+    Require(SetBoardFen(last), "the last position is accepted");
+    RestartGame();
+    CheckFen();
+    return 0;
+}

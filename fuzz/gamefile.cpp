@@ -1,0 +1,18 @@
+// Game files for the book builder: the first byte chooses between PGN and lines of moves, and how
+// often a move must have been played.
+#include "book/bookmaker.h"
+#include "harness.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    WriteText("games", {reinterpret_cast<const char*>(data) + 1, size - 1});
+    const bool is_pgn = data[0] % 2 == 0;
+    const int minimum = data[0] / 2 % 4;
+    if (RunToExit([&] { MakeBook("games.bk", "games", is_pgn, 30, minimum); }) >= 0) return 0;
+    ShowBook("games.bk", "listing");
+    const std::string listing = ReadText("listing");
+    MakeBook("again.bk", "listing", false, 30, 1);
+    ShowBook("again.bk", "listing");
+    Require(listing == ReadText("listing"), "a book built from a listing has the same lines");
+    return 0;
+}

@@ -1,0 +1,32 @@
+// What the fuzz harnesses share: an engine without an operating system, and what must always hold.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+// Standard input from now on; the end of the text is the end of the input.
+void SetInput(std::string_view text);
+
+// Runs what may end the program; the exit status, or -1 when it returned.
+int RunToExit(const std::function<void()>& run);
+
+void WriteText(const char* file_name, std::string_view text);
+std::string ReadText(const char* file_name);
+
+// Ends the run as a finding unless the condition holds.
+void Require(bool holds, const char* what);
+
+// The position's records agree with a recomputation, the game's with each other.
+void CheckPosition();
+
+// The position written as FEN and read again is the same. It becomes the start of the game.
+void CheckFen();
+
+// Takes every move back: the position is then the one that the game began with.
+void CheckUndo();
+
+// Plays a move that a user gave.
+void PlayUserMove(std::string_view token);

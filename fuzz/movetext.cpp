@@ -1,0 +1,66 @@
+// Move tokens, in either notation, from one of a few positions; then the game as PGN, read again.
+#include "game/enginestate.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "harness.h"
+#include "notation/gamefile.h"
+#include "notation/notation.h"
+#include "notation/portable.h"
+#include "notation/setboard.h"
+#include "notation/text.h"
+#include "protocol/newgame.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+
+constexpr const char* STARTS[] = {
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    "1n2k1n1/P1P3P1/8/2pPp3/5Pp1/Q6Q/p1p2p1p/Q3K2R b K f3 0 1",
+};
+
+// The game's moves, written and read again, are the same ones.
+void CheckMoveList(std::span<const Move> moves) {
+    static char text[1 << 16];
+    engine_state.san_notation = 1;
+    std::FILE* file = fmemopen(text, sizeof text, "w+");
+    WritePgnMoveList(file, moves, {true, 1, 80, "*"});
+    std::fputc('\n', file);
+    std::rewind(file);
+    char token[MOVE_TOKEN_SIZE];
+    std::int32_t read = 0;
+    for (; ReadNextPgnMove(file, token); ++read) {
+        Move move;
+        Require(ParseMove(token, move) && move.to == moves[static_cast<std::size_t>(read)].to,
+                "a game's move is read as it was written");
+        MakeForceMove(move);
+        SaveIntoStateHistory(state_history, move, game_state, book_state);
+    }
+    std::fclose(file);
+    engine_state.san_notation = 0;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    NewGame();
+    SetBoardFen(STARTS[data[0] % std::size(STARTS)]);
+    RestartGame();
+    std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
+    for (std::string_view token; !(token = NextWord(text)).empty();) {
+        PlayUserMove(token);
+    }
+    const std::int32_t count = state_history.count;
+    const std::string last = GetBoardFen();
+    static Move moves[HISTORY_SIZE];
+    std::copy_n(state_history.moves + 1, count, moves);
+    CheckUndo();
+    CheckMoveList({moves, static_cast<std::size_t>(count)});
+    if (state_history.count == count) Require(last == GetBoardFen(), "the game is the same again");
+    CheckFen();
+    return 0;
+}

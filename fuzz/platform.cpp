@@ -1,0 +1,55 @@
+// The operating system of the fuzz harnesses: input from memory, output to nowhere, and a clock
+// that every look at it moves on, so that the same bytes always do the same.
+#include "harness.h"
+#include "platform/system.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr std::uint64_t TICKS_PER_LOOK = 300'000;             // 30 milliseconds
+constexpr std::size_t MAX_TABLE_SIZE = std::size_t{64} << 20; // memory that can be had
+constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
+
+std::string_view input;
+int looks = 0; // at the input since the last byte was read
+
+} // namespace
+
+void SetInput(std::string_view text) { input = text; }
+
+void PrepareSignals() {}
+
+std::uint64_t SystemTime() {
+    static std::uint64_t now = 0;
+    return now += TICKS_PER_LOOK;
+}
+
+bool IsConsoleInput() { return false; }
+bool IsConsoleErrors() { return false; }
+
+int WaitingInput() {
+    const bool is_unknown = input.empty() || ++looks > PATIENCE;
+    return is_unknown ? INPUT_UNKNOWN : static_cast<int>(input.size());
+}
+
+bool IsInputClosed() { return input.empty() || looks > PATIENCE; }
+
+int ReadInputByte() {
+    looks = 0;
+    if (input.empty()) return END_OF_INPUT;
+    const char byte = input.front();
+    input.remove_prefix(1);
+    return static_cast<unsigned char>(byte);
+}
+
+void WriteOutput(std::string_view) {}
+
+bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }
+
+void* AllocateTable(std::size_t bytes) {
+    return bytes > MAX_TABLE_SIZE ? nullptr : std::calloc(1, bytes);
+}
+
+void FreeTable(void* table, std::size_t) { std::free(table); }
