@@ -34,7 +34,7 @@ int WaitingInput() {
     return is_unknown ? INPUT_UNKNOWN : static_cast<int>(input.size());
 }
 
-bool IsInputClosed() { return input.empty() || looks > PATIENCE; }
+bool IsHungUp() { return input.empty() || looks > PATIENCE; }
 
 int ReadInputByte() {
     looks = 0;

@@ -273,7 +273,8 @@ TEST(Protocol, ThinksTheSameEveryTimeAndHints) {
 // Interrupts do not end the engine; the end of the input does, as the command does.
 TEST(Protocol, EndsInEveryState) {
     for (const std::string command : {"", "easy\ngo", "playother", "analyze"}) {
-        for (const std::string last : {"quit\n", "quit", "", "usermove e2", "st 5\n"}) {
+        for (const std::string last :
+             {"quit\n", "quit", "", "usermove e2", "st 5\n", "st 5\nusermove e2"}) {
             SCOPED_TRACE(command + " " + last);
             EngineProcess engine;
             ASSERT_GT(engine.pid, 0);
@@ -285,7 +286,7 @@ TEST(Protocol, EndsInEveryState) {
             if (last != "quit\n") CloseInput(engine);
             const Ending ending = WaitForExit(engine);
             EXPECT_EQ(std::to_string(ending.status) + ending.errors, "0");
-            EXPECT_EQ(ending.output.ends_with("Illegal move: e2\n"), last == "usermove e2");
+            EXPECT_EQ(ending.output.ends_with("Illegal move: e2\n"), last.ends_with("usermove e2"));
         }
     }
 }

@@ -26,8 +26,9 @@ bool IsConsoleErrors();
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
-// True when nobody can write to standard input any more, whether or not all has been read.
-bool IsInputClosed();
+// True when nobody can write to standard input any more, whether or not all has been read, or nobody
+// reads standard output.
+bool IsHungUp();
 
 // The next byte of standard input (0 to 255), waiting for it; END_OF_INPUT when the input has ended
 // or cannot be read, or when none is there and nobody reads standard output any more.

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <iterator>
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -31,13 +32,18 @@ bool IsToRepeat(int descriptor, short events) {
     return true;
 }
 
-// Waits so long (milliseconds, -1: for ever) until input can be read, or the reader of the output
-// has gone, and with it the one who could send more. Returns what poll returned.
-int AwaitFrontEnd(int timeout, bool& is_readable) {
+// What has happened at standard input and output, as poll tells it.
+struct Events {
+    int count; // of the two that have any; negative: poll failed
+    short input;
+    short output; // asked for nothing, so only that nobody reads any more
+};
+
+// Waits for an event so many milliseconds at most, -1: for ever.
+Events PollFrontEnd(int timeout) {
     pollfd ends[] = {{STDIN_FILENO, POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
-    const int ready = poll(ends, 2, timeout);
-    is_readable = ready < 0 || ends[0].revents != 0;
-    return ready;
+    const int count = poll(ends, std::size(ends), timeout);
+    return {count, ends[0].revents, ends[1].revents};
 }
 
 } // namespace
@@ -60,25 +66,24 @@ bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
 
 int WaitingInput() {
-    bool is_readable = false;
-    const int ready = AwaitFrontEnd(0, is_readable);
-    if (ready == 0 || (ready < 0 && errno == EINTR)) return 0;
+    const int count = PollFrontEnd(0).count;
+    if (count == 0 || (count < 0 && errno == EINTR)) return 0;
     int bytes = 0;
-    if (ready < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
+    if (count < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
     return bytes;
 }
 
-bool IsInputClosed() {
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    return poll(&input, 1, 0) > 0 && (input.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+bool IsHungUp() {
+    constexpr short GONE = POLLHUP | POLLERR | POLLNVAL;
+    const Events events = PollFrontEnd(0);
+    return ((events.input | events.output) & GONE) != 0;
 }
 
 int ReadInputByte() {
     unsigned char byte = 0;
     for (;;) {
-        bool is_readable = false;
-        AwaitFrontEnd(-1, is_readable);
-        if (!is_readable) return END_OF_INPUT;
+        const Events events = PollFrontEnd(-1);
+        if (events.count > 0 && events.input == 0) return END_OF_INPUT;
         const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got == 1) return byte;
         if (got == 0 || !IsToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;

@@ -23,6 +23,8 @@ constexpr std::string_view TO_STOP[] = {"new",      "force",   "time",     "otim
 
 constexpr std::size_t STATUS_SIZE = 160;
 
+constexpr std::uint64_t LAST_THOUGHT = 50; // centiseconds
+
 // What the poll does with a line.
 enum class Verdict {
     REPEAT,     // taken and dealt with; look for the next line
@@ -56,11 +58,13 @@ void SendStatus() {
     SendCommand(line);
 }
 
-// A line that waits hides what comes behind it, but not that the front end has gone: it has when
-// nothing is left to read, and for a search without a limit as soon as it can write no more.
+// A line that waits hides what comes behind it, but not that the front end has gone: it has hung
+// up, or nothing is left to read. A search without a limit then ends at once, one on the engine's
+// clock after a moment, in which lines that were piped in still get a good answer.
 bool IsFrontEndGone() {
-    return WaitingInput() == INPUT_UNKNOWN ||
-           ((engine_state.pondering || engine_state.analyze_mode) && IsInputClosed());
+    if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) return false;
+    return engine_state.pondering || engine_state.analyze_mode ||
+           CurrentTimeU64() - search_info.start_time > LAST_THOUGHT;
 }
 
 Verdict Judge(std::string_view line) {
