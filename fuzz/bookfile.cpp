@@ -1,4 +1,5 @@
 // Book files: loaded, listed, and played from.
+#include "board/utility.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/bookstate.h"
@@ -27,6 +28,7 @@ void PlayFromBook() {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    SeedRandom(1);
     WriteText("book", {reinterpret_cast<const char*>(data), size});
     const bool is_whole = InitializeBook("book") == nullptr;
     engine_state.use_book = is_whole;

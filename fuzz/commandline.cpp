@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         arguments.push_back(&c + 1);
     }
     WriteText("games", "e4 e5 *\n");
+    WriteText("korvane.bk", std::string(size % 2 * 36, '\0')); // damaged, or the root alone
     FinalizeHashTable();
     const int status =
         RunToExit([&] { ParseParameters(arguments.data(), static_cast<int>(arguments.size())); });

@@ -15,6 +15,7 @@
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -29,13 +30,16 @@ unsigned first_file = 0; // the lowest descriptor that was free
 
 } // namespace
 
-// Stands for exit() everywhere (a linker option sees to that).
+// Stands for exit() everywhere, as a linker option sees to.
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
     if (!is_exit_caught) __real_exit(status);
     close_range(first_file, ~0U, 0); // what an action had open when it failed
     std::longjmp(exit_point, status + 1);
 }
+
+// Stands for time(), so that an input does the same every time.
+extern "C" std::time_t __wrap_time(std::time_t*) { return 0; }
 
 // Called once: a directory of its own, in which the logs lead nowhere, and an engine with a game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

@@ -1,4 +1,5 @@
 // Whole conversations with the command interpreter, a command to a line, with a small book.
+#include "board/utility.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/enginestate.h"
@@ -19,6 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return InitializeBook("games.bk") == nullptr;
     }();
     Require(has_book, "the book is read");
+    SeedRandom(1);
     InitializeEngineState();
     SetCommandHandler(ParseCommand);
     NewGame();
