@@ -43,8 +43,8 @@ extern "C" std::time_t __wrap_time(std::time_t*) { return 0; }
 
 // Called once: a directory of its own, in which the logs lead nowhere, and an engine with a game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    char directory[] = "/tmp/korvane-fuzz-XXXXXX";
-    Require(mkdtemp(directory) != nullptr, "a directory");
+    std::string directory = std::filesystem::temp_directory_path() / "korvane-fuzz-XXXXXX";
+    Require(mkdtemp(directory.data()) != nullptr, "a directory");
     std::filesystem::current_path(directory);
     for (const char* log : {"GameLog", "GameLog.pgn", "GameLog.fen", "ErrorLog"}) {
         std::filesystem::create_symlink("/dev/null", log);
@@ -59,9 +59,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 int RunToExit(const std::function<void()>& run) {
     first_file = static_cast<unsigned>(dup(0));
     close(static_cast<int>(first_file));
+    __lsan_disable(); // the end of the program would have given everything back
     const int status = setjmp(exit_point);
     is_exit_caught = status == 0;
-    __lsan_disable(); // the end of the program would have given everything back
     if (is_exit_caught) run();
     __lsan_enable();
     is_exit_caught = false;
