@@ -3,6 +3,7 @@
 #include "harness.h"
 #include "search/hash.h"
 
+#include <filesystem>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -13,6 +14,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (c != '\n') continue;
         c = '\0';
         arguments.push_back(&c + 1);
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+        std::filesystem::remove_all(entry); // what the input before this one wrote
     }
     WriteText("games", "e4 e5 *\n");
     WriteText("korvane.bk", std::string(size % 2 * 36, '\0')); // damaged, or the root alone

@@ -12,7 +12,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const std::size_t end = std::min(text.find('\n'), text.size());
-    NewGame();
+    ResetEngine(false);
     const Snapshot before = TakeSnapshot();
     if (!SetBoardFen(text.substr(0, end))) {
         Require(TakeSnapshot() == before, "a refused position changes nothing");

@@ -5,6 +5,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
+    ResetEngine(false);
     WriteText("games", {reinterpret_cast<const char*>(data) + 1, size - 1});
     const bool is_pgn = data[0] % 2 == 0;
     const int minimum = data[0] / 2 % 4;

@@ -1,5 +1,6 @@
 #include "harness.h"
 
+#include "board/utility.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
@@ -26,6 +27,7 @@ namespace {
 
 bool is_exit_caught = false;
 std::jmp_buf exit_point;
+int exit_status = 0;     // that was caught, or -1
 unsigned first_file = 0; // the lowest descriptor that was free
 
 } // namespace
@@ -35,7 +37,8 @@ extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
     if (!is_exit_caught) __real_exit(status);
     close_range(first_file, ~0U, 0); // what an action had open when it failed
-    std::longjmp(exit_point, status + 1);
+    exit_status = status;
+    std::longjmp(exit_point, 1); // objects on the way are abandoned, as they are at an exit
 }
 
 // Stands for time(), so that an input does the same every time.
@@ -50,22 +53,29 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
         std::filesystem::create_symlink("/dev/null", log);
     }
     InitializeTables();
-    engine_state.use_book = 0;
     InitializeHashTable(1);
-    NewGame();
+    ResetEngine(false);
     return 0;
+}
+
+void ResetEngine(bool has_book) {
+    SeedRandom(1);
+    engine_state = {};
+    InitializeEngineState();
+    engine_state.use_book = has_book;
+    NewGame();
 }
 
 int RunToExit(const std::function<void()>& run) {
     first_file = static_cast<unsigned>(dup(0));
     close(static_cast<int>(first_file));
     __lsan_disable(); // the end of the program would have given everything back
-    const int status = setjmp(exit_point);
-    is_exit_caught = status == 0;
-    if (is_exit_caught) run();
-    __lsan_enable();
+    exit_status = -1;
+    is_exit_caught = true;
+    if (setjmp(exit_point) == 0) run();
     is_exit_caught = false;
-    return status - 1;
+    __lsan_enable();
+    return exit_status;
 }
 
 void WriteText(const char* file_name, std::string_view text) {
@@ -90,6 +100,9 @@ void CheckPosition() {
     Require(game_state.ply_count == state_history.count &&
                 zobrist_ply_number == game_state.ply_count,
             "ply count, history and key history are equally long");
+    Require(zobrist_keys[zobrist_ply_number] == zobrist_key &&
+                zobrist_xors[zobrist_ply_number] == zobrist_xor,
+            "the key history ends with the position's key");
 }
 
 void CheckFen() {

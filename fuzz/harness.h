@@ -10,6 +10,9 @@
 // Standard input from now on; the end of the text is the end of the input.
 void SetInput(std::string_view text);
 
+// A new game in an engine as it starts.
+void ResetEngine(bool has_book);
+
 // Runs what may end the program; the exit status, or -1 when it returned.
 int RunToExit(const std::function<void()>& run);
 
@@ -19,13 +22,13 @@ std::string ReadText(const char* file_name);
 // Ends the run as a finding unless the condition holds.
 void Require(bool holds, const char* what);
 
-// The position's records agree with a recomputation, the game's with each other.
+// The position's records agree with a recomputation, and with those of the game.
 void CheckPosition();
 
 // The position written as FEN and read again is the same. It becomes the start of the game.
 void CheckFen();
 
-// Takes every move back: the position is then the one that the game began with.
+// Takes every move back, and checks each position on the way.
 void CheckUndo();
 
 // Plays a move that a user gave.

@@ -19,7 +19,7 @@ int looks = 0; // at the input since the last byte was read
 
 void SetInput(std::string_view text) { input = text; }
 
-void PrepareSignals() {}
+void PrepareProcess() {}
 
 std::uint64_t SystemTime() {
     static std::uint64_t now = 0;
@@ -45,6 +45,8 @@ int ReadInputByte() {
 }
 
 void WriteOutput(std::string_view) {}
+
+std::FILE* OpenLog(const char* name) { return std::fopen(name, "a"); }
 
 bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }
 

@@ -1,12 +1,10 @@
 // Whole conversations with the command interpreter, a command to a line, with a small book.
-#include "board/utility.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/enginestate.h"
 #include "harness.h"
 #include "platform/channel.h"
 #include "protocol/interpreter.h"
-#include "protocol/newgame.h"
 #include "search/poll.h"
 
 #include <algorithm>
@@ -20,10 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return InitializeBook("games.bk") == nullptr;
     }();
     Require(has_book, "the book is read");
-    SeedRandom(1);
-    InitializeEngineState();
     SetCommandHandler(ParseCommand);
-    NewGame();
+    ResetEngine(true);
     SetInput({reinterpret_cast<const char*>(data), size});
     CommandLine line;
     for (ReceiveCommand(line); line != QUIT_COMMAND; ReceiveCommand(line)) {

@@ -45,6 +45,7 @@ EngineProcess::EngineProcess(const std::string& arguments, const std::string& in
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     const bool is_ready = mkdtemp(directory.data()) && pipe2(in, O_CLOEXEC) == 0 &&
                           pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
+    fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
         std::signal(SIGINT, SIG_DFL); // a background job is born without

@@ -1,13 +1,41 @@
 #include "snapshot.h"
 
 #include "eval/evaltables.h"
+#include "game/history.h"
+#include "moves/predicates.h"
 
 #include <cstring>
 #include <initializer_list>
 
 namespace {
 
-// What the board does not tell (castling keys, en-passant key, ply) is taken as given.
+// King and rook of a castling right stand unmoved on their squares.
+bool IsHeld(const Piece (&board)[SQUARES], int king, int rook) {
+    return board[king] && !IsMoved(board[king]) && board[rook] && !IsMoved(board[rook]);
+}
+
+// The castling keys that the hash key holds after the moves of the game: of the rights at its
+// start, all but those of which a move took the king or the rook away. A captured rook leaves its
+// key.
+std::uint64_t CastlingKeys() {
+    std::uint64_t keys = 0;
+    for (int right = 0; right < 4; ++right) {
+        const int king = right < 2 ? 4 : 60;
+        const int rook = right % 2 == 0 ? king + 3 : king - 4;
+        bool is_in_key = IsHeld(state_history.positions[0], king, rook);
+        for (std::int32_t i = 1; i <= state_history.count; ++i) {
+            const Move& move = state_history.moves[i];
+            if (IsHeld(state_history.positions[i - 1], king, rook) &&
+                (move.from == king || move.from == rook)) {
+                is_in_key = false;
+            }
+        }
+        if (is_in_key) keys ^= ZOBRIST_KEY_CASTLE[right];
+    }
+    return keys;
+}
+
+// What the board does not tell (en-passant key, ply) is taken as given.
 Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
     Snapshot now{};
     now.key = castling_keys ^ zobrist_xor;
@@ -57,14 +85,4 @@ Snapshot TakeSnapshot() {
     return now;
 }
 
-bool IsConsistentPosition() {
-    const Snapshot now = TakeSnapshot();
-    for (int rights = 0; rights < 16; ++rights) {
-        std::uint64_t keys = 0;
-        for (int right = 0; right < 4; ++right) {
-            if (rights >> right & 1) keys ^= ZOBRIST_KEY_CASTLE[right];
-        }
-        if (now == ComputeSnapshot(keys)) return true;
-    }
-    return false;
-}
+bool IsConsistentPosition() { return TakeSnapshot() == ComputeSnapshot(CastlingKeys()); }

@@ -18,6 +18,5 @@ struct Snapshot {
 };
 Snapshot TakeSnapshot();
 
-// All records are what counting afresh from the board gives; of the castling keys, which the board
-// does not tell, any may be in the hash key.
+// All records are what counting afresh from the board and the moves of the game gives.
 bool IsConsistentPosition();

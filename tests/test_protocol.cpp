@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -161,19 +163,20 @@ TEST(Protocol, RefusesPositionsAndKeepsTheGame) {
 TEST(Protocol, LogsFinishedGames) {
     EngineProcess engine;
     const std::string start = "force\nresult 1-0 {x}\nnew\nforce\n";
-    EXPECT_EQ(Ask(engine, "nopost\nanalyze\nresult 1-0 {x}\nexit\nresult * {x}\n" + start +
-                              "level 40 5 0\nname J \"J\" \\D\nrating 2100 0\ncomputer\nics x.org" +
-                              Game("e4 e5 Nf3 Nf6 Ng1 Ng8 Nc3 Nf6 Nb1 Nc6 Nf3 Nb8 Nc3 d5") +
-                              "\nplayother\nresult 1/2-1/2 {Draw (agreed)} more\n" + start +
-                              "ics -\nname Bob\nsetboard 4k3/8/8/8/8/8/R7/4K2R b K - 5 30" +
-                              Game("e8d8 e1g1") + "\nplayother\nresult 0-1 {Black wins}"),
+    EXPECT_EQ(Ask(engine,
+                  "nopost\nanalyze\nresult 1-0 {x}\nexit\nresult * {x}\n" + start +
+                      "level 40 5 0\nname J \"J\" \\D\nrating 2100 0\ncomputer\nics x.org" +
+                      Game("e4 e5 Nf3 Nf6 Ng1 Ng8 Nc3 Nf6 Nb1 Nc6 Nf3 Nb8 Nc3 d5") +
+                      "\nplayother\nresult 1/2-1/2 {Draw (agreed)} more\n" + start +
+                      "ics -\nname Bob\nrating 1900 0\nsetboard 4k3/8/8/8/8/8/R7/4K2R b K - 5 30" +
+                      Game("e8d8 e1g1") + "\nplayother\nresult 0-1 {Black wins}"),
               "");
     EXPECT_EQ(ReadLog(engine, "GameLog.fen"),
               "rnbqkb1r/ppp2ppp/5n2/3pp3/4P3/2N2N2/PPPP1PPP/R1BQKB1R w KQkq d6 0 8\n"
               "3k4/8/8/8/8/8/R7/5RK1 b - - 7 31\n");
     EXPECT_EQ(ReadLog(engine, "GameLog"),
               "1.0.3_D_T_x.org_level 40 5 0_white_J \"J\" \\D_program_2100_-_draw_Draw (agreed)\n"
-              "1.0.3_D_T_?__black_Bob_human_?_?_win_Black wins\n");
+              "1.0.3_D_T_?__black_Bob_human_1900_-_win_Black wins\n");
     EXPECT_EQ(ReadLog(engine, "GameLog.pgn"),
               "[Event \"?\"]\n[Site \"x.org\"]\n[Date \"D\"]\n[Round \"?\"]\n"
               "[White \"Korvane 1.0.3\"]\n[Black \"J \\\"J\\\" \\\\D\"]\n[Result \"1/2-1/2\"]\n"
@@ -182,7 +185,7 @@ TEST(Protocol, LogsFinishedGames) {
               "1. e2e4 e7e5 2. g1f3 g8f6 3. f3g1 f6g8 4. b1c3 g8f6 5. c3b1 b8c6 6. g1f3 c6b8\n"
               "7. b1c3 d7d5 1/2-1/2\n\n"
               "[Event \"?\"]\n[Site \"?\"]\n[Date \"D\"]\n[Round \"?\"]\n[White \"Bob\"]\n"
-              "[Black \"Korvane 1.0.3\"]\n[Result \"0-1\"]\n[WhiteElo \"?\"]\n[BlackElo \"?\"]\n"
+              "[Black \"Korvane 1.0.3\"]\n[Result \"0-1\"]\n[WhiteElo \"-\"]\n[BlackElo \"1900\"]\n"
               "[WhiteType \"human\"]\n[BlackType \"program\"]\n[Time \"T\"]\n[SetUp \"1\"]\n"
               "[FEN \"4k3/8/8/8/8/8/R7/4K2R b K - 5 30\"]\n\n30... e8d8 31. e1g1 0-1\n\n");
 }
@@ -329,10 +332,11 @@ TEST(Protocol, AnswersLinesThatPourInWhileItThinks) {
 TEST(Protocol, LosesOnlyTheEntriesOfBrokenLogs) {
     EngineProcess engine;
     const std::filesystem::path directory(engine.directory);
-    for (const char* full : {"ErrorLog", "GameLog", "GameLog.fen"}) {
-        std::filesystem::create_symlink("/dev/full", directory / full);
-    }
+    std::filesystem::create_symlink("/dev/full", directory / "GameLog.fen");
+    EXPECT_EQ(mkfifo((directory / "GameLog").c_str(), 0666), 0);
     std::filesystem::create_directory(directory / "GameLog.pgn");
+    const rlimit no_bytes{0, 0};
+    EXPECT_EQ(prlimit(engine.pid, RLIMIT_FSIZE, &no_bytes, nullptr), 0);
     ExpectAnswers(engine, "easy\nnopost\n",
                   {{"x\nforce" + Game("e4 e5") + "\nplayother\nresult 1-0 {x}", UNKNOWN + "x\n"},
                    {"sd 3\nusermove e2e4", "move\n"}});

@@ -4,6 +4,7 @@
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "notation/notation.h"
+#include "search/fsearch.h"
 #include "search/hash.h"
 #include "search/records.h"
 #include "search/rootsearch.h"
@@ -63,6 +64,19 @@ TEST(Hash, MateScoresBecomeBounds) {
     EXPECT_EQ(ProbeQuiescenceHashTable(KEY, 0, 1, index), -998'000);
     EXPECT_EQ(index, -1);
     NewHashTable();
+}
+
+TEST(Search, DrawsBelowTheRoot) {
+    StartAt("4k3/8/8/8/8/8/7R/4K3 w - - 0 1");
+    Play("e1d1 e8d8 d1e1 d8e8 e1d1 e8d8 d1e1 d8e8");
+    search_info = {};
+    search_info.time_limit = UNKNOWN_CLOCK;
+    search_info.start_time = 0;
+    search_info.max_ply = 100;
+    EXPECT_EQ(FullSearch(-500, 900, 12, 4, LastMove(), nullptr, 0), 0); // the third time
+    StartAt("4k3/8/8/8/8/8/8/3NK3 b - - 0 1");
+    Play("e8e7");
+    EXPECT_EQ(FullSearch(-500, 900, 12, 4, LastMove(), nullptr, 0), 0);
 }
 
 // The thinking lines of a search without their time, a line each: depth, score, nodes, line.

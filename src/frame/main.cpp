@@ -6,7 +6,7 @@
 #include <cstdio>
 
 int main(int argument_count, char** arguments) {
-    PrepareSignals();
+    PrepareProcess();
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     Initialize(argument_count, arguments);

@@ -72,6 +72,7 @@ const char* GetOptionValueByName(std::span<const Option> options, std::string_vi
 
 void ReadArguments(std::span<Option> options, std::span<const char* const> arguments) {
     for (Option& option : options) {
+        option.value[0] = '\0';
         option.present = 0;
     }
     for (; !arguments.empty(); arguments = arguments.subspan(1)) {

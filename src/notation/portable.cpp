@@ -7,6 +7,7 @@
 #include "moves/predicates.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
+#include "platform/system.h"
 
 #include <cassert>
 #include <cstring>
@@ -96,7 +97,7 @@ void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveLi
 
 void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
     SetUpStart(info);
-    std::FILE* file = std::fopen(PGN_LOG, "a");
+    std::FILE* file = OpenLog(PGN_LOG);
     if (!file) return;
     for (const char* name : TAG_ORDER) {
         WriteNextPgnTag(file, name, GetPgnTagValueByName(info, name));

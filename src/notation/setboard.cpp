@@ -9,6 +9,7 @@
 #include "notation/characters.h"
 #include "notation/pgninfo.h"
 #include "notation/text.h"
+#include "platform/system.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -319,7 +320,7 @@ const char* GetBoardFen() {
 }
 
 void WriteFenBoard() {
-    std::FILE* file = std::fopen(FEN_LOG, "a");
+    std::FILE* file = OpenLog(FEN_LOG);
     if (!file) return;
     std::fprintf(file, "%s\n", GetBoardFen());
     std::fclose(file);

@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string_view>
 
-// Ignores the interrupt and termination signals, which front ends send as a matter of course; a
-// standard output that nobody reads any more ends the process at the next write.
-void PrepareSignals();
+// Ignores the interrupt and termination signals, which front ends send as a matter of course, and
+// the one about files that grow too large: the write fails then. A standard output that nobody
+// reads any more ends the process at the next write; one that is only full is waited for.
+void PrepareProcess();
 
 // A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
 std::uint64_t SystemTime();
@@ -26,8 +28,8 @@ bool IsConsoleErrors();
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
-// True when nobody can write to standard input any more, whether or not all has been read, or nobody
-// reads standard output.
+// True when nobody can write to standard input any more, whether or not all has been read, or
+// nobody reads standard output.
 bool IsHungUp();
 
 // The next byte of standard input (0 to 255), waiting for it; END_OF_INPUT when the input has ended
@@ -37,6 +39,9 @@ int ReadInputByte();
 
 // Writes the bytes to standard output at once, all of them unless the output is broken.
 void WriteOutput(std::string_view bytes);
+
+// A file to append to; null when it cannot be opened at once.
+std::FILE* OpenLog(const char* name);
 
 // Gives a finished file its final name, in place of any file of that name; false on failure.
 bool ReplaceFile(const char* from, const char* to);

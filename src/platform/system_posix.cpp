@@ -6,6 +6,7 @@
 #include <ctime>
 #include <iterator>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -15,6 +16,12 @@ namespace {
 
 constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
+
+#ifdef POLLRDHUP
+constexpr short HALF_CLOSED = POLLRDHUP; // a socket whose other side sends no more
+#else
+constexpr short HALF_CLOSED = 0;
+#endif
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
 
@@ -41,17 +48,20 @@ struct Events {
 
 // Waits for an event so many milliseconds at most, -1: for ever.
 Events PollFrontEnd(int timeout) {
-    pollfd ends[] = {{STDIN_FILENO, POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
+    pollfd ends[] = {{STDIN_FILENO, POLLIN | HALF_CLOSED, 0}, {STDOUT_FILENO, 0, 0}};
     const int count = poll(ends, std::size(ends), timeout);
     return {count, ends[0].revents, ends[1].revents};
 }
 
 } // namespace
 
-void PrepareSignals() {
+void PrepareProcess() {
     std::signal(SIGINT, SIG_IGN);
     std::signal(SIGTERM, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_DFL);
+    const int flags = fcntl(STDOUT_FILENO, F_GETFL);
+    if (flags >= 0) fcntl(STDOUT_FILENO, F_SETFL, flags & ~O_NONBLOCK);
 }
 
 std::uint64_t SystemTime() {
@@ -74,7 +84,7 @@ int WaitingInput() {
 }
 
 bool IsHungUp() {
-    constexpr short GONE = POLLHUP | POLLERR | POLLNVAL;
+    constexpr short GONE = POLLHUP | POLLERR | POLLNVAL | HALF_CLOSED;
     const Events events = PollFrontEnd(0);
     return ((events.input | events.output) & GONE) != 0;
 }
@@ -99,6 +109,12 @@ void WriteOutput(std::string_view bytes) {
             return;
         }
     }
+}
+
+std::FILE* OpenLog(const char* name) {
+    // A named pipe without a reader would be waited for without the flag.
+    const int file = open(name, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
+    return file < 0 ? nullptr : fdopen(file, "a");
 }
 
 bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }

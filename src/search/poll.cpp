@@ -38,6 +38,8 @@ std::int32_t last_timestamp = 0; // of the waiting line judged last
 std::uint8_t last_pondering = 0; // whether that was while pondering
 std::uint8_t last_answer = 0;    // that line ended the search
 
+std::uint64_t hung_up_at = 0; // when the front end was first seen to be gone; 0: it is there
+
 CommandLine command; // the line being judged
 
 void Take() { ReceiveCommand(command); }
@@ -59,12 +61,16 @@ void SendStatus() {
 }
 
 // A line that waits hides what comes behind it, but not that the front end has gone: it has hung
-// up, or nothing is left to read. A search without a limit then ends at once, one on the engine's
-// clock after a moment, in which lines that were piped in still get a good answer.
+// up, or nothing is left to read. A search without a limit then ends at once; those on the engine's
+// clock have a moment together, in which lines that were piped in still get a good answer.
 bool IsFrontEndGone() {
-    if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) return false;
-    return engine_state.pondering || engine_state.analyze_mode ||
-           CurrentTimeU64() - search_info.start_time > LAST_THOUGHT;
+    if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) {
+        hung_up_at = 0;
+        return false;
+    }
+    const std::uint64_t now = CurrentTimeU64();
+    if (hung_up_at == 0) hung_up_at = now;
+    return engine_state.pondering || engine_state.analyze_mode || now - hung_up_at > LAST_THOUGHT;
 }
 
 Verdict Judge(std::string_view line) {
