@@ -14,23 +14,49 @@ bool IsHeld(const Piece (&board)[SQUARES], int king, int rook) {
     return board[king] && !IsMoved(board[king]) && board[rook] && !IsMoved(board[rook]);
 }
 
-// The castling keys that the hash key holds after the moves of the game: of the rights at its
-// start, all but those of which a move took the king or the rook away. A captured rook leaves its
-// key.
-std::uint64_t CastlingKeys() {
+std::uint64_t PieceKeys(const Piece (&board)[SQUARES]) {
     std::uint64_t keys = 0;
-    for (int right = 0; right < 4; ++right) {
-        const int king = right < 2 ? 4 : 60;
-        const int rook = right % 2 == 0 ? king + 3 : king - 4;
-        bool is_in_key = IsHeld(state_history.positions[0], king, rook);
-        for (std::int32_t i = 1; i <= state_history.count; ++i) {
-            const Move& move = state_history.moves[i];
-            if (IsHeld(state_history.positions[i - 1], king, rook) &&
-                (move.from == king || move.from == rook)) {
-                is_in_key = false;
+    for (int square = 0; square < SQUARES; ++square) {
+        const int row = (board[square] & 0x80 ? 8 : 0) + (board[square] & 7);
+        if (board[square] != NO_PIECE) keys ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
+    }
+    return keys;
+}
+
+// Any set of them may stand at the start of a game: a position that is set up brings the keys of
+// all its letters, of which the board may not tell.
+bool IsSetOfCastlingKeys(std::uint64_t keys) {
+    for (int rights = 0; rights < 16; ++rights) {
+        std::uint64_t rest = keys;
+        for (int right = 0; right < 4; ++right) {
+            if (rights >> right & 1) rest ^= ZOBRIST_KEY_CASTLE[right];
+        }
+        if (rest == 0) return true;
+    }
+    return false;
+}
+
+// The castling keys that the hash key held at the start of the game.
+std::uint64_t FirstCastlingKeys() {
+    const bool is_black = (side_to_move == BLACK) != (state_history.count % 2 != 0);
+    return zobrist_keys[0] ^ zobrist_xors[0] ^ PieceKeys(state_history.positions[0]) ^
+           (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
+}
+
+// Those that it holds after the moves of the game: without those of which a move took the king or
+// the rook away. A captured rook leaves its key.
+std::uint64_t CastlingKeys() {
+    std::uint64_t keys = FirstCastlingKeys();
+    for (std::int32_t i = 1; i <= state_history.count; ++i) {
+        const Move& move = state_history.moves[i];
+        for (int right = 0; right < 4; ++right) {
+            const int king = right < 2 ? 4 : 60;
+            const int rook = right % 2 == 0 ? king + 3 : king - 4;
+            const bool is_taken_away = move.from == king || move.from == rook;
+            if (is_taken_away && IsHeld(state_history.positions[i - 1], king, rook)) {
+                keys ^= ZOBRIST_KEY_CASTLE[right];
             }
         }
-        if (is_in_key) keys ^= ZOBRIST_KEY_CASTLE[right];
     }
     return keys;
 }
@@ -38,7 +64,7 @@ std::uint64_t CastlingKeys() {
 // What the board does not tell (en-passant key, ply) is taken as given.
 Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
     Snapshot now{};
-    now.key = castling_keys ^ zobrist_xor;
+    now.key = castling_keys ^ zobrist_xor ^ PieceKeys(position);
     for (int square = 0; square < SQUARES; ++square) {
         const Piece piece = position[square];
         now.board[square] = piece;
@@ -54,7 +80,6 @@ Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
         now.numbers[0][colour] += type != PAWN;
         now.numbers[1][colour] += type == KING ? 0 : PIECE_WEIGHT[type];
         now.numbers[2][colour] += PIECE_SQUARE_EVAL[row * 64 + square];
-        now.key ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
     }
     if (side_to_move == BLACK) now.key ^= ZOBRIST_KEY_SIDE_SWITCH;
     now.side = side_to_move;
@@ -85,4 +110,7 @@ Snapshot TakeSnapshot() {
     return now;
 }
 
-bool IsConsistentPosition() { return TakeSnapshot() == ComputeSnapshot(CastlingKeys()); }
+bool IsConsistentPosition() {
+    return IsSetOfCastlingKeys(FirstCastlingKeys()) &&
+           TakeSnapshot() == ComputeSnapshot(CastlingKeys());
+}
