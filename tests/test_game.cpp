@@ -1,4 +1,4 @@
-// FEN, move notation, the end of the game, history, PGN text.
+// FEN, move notation, the end of the game, history, PGN tags.
 #include "snapshot.h"
 #include "support.h"
 
@@ -8,13 +8,10 @@
 #include "game/history.h"
 #include "notation/notation.h"
 #include "notation/pgninfo.h"
-#include "notation/portable.h"
 #include "notation/setboard.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
-#include <span>
-#include <vector>
 
 namespace {
 
@@ -23,16 +20,6 @@ std::string EndLine() {
     testing::internal::CaptureStdout();
     CheckEndOfGame(LastMove());
     return testing::internal::GetCapturedStdout();
-}
-
-// The text that a writer puts into a file.
-template <typename Writer>
-std::string Written(Writer write) {
-    char text[8192] = "";
-    std::FILE* file = fmemopen(text, sizeof text, "w");
-    write(file);
-    std::fclose(file);
-    return text;
 }
 
 // The text of the move that a token names, or "none".
@@ -223,30 +210,6 @@ TEST(Pgn, TagsAreCutToTheirRoom) {
     EXPECT_EQ(pgn_game_info.tag_count, MAX_PGN_TAGS);
     EXPECT_EQ(std::strlen(pgn_game_info.tags[MAX_PGN_TAGS - 1].value), PGN_TEXT_SIZE - 1);
     NewPgnGameInfo();
-}
-
-TEST(Pgn, MoveText) {
-    EXPECT_STREQ(WrittenMoveNumber(1), "1.");
-    EXPECT_STREQ(WrittenMoveNumber(2), "1...");
-    EXPECT_STREQ(WrittenMoveNumber(20), "10...");
-    StartAt(INITIAL_FEN);
-    Play("f3 e5 g4 Qh4"); // mate; what follows is cut
-    const std::vector<Move> mate(state_history.moves + 1, state_history.moves + 5);
-    StartAt(INITIAL_FEN);
-    std::vector<Move> moves = mate;
-    moves.push_back(mate[0]);
-    const GameState before = game_state;
-    EXPECT_EQ(Written([&](std::FILE* file) {
-                  WritePgnMoveList(file, moves, {true, 1, 80, "0-1"});
-              }),
-              "1. f2f3 e7e5 2. g2g4 d8h4 0-1");
-    EXPECT_EQ(std::memcmp(&before, &game_state, sizeof before), 0);
-    StartAt("rnbqkbnr/pppppppp/8/8/8/5P2/PPPPP1PP/RNBQKBNR b KQkq - 0 1");
-    const std::span<const Move> rest = std::span<const Move>(mate).subspan(1);
-    EXPECT_EQ(Written([&](std::FILE* file) {
-                  WritePgnMoveList(file, rest, {true, 2, 16, nullptr});
-              }),
-              "1... e7e5 2.\ng2g4 d8h4");
 }
 
 } // namespace

@@ -1,16 +1,12 @@
-// The position, generation order, making and unmaking, legality, dumps.
+// Generation order, making and unmaking, legality.
 #include "snapshot.h"
 #include "support.h"
 
 #include "board/utility.h"
-#include "diag/dump.h"
-#include "eval/evaltables.h"
 #include "game/gamestate.h"
 #include "game/history.h"
-#include "moves/attacks.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
 #include "search/nullmove.h"
@@ -19,22 +15,6 @@
 #include <vector>
 
 namespace {
-
-TEST(Moves, InitialPosition) {
-    StartAt(INITIAL_FEN);
-    const std::uint64_t fen_key = zobrist_key;
-    NewRepresentation();
-    NewEvaluation();
-    EXPECT_EQ(zobrist_key, fen_key);
-    EXPECT_EQ(zobrist_keys[0], zobrist_key);
-    EXPECT_EQ(position[4], 0x43);
-    EXPECT_EQ(position[60], 0x83);
-    for (const Colour colour : {WHITE, BLACK}) {
-        EXPECT_EQ(piece_weight_eval[colour], 3900);
-        EXPECT_EQ(piece_square_eval[colour], 54);
-        EXPECT_EQ(pieces_on_board[colour], 8);
-    }
-}
 
 TEST(Moves, GenerationOrder) {
     struct Case {
@@ -122,19 +102,6 @@ TEST(Moves, RandomGames) {
         StartAt(fen);
         EXPECT_EQ(GetBoardFen(), fen);
     }
-}
-
-TEST(Moves, Dumps) {
-    StartAt("8/4P3/8/8/8/8/8/k1K5 w - - 0 1");
-    const Move promotion{52, 60, 0x49, NO_PIECE, 0x4F, 0, 0, 0, 0, 0, 0};
-    testing::internal::CaptureStderr();
-    DumpPosition();
-    DumpMoveList({&promotion, 1});
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "DumpPosition(): BEGIN\nPiece at A1 is a BLACK KING (MF=1)\n"
-              "Piece at C1 is a WHITE KING (MF=1)\nPiece at E7 is a WHITE PAWN (MF=1)\n"
-              "DumpPosition(): END\nDumpMoveList(): BEGIN\n1\nPiece at E7 is a WHITE PAWN (MF=1) "
-              "which moves to E8 (and promotes to QUEEN)\nDumpMoveList(): END\n");
 }
 
 } // namespace
