@@ -8,7 +8,9 @@
 int main(int argument_count, char** arguments) {
     PrepareProcess();
     std::setvbuf(stdin, nullptr, _IONBF, 0);
-    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    // Every line goes out at once, but whole: the front end's clock runs while it reads pieces.
+    static char line_buffer[BUFSIZ];
+    std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
     Initialize(argument_count, arguments);
     CommandLine line;
     for (ReceiveCommand(line); line != QUIT_COMMAND; ReceiveCommand(line)) {
