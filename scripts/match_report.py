@@ -163,8 +163,8 @@ def report_logs(directory, unlogged, must_exist):
     equal = sum(a[0] == b[0] for a, b in pairs)
     results = sum(a[1] == b[1] for a, b in pairs)
     if unlogged:
-        print(f"  not to be logged, their results coming in force mode: {len(unlogged)} games")
-    print(f"  of the others XBoard recorded {len(record)} games, Korvane {len(logged)};"
+        print(f"  not to be logged, their results came in force mode: {len(unlogged)} games")
+    print(f"  to be logged by XBoard's record: {len(record)} games, logged: {len(logged)};"
           f" in order, moves equal in {equal}, results in {results}")
     print(f"  pgn-extract read GameLog.pgn with {len(complaints)} lines of complaint")
     faults = ["pgn-extract on GameLog.pgn: " + "; ".join(complaints[:3])] if complaints else []
