@@ -158,6 +158,10 @@ TEST(Search, TimeBudget) {
         EXPECT_EQ(search_info.time_limit, test.limit);
         EXPECT_EQ(reply.from, -1); // a mating move has no answer
     }
+    StartAt(INITIAL_FEN);
+    game_state.engine_time = 49; // so little that the first iteration is all
+    Move move;
+    EXPECT_EQ(Think(20, move).find("\n4 "), std::string::npos);
     StartAt("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"); // stalemate: nothing to search
     Move best, reply;
     EXPECT_EQ(FindBestMove(&best, &reply, nullptr), UNSEARCHED_EVAL);

@@ -26,6 +26,7 @@ constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
 constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
 constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
 constexpr std::uint64_t LONG_CLOCK = 5'999;    // centiseconds: more is a minute and above
+constexpr std::uint64_t LAST_RESERVE = 50;     // centiseconds
 constexpr int THINKING_WIDTH = 1'000'000;      // a thinking line is never wrapped
 
 // So that the first node at once looks at the clock and the input.
@@ -172,7 +173,8 @@ const RootMove& ChooseRootMove() {
 // On the engine's own clock: another iteration, which may take six times as long as the last one,
 // still fits.
 bool IsTimeForIteration(std::uint64_t iteration_time) {
-    if (search_info.time_limit == 0) return false; // the clock can bear no more than the first
+    // The rest is for the delays between front end and engine, over a hundred moves and more.
+    if (game_state.engine_time < LAST_RESERVE) return false;
     const std::uint64_t next = 6 * iteration_time;
     const std::uint64_t clock = game_state.engine_time;
     const std::uint64_t increment = game_state.time_increment;
