@@ -1,4 +1,4 @@
-// Game files, move tries and their file, the book in play, building and listing.
+// Move tries and their file, the book in play, building and listing.
 #include "support.h"
 
 #include "book/book.h"
@@ -8,7 +8,6 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "notation/gamefile.h"
 #include "notation/notation.h"
 #include "protocol/newgame.h"
 
@@ -242,25 +241,6 @@ TEST_F(BookTest, InPlay) {
     engine_state.use_book = 0;
     EXPECT_STREQ(WrittenBookHelp(), " Book not available!\n");
     FinalizeBook();
-}
-
-TEST_F(BookTest, GameFileTags) {
-    const std::string longer(700, 'x');
-    WriteText("in", "[Event \"a \\\"b\\\" \\\\ c\"]\r\nno tag\n[Broken\n[" + longer +
-                        " \"v\"]\n[White \"" + longer + "\"]\n[Site \"here\"]\n\n1. e4 *\n");
-    std::FILE* file = std::fopen("in", "r");
-    PgnTag tag;
-    ASSERT_TRUE(ReadNextPgnTag(file, tag));
-    EXPECT_STREQ(tag.name, "Event");
-    EXPECT_STREQ(tag.value, "a \"b\" \\ c");
-    ASSERT_TRUE(ReadNextPgnTag(file, tag));
-    EXPECT_STREQ(tag.name, "Site");
-    EXPECT_FALSE(ReadNextPgnTag(file, tag));
-    char token[MOVE_TOKEN_SIZE];
-    EXPECT_TRUE(ReadNextPgnMove(file, token));
-    EXPECT_STREQ(token, "e4");
-    EXPECT_FALSE(ReadNextPgnMove(file, token));
-    std::fclose(file);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// FEN, move notation, the end of the game, history, PGN tags.
+// FEN, move notation, the end of the game, history.
 #include "snapshot.h"
 #include "support.h"
 
@@ -200,16 +200,6 @@ TEST(History, FillsAndEmpties) {
     }
     EXPECT_STREQ(GetBoardFen(), "4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     EXPECT_EQ(std::memcmp(&game_state, &start, sizeof start), 0); // the clocks too
-}
-
-TEST(Pgn, TagsAreCutToTheirRoom) {
-    const std::string longer(2 * PGN_TEXT_SIZE, 'x');
-    for (int i = 0; i < 2 * MAX_PGN_TAGS; ++i) {
-        SetPgnTagValueByName(pgn_game_info, "Tag" + std::to_string(i) + longer, longer);
-    }
-    EXPECT_EQ(pgn_game_info.tag_count, MAX_PGN_TAGS);
-    EXPECT_EQ(std::strlen(pgn_game_info.tags[MAX_PGN_TAGS - 1].value), PGN_TEXT_SIZE - 1);
-    NewPgnGameInfo();
 }
 
 } // namespace
