@@ -36,7 +36,7 @@ void CheckMoveList(std::span<const Move> moves) {
     std::size_t read = 0;
     for (; ReadNextPgnMove(file, token); ++read) {
         Move move;
-        Require(ParseMove(token, move) && IsEqualMove(move, moves[read]) &&
+        Require(read < moves.size() && ParseMove(token, move) && IsEqualMove(move, moves[read]) &&
                     move.promoted == moves[read].promoted,
                 "a game's move is read as it was written");
         MakeForceMove(move);

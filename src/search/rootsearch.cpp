@@ -173,10 +173,10 @@ const RootMove& ChooseRootMove() {
 // On the engine's own clock: another iteration, which may take six times as long as the last one,
 // still fits.
 bool IsTimeForIteration(std::uint64_t iteration_time) {
-    // The rest is for the delays between front end and engine, over a hundred moves and more.
-    if (game_state.engine_time < LAST_RESERVE) return false;
-    const std::uint64_t next = 6 * iteration_time;
     const std::uint64_t clock = game_state.engine_time;
+    // The rest is for the delays between front end and engine, over a hundred moves and more.
+    if (clock < LAST_RESERVE) return false;
+    const std::uint64_t next = 6 * iteration_time;
     const std::uint64_t increment = game_state.time_increment;
     const std::uint64_t used = CurrentTimeU64() - search_info.start_time;
     if (increment > 0 && clock > LONG_CLOCK && clock / increment >= 20 &&
