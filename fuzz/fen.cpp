@@ -4,7 +4,7 @@
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
-#include "protocol/newgame.h"
+#include "play/newgame.h"
 #include "snapshot.h"
 
 #include <algorithm>
@@ -18,7 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(TakeSnapshot() == before, "a refused position changes nothing");
         return 0;
     }
-    RestartGame();
     CheckFen();
     const Snapshot start = TakeSnapshot();
     for (const char choice : text.substr(end)) {
@@ -32,7 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckUndo();
     Require(TakeSnapshot() == start, "undo of everything leads back to the start");
     Require(SetBoardFen(last), "the last position is accepted");
-    RestartGame();
     CheckFen();
     return 0;
 }

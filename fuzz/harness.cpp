@@ -8,7 +8,7 @@
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
-#include "protocol/newgame.h"
+#include "play/newgame.h"
 #include "search/hash.h"
 #include "snapshot.h"
 
@@ -109,7 +109,6 @@ void CheckFen() {
     const Snapshot before = TakeSnapshot();
     const std::string fen = GetBoardFen();
     Require(SetBoardFen(fen), "the position's FEN is accepted");
-    RestartGame();
     CheckPosition();
     Require(fen == GetBoardFen(), "the FEN is the same again");
     const Snapshot after = TakeSnapshot();

@@ -8,9 +8,8 @@
 #include "notation/gamefile.h"
 #include "notation/notation.h"
 #include "notation/portable.h"
-#include "notation/setboard.h"
 #include "notation/text.h"
-#include "protocol/newgame.h"
+#include "play/newgame.h"
 
 #include <algorithm>
 #include <span>
@@ -53,7 +52,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) return 0;
     ResetEngine(false);
     SetBoardFen(STARTS[data[0] % std::size(STARTS)]);
-    RestartGame();
     std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
     for (std::string_view token; !(token = NextWord(text)).empty();) {
         PlayUserMove(token);

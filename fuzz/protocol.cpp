@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return InitializeBook("games.bk") == nullptr;
     }();
     Require(has_book, "the book is read");
-    SetCommandHandler(ParseCommand);
+    SetCommandTable(CommandTable());
     ResetEngine(true);
     SetInput({reinterpret_cast<const char*>(data), size});
     CommandLine line;

@@ -6,8 +6,7 @@
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
-#include "notation/setboard.h"
-#include "protocol/newgame.h"
+#include "play/newgame.h"
 #include "search/hash.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +16,6 @@ void StartAt(const std::string& fen) {
     engine_state.san_notation = 0;
     NewGame();
     ASSERT_TRUE(SetBoardFen(fen)) << fen;
-    RestartGame();
 }
 
 void Play(const std::string& moves) {

@@ -9,7 +9,7 @@
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
-#include "protocol/newgame.h"
+#include "play/newgame.h"
 
 #include <algorithm>
 #include <csignal>

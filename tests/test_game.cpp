@@ -9,6 +9,7 @@
 #include "notation/notation.h"
 #include "notation/pgninfo.h"
 #include "notation/setboard.h"
+#include "play/newgame.h"
 
 #include <cstring>
 #include <gtest/gtest.h>

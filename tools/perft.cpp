@@ -6,8 +6,8 @@
 #include "moves/generate.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
-#include "notation/setboard.h"
 #include "notation/text.h"
+#include "play/newgame.h"
 
 #include <cinttypes>
 #include <cstdint>

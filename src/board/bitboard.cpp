@@ -1,6 +1,7 @@
 #include "board/bitboard.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <span>
 
@@ -36,21 +37,25 @@ Bitboard NEW_PIECES_ALL_FILE[COLOURS];
 Bitboard NEW_PIECES_ALL_A1H8[COLOURS];
 Bitboard NEW_PIECES_ALL_A8H1[COLOURS];
 
-const Piece NEW_POSITION[SQUARES] = {
-    'F',  'B',  'E',  'G',  'C',  'E',  'B',  'F',  // white pieces: codes 0x40 to 0x47 are letters
-    'A',  'A',  'A',  'A',  'A',  'A',  'A',  'A',  //
-    0,    0,    0,    0,    0,    0,    0,    0,    //
-    0,    0,    0,    0,    0,    0,    0,    0,    //
-    0,    0,    0,    0,    0,    0,    0,    0,    //
-    0,    0,    0,    0,    0,    0,    0,    0,    //
-    0x81, 0x81, 0x81, 0x81, 0x81, 0x81, 0x81, 0x81, //
-    0x86, 0x82, 0x85, 0x87, 0x83, 0x85, 0x82, 0x86,
-};
-
 namespace {
 
 constexpr int DIAGONALS = 15;
-constexpr int FORWARD[COLOURS] = {1, -1}; // rank step of a pawn
+
+constexpr PieceType HOME_ROW[BOARD_SIDE] = {ROOK, KNIGHT, BISHOP, QUEEN,
+                                            KING, BISHOP, KNIGHT, ROOK};
+
+constexpr std::array<Piece, SQUARES> MakeNewPosition() {
+    std::array<Piece, SQUARES> board{};
+    for (int file = FILE_A; file <= FILE_H; ++file) {
+        board[SquareOf(file, RANK_1)] = UnmovedPiece(WHITE, HOME_ROW[file]);
+        board[SquareOf(file, RANK_2)] = UnmovedPiece(WHITE, PAWN);
+        board[SquareOf(file, RANK_7)] = UnmovedPiece(BLACK, PAWN);
+        board[SquareOf(file, RANK_8)] = UnmovedPiece(BLACK, HOME_ROW[file]);
+    }
+    return board;
+}
+
+constexpr int RankStep(Colour colour) { return PAWN_STEP[colour] / BOARD_SIDE; }
 
 constexpr Bitboard Bit(int number) { return Bitboard{1} << number; }
 
@@ -114,7 +119,7 @@ void FillLeaperAttacks() {
             ATTACKS_KNIGHT[square] |= BitAt(file + KNIGHT_X[i], rank + KNIGHT_Y[i]);
         }
         for (const Colour colour : {WHITE, BLACK}) {
-            const int ahead = rank + FORWARD[colour];
+            const int ahead = rank + RankStep(colour);
             ATTACKS_PAWN[colour][square] = BitAt(file - 1, ahead) | BitAt(file + 1, ahead);
         }
         if (rank == 3 || rank == 4) {
@@ -208,7 +213,7 @@ void FillPawnMasks() {
         const int file = FileOf(square);
         const int rank = RankOf(square);
         for (const Colour colour : {WHITE, BLACK}) {
-            const int step = FORWARD[colour];
+            const int step = RankStep(colour);
             PAWN_BACKWARD_F[colour][square] =
                 PawnFile(file - 1, rank + step, step) | PawnFile(file + 1, rank + step, step);
             PAWN_BACKWARD_B[colour][square] =
@@ -238,6 +243,8 @@ void FillNeighbourhoods() {
 }
 
 } // namespace
+
+constexpr std::array<Piece, SQUARES> NEW_POSITION = MakeNewPosition();
 
 void InitializeBitBoard() {
     FillPlainAndFileOrders();

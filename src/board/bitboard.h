@@ -5,6 +5,7 @@
 #include "board/types.h"
 #include "board/utility.h"
 
+#include <array>
 #include <bit>
 #include <cassert>
 #include <cstdint>
@@ -84,7 +85,7 @@ extern Bitboard PAWN_ISOLATED[SQUARES];
 extern Bitboard PAWN_DOUBLED[SQUARES];
 
 // The initial board, square by square, and its bitboards.
-extern const Piece NEW_POSITION[SQUARES];
+extern const std::array<Piece, SQUARES> NEW_POSITION;
 extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
 extern Bitboard NEW_PIECES_ALL_RANK[COLOURS];
 extern Bitboard NEW_PIECES_ALL_FILE[COLOURS];

@@ -9,6 +9,7 @@ Bitboard pieces_all_file[COLOURS];
 Bitboard pieces_all_a1h8[COLOURS];
 Bitboard pieces_all_a8h1[COLOURS];
 Colour side_to_move;
+bool is_position_withheld = false;
 std::int32_t pieces_on_board[COLOURS];
 std::int32_t piece_weight_eval[COLOURS];
 std::int32_t piece_square_eval[COLOURS];

@@ -12,6 +12,11 @@
 // `position`, in its own bit order, and each colour has exactly one king.
 extern Piece position[SQUARES];
 extern Colour side_to_move;
+
+// True while a command is carried out in the middle of a search. The position is then somewhere in
+// the tree and not the game's, and whoever works on it asserts that this is not so.
+extern bool is_position_withheld;
+
 extern Bitboard pieces_by_type[PIECE_INDICES];
 extern std::int32_t pieces_on_board[COLOURS]; // NUMBER of pieces other than pawns, king included
 extern Bitboard pieces_all_rank[COLOURS];

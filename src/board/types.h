@@ -31,6 +31,9 @@ inline constexpr Piece COLOUR_BIT[COLOURS] = {0x40, 0x80};
 
 constexpr PieceType TypeOf(Piece piece) { return static_cast<PieceType>(piece & TYPE_BITS); }
 constexpr Colour ColourOf(Piece piece) { return static_cast<Colour>(piece >> 7); }
+constexpr Piece UnmovedPiece(Colour colour, PieceType type) {
+    return static_cast<Piece>(COLOUR_BIT[colour] | type);
+}
 constexpr bool IsMoved(Piece piece) { return (piece & MOVED_FLAG) != 0; }
 
 // The row of a piece in the tables that have one for each kind: 0 to 15.
@@ -58,6 +61,9 @@ constexpr bool IsSquare(int square) { return square >= 0 && square < SQUARES; }
 constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
 }
+
+// From a pawn to the square ahead of it.
+inline constexpr int PAWN_STEP[COLOURS] = {BOARD_SIDE, -BOARD_SIDE};
 
 inline constexpr int KING_HOME[COLOURS] = {SquareOf(FILE_E, RANK_1), SquareOf(FILE_E, RANK_8)};
 

@@ -93,7 +93,7 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
 
 const char* ReadBook(MoveTrieNode& root, const char* file_name) {
     const char* error = ReadMoveTrie(root, file_name);
-    StartReplay();
+    SetUpInitialPosition();
     if (error || IsPlayable(root, nullptr, false)) return error;
     FreeMoveTrie(root);
     InitMoveTrie(root);
@@ -110,6 +110,15 @@ void FinalizeBook() {
 void NewBookState() {
     book_state.node = &book;
     book_state.in_book = 1;
+    UpdateBookHelp();
+}
+
+std::uint8_t IsFollowingBook() {
+    return engine_state.use_book && book_state.in_book && book_state.node->child_count > 0;
+}
+
+void LeaveBook() {
+    book_state.in_book = 0;
     UpdateBookHelp();
 }
 

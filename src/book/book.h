@@ -23,6 +23,12 @@ const char* ReadBook(MoveTrieNode& root, const char* file_name);
 // Puts the game at the start of the book.
 void NewBookState();
 
+// The game is in the book, and the book has a move here.
+std::uint8_t IsFollowingBook();
+
+// The game goes on without the book.
+void LeaveBook();
+
 // Picks the engine's book move, each stored one being as likely as the others; 0 when the game is
 // out of the book.
 std::uint8_t GetNextBookMove(Move& move);

@@ -84,7 +84,7 @@ std::int32_t ReadGames(std::FILE* input, bool is_pgn, std::int32_t max_plies, Mo
     const std::int64_t size = is_shown ? FileSize(input) : 0;
     std::int32_t games = 0;
     while (SkipToNextGame(input)) {
-        StartReplay();
+        SetUpInitialPosition();
         std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
         if (is_pgn) ReadTags(input);
         ReadMoves(input);

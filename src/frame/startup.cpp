@@ -10,8 +10,8 @@
 #include "game/enginestate.h"
 #include "notation/text.h"
 #include "platform/enforce.h"
+#include "play/newgame.h"
 #include "protocol/interpreter.h"
-#include "protocol/newgame.h"
 #include "search/hash.h"
 #include "search/poll.h"
 
@@ -184,7 +184,7 @@ void ParseParameters(const char* const* arguments, int argument_count) {
 
 void Initialize(int argument_count, const char* const* arguments) {
     ParseParameters(arguments, argument_count);
-    SetCommandHandler(ParseCommand);
+    SetCommandTable(CommandTable());
     NewGame();
 }
 

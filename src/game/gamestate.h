@@ -33,9 +33,12 @@ inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
 // The move that led to the position, or null when none did.
 inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game_state.last_move; }
 
+// The defaults of a game of which no move has been played; the clocks and the increment stay.
+void ForgetMoves();
+
 // The defaults of a new game.
 void NewGameState();
 
-// A game of its own at the initial position, sums included, for replaying moves; the history and
-// the other records of the game in play are left alone.
-void StartReplay();
+// Puts the initial position on the board, with a new game record; the other records of a game are
+// the caller's. Replaying moves needs no more than this.
+void SetUpInitialPosition();

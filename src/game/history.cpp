@@ -13,15 +13,11 @@ std::uint8_t IsHistoryFull() {
     return state_history.count >= MAX_GAME_PLIES || zobrist_ply_number >= MAX_GAME_PLIES;
 }
 
-void SaveStartState() {
+void NewStateHistory() {
+    state_history.count = 0;
     std::ranges::copy(position, state_history.positions[0]);
     state_history.game_states[0] = game_state;
     state_history.book_states[0] = book_state;
-}
-
-void NewStateHistory() {
-    state_history.count = 0;
-    SaveStartState();
 }
 
 void SaveIntoStateHistory(StateHistory& history, const Move& move, const GameState& game,

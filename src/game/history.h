@@ -30,9 +30,6 @@ static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 // No further move fits into the history.
 std::uint8_t IsHistoryFull();
 
-// Makes the current state entry 0, the start of the game; the other entries stay.
-void SaveStartState();
-
 // Starts an empty history from the current state.
 void NewStateHistory();
 

@@ -16,9 +16,6 @@ constexpr Bitboard BACK_RANKS = 0xFF000000000000FF;
 constexpr Bitboard FILE_A_SQUARES = 0x0101010101010101;
 constexpr Bitboard FILE_H_SQUARES = 0x8080808080808080;
 
-template <Colour US>
-constexpr int PAWN_STEP = US == WHITE ? 8 : -8;
-
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
 // Writes moves one behind the other.
@@ -84,7 +81,7 @@ void AddEnPassant(MoveWriter& writer, const Move& last_move) {
     while (pawns) {
         const int from = PopFirstBit(pawns);
         const Piece pawn = position[from];
-        Move& move = AddMove(writer, from, last_move.to + PAWN_STEP<US>, pawn, NO_PIECE, pawn);
+        Move& move = AddMove(writer, from, last_move.to + PAWN_STEP[US], pawn, NO_PIECE, pawn);
         move.en_passant = 1;
         move.en_passant_square = last_move.to;
         move.en_passant_piece = position[last_move.to];
@@ -184,7 +181,7 @@ void AddPawnAdvances(MoveWriter& writer) {
         const int from = PopFirstBit(pawns);
         int to = from;
         for (int steps = IsMoved(position[from]) ? 1 : 2; steps > 0; --steps) {
-            to += PAWN_STEP<US>;
+            to += PAWN_STEP[US];
             if (position[to] != NO_PIECE) break;
             if (IsOnBackRank(to)) {
                 AddPromotions(writer, from, to, NO_PIECE);
@@ -212,6 +209,7 @@ Move* WriteNonCaptures(Move* moves) {
 } // namespace
 
 void GenerateCaptures(Move* moves, std::int32_t& count, const Move* last_move) {
+    assert(!is_position_withheld);
     const Move* end = side_to_move == WHITE ? WriteCaptures<WHITE>(moves, last_move)
                                             : WriteCaptures<BLACK>(moves, last_move);
     count = static_cast<std::int32_t>(end - moves);
@@ -219,6 +217,7 @@ void GenerateCaptures(Move* moves, std::int32_t& count, const Move* last_move) {
 }
 
 void GenerateNonCaptures(Move* moves, std::int32_t& count) {
+    assert(!is_position_withheld);
     const Move* end =
         side_to_move == WHITE ? WriteNonCaptures<WHITE>(moves) : WriteNonCaptures<BLACK>(moves);
     count = static_cast<std::int32_t>(end - moves);

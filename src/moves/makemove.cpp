@@ -70,7 +70,7 @@ template <Colour US>
 void MakeMoveOf(const Move& move) {
     assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
     assert(side_to_move == US && ColourOf(move.piece) == US && position[move.to] == move.captured);
-    assert(zobrist_ply_number < MAX_PLY_NUMBER);
+    assert(zobrist_ply_number < MAX_PLY_NUMBER && !is_position_withheld);
     constexpr Colour THEM = Opponent(US);
     const PieceType type = TypeOf(move.piece);
     const PieceType promoted = TypeOf(move.promoted);

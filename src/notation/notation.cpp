@@ -96,7 +96,7 @@ PieceType ReadPromotion(std::string_view text, std::size_t place) {
 }
 
 MoveWish ReadPawnMove(std::string_view text) {
-    const int behind = side_to_move == WHITE ? -BOARD_SIDE : BOARD_SIDE;
+    const int behind = -PAWN_STEP[side_to_move];
     MoveWish wish;
     if (text.size() >= 2 && IsDigit(text[1])) {
         wish.to = ReadSquare(text[0], text[1]);

@@ -1,6 +1,8 @@
 // The PGN header of the current game: its tag pairs and how it began.
 #pragma once
 
+#include "notation/fen.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -8,7 +10,6 @@
 inline constexpr int MAX_PGN_TAGS = 32;
 inline constexpr std::size_t PGN_TEXT_SIZE = 512;
 inline constexpr std::size_t LEVEL_SIZE = 64;
-inline constexpr std::size_t FEN_SIZE = 256;
 
 struct PgnTag {
     char name[PGN_TEXT_SIZE];

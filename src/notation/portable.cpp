@@ -6,10 +6,8 @@
 #include "moves/makemove.h"
 #include "moves/predicates.h"
 #include "notation/notation.h"
-#include "notation/setboard.h"
 #include "platform/system.h"
 
-#include <cassert>
 #include <cstring>
 #include <string_view>
 
@@ -30,16 +28,6 @@ bool WriteAndPlay(std::FILE* file, std::span<const Move> moves, std::size_t i, i
     MakeForceMove(moves[i]);
     if (IsEndOfGame(&moves[i])) return false;
     return i + 1 >= moves.size() || IsLegalMove(moves[i + 1]);
-}
-
-// The position from which a game's moves are to be played.
-void SetUpStart(const PgnGameInfo& info) {
-    if (info.set_up) {
-        [[maybe_unused]] const std::uint8_t is_set = SetBoardFen(info.fen);
-        assert(is_set); // it was accepted once
-    } else {
-        StartReplay();
-    }
 }
 
 } // namespace
@@ -96,7 +84,6 @@ void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveLi
 }
 
 void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
-    SetUpStart(info);
     std::FILE* file = OpenLog(PGN_LOG);
     if (!file) return;
     for (const char* name : TAG_ORDER) {

@@ -1,5 +1,4 @@
-// Games as text after the PGN standard: tags, numbered and wrapped move text, the game log; and the
-// tags and move tokens of game files, read for the book builder.
+// Games as text after the PGN standard: tags, numbered and wrapped move text, and the game log.
 #pragma once
 
 #include "board/move.h"
@@ -29,5 +28,5 @@ struct MoveListStyle {
 // by an illegal one. Position and game record are the same afterwards; no line end is written.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
-// Appends a game to the game log. Afterwards the board shows the game's starting position.
+// Appends a game to the game log. The board shows the game's starting position.
 void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves);

@@ -1,12 +1,12 @@
-// Positions in Forsyth-Edwards Notation (FEN): set up, written, and logged.
+// The position in play and FEN: put on the board, written, and logged.
 #pragma once
 
-#include <cstdint>
-#include <string_view>
+#include "notation/fen.h"
 
-// Sets up the position that the text describes and makes it the start of the game's history. A
-// text that is no playable position is refused: 0, and nothing is changed.
-std::uint8_t SetBoardFen(std::string_view text);
+// Puts the position on the board, with its key as the first of the key history, and with what the
+// game record knows of it: the double step that led here, if one did, and the fifty-move count.
+// Everything else of the game is the caller's.
+void PlacePosition(const Fen& fen);
 
 // The position as FEN, in a static buffer.
 const char* GetBoardFen();

@@ -33,14 +33,10 @@ void SendFeatures() {
     SendCommand("feature done=1");
 }
 
-void ReceiveFeature(std::string_view line) {
-    constexpr std::string_view ACCEPTED = "accepted";
-    std::string_view rest = line.substr(std::min(ACCEPTED.size() + 1, line.size()));
-    const std::string_view name = NextWord(rest);
-    const auto feature = std::ranges::find_if(
-        FEATURES, [&](const Feature& row) { return std::string_view(row.name) == name; });
+void ReceiveFeature(std::string_view arguments) {
+    arguments.remove_prefix(std::min<std::size_t>(1, arguments.size()));
+    const std::string_view name = NextWord(arguments);
+    const auto feature = std::ranges::find(FEATURES, name, &Feature::name);
     if (feature == std::end(FEATURES)) return;
-    if (name == "san" && std::string_view(feature->value) == "1" && line.starts_with(ACCEPTED)) {
-        engine_state.san_notation = 1;
-    }
+    if (name == "san" && std::string_view(feature->value) == "1") engine_state.san_notation = 1;
 }

@@ -5,5 +5,5 @@
 
 void SendFeatures();
 
-// Handles the front end's answer to a feature, a line that begins with "accepted" or "rejected".
-void ReceiveFeature(std::string_view line);
+// Notes that the front end has accepted the feature that the arguments name.
+void ReceiveFeature(std::string_view arguments);

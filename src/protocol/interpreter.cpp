@@ -1,6 +1,6 @@
 #include "protocol/interpreter.h"
 
-#include "book/book.h"
+#include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "game/history.h"
@@ -11,12 +11,16 @@
 #include "notation/setboard.h"
 #include "notation/text.h"
 #include "platform/channel.h"
+#include "play/newgame.h"
+#include "play/turns.h"
 #include "protocol/features.h"
-#include "protocol/newgame.h"
-#include "protocol/turns.h"
+#include "search/poll.h"
 #include "search/records.h"
 
 #include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,20 +32,15 @@ constexpr std::int32_t MAX_INCREMENT = 10'000'000; // seconds
 constexpr std::int32_t DRAW_ACCEPT_EVAL = -101;
 
 constexpr std::size_t RESULT_SIZE = 64;
+constexpr std::size_t STATUS_SIZE = 160;
 
-// The words behind the command's name.
-std::string_view ArgumentsOf(std::string_view line, std::string_view name) {
-    return line.substr(std::min(name.size(), line.size()));
-}
-
-// All that stands behind the command's name and one blank.
-std::string_view TextAfter(std::string_view line, std::string_view name) {
-    return line.substr(std::min(name.size() + 1, line.size()));
+// The text behind the blank that ends a command's name.
+std::string_view TextOf(std::string_view arguments) {
+    return arguments.substr(std::min<std::size_t>(1, arguments.size()));
 }
 
 // Reads the first argument as a number; the value stays when there is none.
-bool ReadArgument(std::string_view line, std::string_view name, std::int32_t& value) {
-    std::string_view arguments = ArgumentsOf(line, name);
+bool ReadArgument(std::string_view arguments, std::int32_t& value) {
     return ReadNumber(NextWord(arguments), value);
 }
 
@@ -76,9 +75,8 @@ void CarryOutPlayOther(std::string_view) {
 }
 
 // Moves a control and base time do not matter: the clocks are told before every move.
-void CarryOutLevel(std::string_view line) {
-    CopyText(pgn_game_info.level, line);
-    std::string_view arguments = ArgumentsOf(line, "level");
+void CarryOutLevel(std::string_view arguments) {
+    CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
     std::int32_t increment = 0;
     if (!ReadNumber(NextWord(arguments), moves) || NextWord(arguments).empty() ||
@@ -89,24 +87,24 @@ void CarryOutLevel(std::string_view line) {
     game_state.time_increment = static_cast<std::uint64_t>(increment) * 100;
 }
 
-void CarryOutSd(std::string_view line) {
+void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
-    if (!ReadArgument(line, "sd", plies)) return;
+    if (!ReadArgument(arguments, plies)) return;
     engine_state.depth_limit = std::clamp(plies, 0, MAX_DEPTH_PLIES) * QUARTER_PLIES;
 }
 
 // A clock comes as a signed number and is widened with its sign.
-void ReadClock(std::string_view line, std::string_view name, std::uint64_t& clock) {
+void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
-    if (ReadArgument(line, name, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
+    if (ReadArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
 }
 
-void CarryOutTime(std::string_view line) { ReadClock(line, "time", game_state.engine_time); }
+void CarryOutTime(std::string_view arguments) { ReadClock(arguments, game_state.engine_time); }
 
-void CarryOutOtim(std::string_view line) { ReadClock(line, "otim", game_state.opponent_time); }
+void CarryOutOtim(std::string_view arguments) { ReadClock(arguments, game_state.opponent_time); }
 
-void CarryOutUserMove(std::string_view line) {
-    if (!MakeUserMove(line) || game_state.game_over) return;
+void CarryOutUserMove(std::string_view arguments) {
+    if (!MakeUserMove(NextWord(arguments)) || game_state.game_over) return;
     if (engine_state.analyze_mode) {
         AnalyzePosition();
     } else if (!engine_state.force_mode) {
@@ -114,30 +112,29 @@ void CarryOutUserMove(std::string_view line) {
     }
 }
 
-void CarryOutPing(std::string_view line) {
+void CarryOutPing(std::string_view arguments) {
     std::int32_t number = 0;
-    SendCommand(ReadArgument(line, "ping", number) ? "pong " + std::to_string(number) : "pong");
+    SendCommand(ReadArgument(arguments, number) ? "pong " + std::to_string(number) : "pong");
 }
 
 void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
+// The logs get the tags of the players' real colours, and the moves played from the game's start.
+// The game begins anew there.
 void LogGame() {
-    CorrectPgnTagValues(pgn_game_info);
+    PgnGameInfo logged = pgn_game_info;
+    CorrectPgnTagValues(logged);
+    const std::span moves(state_history.moves + 1, static_cast<std::size_t>(state_history.count));
     WriteFenBoard();
-    const std::size_t count = static_cast<std::size_t>(state_history.count);
-    WritePgnGame(pgn_game_info, {state_history.moves + 1, count});
-    BlogGame(pgn_game_info);
-    CorrectPgnTagValues(pgn_game_info); // and back again, as a game in play has them
-    // The board shows the start of the game now; the rest of the game's records follow it.
-    if (!pgn_game_info.set_up) NewBookState();
     RestartGame();
+    WritePgnGame(logged, moves);
+    BlogGame(logged);
 }
 
 // "result RESULT {COMMENT}"
-void CarryOutResult(std::string_view line) {
-    std::string_view arguments = ArgumentsOf(line, "result");
+void CarryOutResult(std::string_view arguments) {
     const std::string_view result = NextWord(arguments).substr(0, RESULT_SIZE - 1);
     if (result.empty() || result == "*") return;
     std::string_view comment = arguments;
@@ -148,12 +145,14 @@ void CarryOutResult(std::string_view line) {
     if (!engine_state.force_mode && !engine_state.analyze_mode) LogGame();
 }
 
-void CarryOutSetBoard(std::string_view line) {
-    if (!SetBoardFen(TextAfter(line, "setboard"))) {
+// Some front ends pause an analysis by setting up an empty board: that ends the search and is all.
+void CarryOutSetBoard(std::string_view arguments) {
+    const std::string_view fen = TextOf(arguments);
+    if (IsEmptyBoard(fen)) return;
+    if (!SetBoardFen(fen)) {
         SendCommand("tellusererror Illegal position");
         return;
     }
-    RestartGame();
     AnalyzeInMode();
 }
 
@@ -187,69 +186,89 @@ void CarryOutAnalyze(std::string_view) {
 void CarryOutExit(std::string_view) { engine_state.analyze_mode = 0; }
 
 // Until the game is logged, the opponent's data stand in the Black tags.
-void CarryOutName(std::string_view line) { SetTag("Black", TextAfter(line, "name")); }
+void CarryOutName(std::string_view arguments) { SetTag("Black", TextOf(arguments)); }
 
-void CarryOutRating(std::string_view line) {
-    std::string_view arguments = ArgumentsOf(line, "rating");
+void CarryOutRating(std::string_view arguments) {
     for (const std::string_view tag : {"WhiteElo", "BlackElo"}) {
         const std::string_view rating = NextWord(arguments);
         if (!rating.empty()) SetTag(tag, rating == "0" ? "-" : rating);
     }
 }
 
-void CarryOutIcs(std::string_view line) {
-    const std::string_view site = TextAfter(line, "ics");
+void CarryOutIcs(std::string_view arguments) {
+    const std::string_view site = TextOf(arguments);
     SetTag("Site", site == "-" ? "?" : site);
 }
 
 void CarryOutComputer(std::string_view) { SetTag("BlackType", "program"); }
 
-enum class Match { EXACT, PREFIX };
+// The status line of the search that runs.
+void SendStatus(std::string_view) {
+    analyze_info.elapsed = CurrentTimeU64() - search_info.start_time;
+    analyze_info.nodes = search_info.nodes;
+    char line[STATUS_SIZE];
+    std::snprintf(line, sizeof line, "stat01:%8" PRIu64 "%11" PRIu64 "%3d%4d%4d%8s",
+                  analyze_info.elapsed, analyze_info.nodes, analyze_info.depth,
+                  analyze_info.moves_left, analyze_info.moves_total, analyze_info.move_text);
+    SendCommand(line);
+}
 
-struct Command {
-    std::string_view name;
-    Match match;
-    void (*carry_out)(std::string_view line);
-};
+// Whatever line comes next ends the pause and is lost.
+void WaitForNextLine(std::string_view) {
+    CommandLine next;
+    ReceiveCommand(next);
+}
 
-// The first that matches is carried out.
+// What they do during a search: on the engine's own time, pondering, analysing.
+using enum Match;
+using enum Hearing;
+constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};
+constexpr DuringSearch STATUS{PREFIX, ANSWER, ANSWER, ANSWER};
+constexpr DuringSearch PING{PREFIX, WAIT, ANSWER, WAIT};
+constexpr DuringSearch DRAW{EXACT, WAIT, ANSWER, WAIT};
+constexpr DuringSearch EASY{EXACT, ANSWER, ANSWER_AND_STOP, ANSWER};
+constexpr DuringSearch BOOK{EXACT, DROP, ANSWER, ANSWER};
+constexpr DuringSearch HINT{EXACT, DROP, ANSWER, DROP};
+
+// The first row that matches is carried out.
 constexpr Command COMMANDS[] = {
-    {"xboard", Match::EXACT, Ignore},
-    {"protover 2", Match::EXACT, CarryOutProtover},
-    {"accepted", Match::PREFIX, ReceiveFeature},
-    {"rejected", Match::PREFIX, ReceiveFeature},
-    {"new", Match::EXACT, CarryOutNew},
-    {"random", Match::EXACT, Ignore},
-    {"force", Match::EXACT, CarryOutForce},
-    {"go", Match::EXACT, CarryOutGo},
-    {"playother", Match::EXACT, CarryOutPlayOther},
-    {"level", Match::PREFIX, CarryOutLevel},
-    {"sd", Match::PREFIX, CarryOutSd},
-    {"time", Match::PREFIX, CarryOutTime},
-    {"otim", Match::PREFIX, CarryOutOtim},
-    {"usermove", Match::PREFIX, CarryOutUserMove},
-    {"?", Match::EXACT, Ignore},
-    {"ping", Match::PREFIX, CarryOutPing},
-    {"draw", Match::EXACT, CarryOutDraw},
-    {"result", Match::PREFIX, CarryOutResult},
-    {"setboard", Match::PREFIX, CarryOutSetBoard},
-    {"hint", Match::EXACT, CarryOutHint},
-    {"bk", Match::EXACT, CarryOutBk},
-    {"undo", Match::EXACT, CarryOutUndo},
-    {"remove", Match::EXACT, CarryOutRemove},
-    {"hard", Match::EXACT, CarryOutHard},
-    {"easy", Match::EXACT, CarryOutEasy},
-    {"post", Match::EXACT, CarryOutPost},
-    {"nopost", Match::EXACT, CarryOutNoPost},
-    {"analyze", Match::EXACT, CarryOutAnalyze},
-    {".", Match::EXACT, Ignore},
-    {"exit", Match::EXACT, CarryOutExit},
-    {"name", Match::PREFIX, CarryOutName},
-    {"rating", Match::PREFIX, CarryOutRating},
-    {"ics", Match::PREFIX, CarryOutIcs},
-    {"computer", Match::EXACT, CarryOutComputer},
-    {"pause", Match::EXACT, Ignore},
-    {"resume", Match::EXACT, Ignore},
+    {"xboard", EXACT, Ignore},
+    {"protover 2", EXACT, CarryOutProtover},
+    {"accepted", PREFIX, ReceiveFeature},
+    {"rejected", PREFIX, Ignore}, // the engine keeps to the protocol as it announced it
+    {"new", EXACT, CarryOutNew, TO_STOP},
+    {"random", EXACT, Ignore},
+    {"force", EXACT, CarryOutForce, TO_STOP},
+    {"go", EXACT, CarryOutGo},
+    {"playother", EXACT, CarryOutPlayOther},
+    {"level", PREFIX, CarryOutLevel},
+    {"sd", PREFIX, CarryOutSd},
+    {"time", PREFIX, CarryOutTime, TO_STOP},
+    {"otim", PREFIX, CarryOutOtim, TO_STOP},
+    {"usermove", PREFIX, CarryOutUserMove, TO_STOP},
+    {"?", EXACT, Ignore, MOVE_NOW},
+    {"ping", PREFIX, CarryOutPing, PING},
+    {"draw", EXACT, CarryOutDraw, DRAW},
+    {"result", PREFIX, CarryOutResult, TO_STOP},
+    {"setboard", PREFIX, CarryOutSetBoard, TO_STOP},
+    {"hint", EXACT, CarryOutHint, HINT},
+    {"bk", EXACT, CarryOutBk, BOOK},
+    {"undo", EXACT, CarryOutUndo, TO_STOP},
+    {"remove", EXACT, CarryOutRemove, TO_STOP},
+    {"hard", EXACT, CarryOutHard, TO_REPLY},
+    {"easy", EXACT, CarryOutEasy, EASY},
+    {"post", EXACT, CarryOutPost, TO_REPLY},
+    {"nopost", EXACT, CarryOutNoPost, TO_REPLY},
+    {"analyze", EXACT, CarryOutAnalyze, TO_STOP},
+    {".", EXACT, Ignore, STATUS, SendStatus},
+    {"exit", EXACT, CarryOutExit, TO_STOP},
+    {"name", PREFIX, CarryOutName},
+    {"rating", PREFIX, CarryOutRating},
+    {"ics", PREFIX, CarryOutIcs},
+    {"computer", EXACT, CarryOutComputer},
+    {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
+    {"resume", EXACT, Ignore},
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends by it and hands it to nobody
 };
 
 void AnswerUnknown(std::string_view line) {
@@ -260,13 +279,14 @@ void AnswerUnknown(std::string_view line) {
 
 } // namespace
 
+std::span<const Command> CommandTable() { return COMMANDS; }
+
 void ParseCommand(const char* text) {
     const std::string_view line = text;
     for (const Command& command : COMMANDS) {
-        if (command.match == Match::EXACT ? line == command.name : line.starts_with(command.name)) {
-            command.carry_out(line);
-            return;
-        }
+        if (!IsMatch(line, command.name, command.match)) continue;
+        command.carry_out(line.substr(command.name.size()));
+        return;
     }
     AnswerUnknown(line);
 }

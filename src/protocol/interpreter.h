@@ -1,6 +1,13 @@
 // The command interpreter of the Chess Engine Communication Protocol, version 2.
 #pragma once
 
+#include "search/poll.h"
+
+#include <span>
+
+// All commands, for the poll of the search to hear them too.
+std::span<const Command> CommandTable();
+
 // Carries out one command line, thinking included if the command starts it. Every line gets its
 // answer, an unknown one an error line.
 void ParseCommand(const char* line);

@@ -8,8 +8,9 @@
 // afterwards if that is wanted. Does nothing when there is no legal move.
 void MakeEngineMove();
 
-// Plays the move of a "usermove" line. 0, after a complaint to the front end, when it is not legal.
-std::uint8_t MakeUserMove(std::string_view line);
+// Plays the user's move, a token in either notation. 0, after a complaint to the front end, when it
+// is not legal.
+std::uint8_t MakeUserMove(std::string_view token);
 
 // Thinks on the opponent's time until a command comes or the search ends by itself.
 void PonderMove();

@@ -1,4 +1,4 @@
-#include "protocol/turns.h"
+#include "play/turns.h"
 
 #include "board/position.h"
 #include "book/book.h"
@@ -16,7 +16,6 @@
 #include "search/hash.h"
 #include "search/rootsearch.h"
 
-#include <cassert>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,7 +27,6 @@ namespace {
 constexpr std::int32_t HOPELESS_EVAL = -900;
 constexpr std::uint64_t HOPELESS_OPPONENT_TIME = 2'999;
 
-constexpr std::string_view USER_MOVE = "usermove";
 constexpr std::size_t USER_MOVE_SIZE = 32;
 constexpr std::size_t OUTPUT_SIZE = 64;
 
@@ -49,7 +47,7 @@ EngineChoice ChooseMove() {
 }
 
 // Asked after the engine's move.
-std::uint8_t IsHopeless(std::int32_t score) {
+bool IsHopeless(std::int32_t score) {
     const Colour opponent = side_to_move;
     const Colour engine = Opponent(opponent);
     return score <= HOPELESS_EVAL &&
@@ -70,8 +68,8 @@ void RecordEngineMove(const EngineChoice& choice) {
 } // namespace
 
 void MakeEngineMove() {
-    if (IsHistoryFull() || !HasLegalMove(LastMove())) return;
     pgn_game_info.engine_color = side_to_move;
+    if (IsHistoryFull() || !HasLegalMove(LastMove())) return;
     const EngineChoice choice = ChooseMove();
     const bool was_repetition = IsNfoldRepetition(2) != 0;
     char output[OUTPUT_SIZE] = "move ";
@@ -86,14 +84,12 @@ void MakeEngineMove() {
     SendCommand(output);
     CheckEndOfGame(&game_state.last_move);
     SaveIntoStateHistory(state_history, choice.move, game_state, book_state);
-    if (engine_state.ponder && !game_state.game_over && !book_state.in_book) PonderMove();
+    if (engine_state.ponder && !game_state.game_over && !IsFollowingBook()) PonderMove();
 }
 
-std::uint8_t MakeUserMove(std::string_view line) {
-    assert(line.starts_with(USER_MOVE));
+std::uint8_t MakeUserMove(std::string_view token) {
     pgn_game_info.engine_color = Opponent(side_to_move);
-    line.remove_prefix(USER_MOVE.size());
-    const std::string_view text = NextWord(line).substr(0, USER_MOVE_SIZE - 1);
+    const std::string_view text = token.substr(0, USER_MOVE_SIZE - 1);
     Move move;
     if (IsHistoryFull() || !ParseMove(text, move) || !IsLegalMove(move)) {
         const std::string message = "Illegal move: " + std::string(text);

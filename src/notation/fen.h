@@ -1,0 +1,40 @@
+// Positions in Forsyth-Edwards Notation (FEN) as values: a text is read and judged here, and the
+// position in play is not touched.
+#pragma once
+
+#include "board/types.h"
+#include "board/zobrist.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+// Room of a FEN text with its closing NUL.
+inline constexpr std::size_t FEN_SIZE = 256;
+
+inline constexpr int CASTLE_SIDES = 2;
+inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k', 'q'}};
+
+// The home square of the rook that castles to the side.
+constexpr int CornerOf(Colour colour, CastleSide side) {
+    const int file = side == KING_SIDE ? FILE_H : FILE_A;
+    return SquareOf(file, colour == WHITE ? RANK_1 : RANK_8);
+}
+
+// What a FEN text says.
+struct Fen {
+    Piece board[SQUARES]; // pieces with castling rights and pawns at home are unmoved
+    Colour side;
+    bool castling[COLOURS][CASTLE_SIDES]; // the letter is there, its rook perhaps not
+    int en_passant;                       // the square passed over, or NO_SQUARE
+    std::int32_t half_moves;              // since the last pawn push or capture
+    std::int32_t full_move;               // number of the next move
+    char text[FEN_SIZE];                  // the text itself
+};
+
+// Reads a text, which is cut to FEN_SIZE. False when it is no playable position; the value then
+// means nothing.
+bool ReadFen(std::string_view text, Fen& fen);
+
+// The text shows a board without any piece, which no game can begin from.
+bool IsEmptyBoard(std::string_view text);

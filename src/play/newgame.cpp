@@ -1,0 +1,61 @@
+#include "play/newgame.h"
+
+#include "book/book.h"
+#include "game/bookstate.h"
+#include "game/enginestate.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "notation/fen.h"
+#include "notation/pgninfo.h"
+#include "notation/setboard.h"
+#include "notation/text.h"
+#include "search/hash.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace {
+
+void BeginAtInitialPosition() {
+    SetUpInitialPosition();
+    NewBookState();
+    NewStateHistory();
+}
+
+// The book knows no game that begins elsewhere than at the initial position.
+void BeginAt(const Fen& fen) {
+    ForgetMoves();
+    PlacePosition(fen);
+    LeaveBook();
+    NewStateHistory();
+}
+
+} // namespace
+
+void NewGame() {
+    NewPgnGameInfo();
+    NewEngineState();
+    BeginAtInitialPosition();
+    NewHashTable();
+}
+
+std::uint8_t SetBoardFen(std::string_view text) {
+    Fen fen;
+    if (!ReadFen(text, fen)) return 0;
+    pgn_game_info.set_up = 1;
+    pgn_game_info.first_ply = fen.side + 2 * std::max(fen.full_move, 1) - 1;
+    CopyText(pgn_game_info.fen, fen.text);
+    BeginAt(fen);
+    return 1;
+}
+
+void RestartGame() {
+    if (!pgn_game_info.set_up) {
+        BeginAtInitialPosition();
+        return;
+    }
+    Fen fen;
+    [[maybe_unused]] const bool is_read = ReadFen(pgn_game_info.fen, fen);
+    assert(is_read); // it was accepted once
+    BeginAt(fen);
+}
