@@ -43,26 +43,45 @@ std::span<const Move> FirstMoves(const MoveList& list, std::int32_t most) {
     return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
 }
 
-void ReadTags(std::FILE* input) {
+// The file of games that a book is built from.
+struct GameFile {
+    const char* name;
+    std::FILE* file;
+    bool is_pgn;
+    std::int32_t games; // read so far, with the one that is being read
+};
+
+// A person is told where in the file the bad token stands.
+[[noreturn]] void RefuseMove(const GameFile& input, const char* token) {
+    std::string message = std::string("Error (illegal move): ") + token;
+    if (IsConsoleErrors()) {
+        message += "\nin game " + std::to_string(input.games) + " of " + input.name;
+        const std::string white = GetPgnTagValueByName(pgn_game_info, "White");
+        const std::string black = GetPgnTagValueByName(pgn_game_info, "Black");
+        if (white != "?" || black != "?") message += " (" + white + " - " + black + ")";
+        message += std::string(", move ") + WrittenMoveNumber(line.length);
+    }
+    FailBuilding(message);
+}
+
+void ReadTags(std::FILE* file) {
     PgnTag tag;
-    while (ReadNextPgnTag(input, tag)) {
+    while (ReadNextPgnTag(file, tag)) {
         SetPgnTagValueByName(pgn_game_info, tag.name, tag.value);
     }
 }
 
 // Reads and plays a game's moves up to its result.
-void ReadMoves(std::FILE* input) {
+void ReadMoves(const GameFile& input) {
     char token[MOVE_TOKEN_SIZE];
     line.length = 0;
-    while (ReadNextPgnMove(input, token)) {
+    while (ReadNextPgnMove(input.file, token)) {
         if (line.length == MAX_GAME_MOVES) continue;
         Move& move = line.moves[line.length++];
-        if (!ParseMove(token, move) || !IsLegalMove(move)) {
-            FailBuilding(std::string("Error (illegal move): ") + token);
-        }
+        if (!ParseMove(token, move) || !IsLegalMove(move)) RefuseMove(input, token);
         MakeForceMove(move);
     }
-    SkipLine(input);
+    SkipLine(input.file);
 }
 
 std::int64_t FileSize(std::FILE* file) {
@@ -72,26 +91,25 @@ std::int64_t FileSize(std::FILE* file) {
     return size;
 }
 
-void ShowProgress(std::FILE* input, std::int64_t size, std::int32_t games) {
-    const std::int64_t share = size > 0 ? 100 * std::int64_t{std::ftell(input)} / size : 0;
-    std::fprintf(stderr, "\r%d games read, %d%% of the file", games, static_cast<int>(share));
+void ShowProgress(const GameFile& input, std::int64_t size) {
+    const std::int64_t share = size > 0 ? 100 * std::int64_t{std::ftell(input.file)} / size : 0;
+    std::fprintf(stderr, "\r%d games read, %d%% of the file", input.games, static_cast<int>(share));
     is_progress_shown = true;
 }
 
-// Reads all games into the trie; returns their number.
-std::int32_t ReadGames(std::FILE* input, bool is_pgn, std::int32_t max_plies, MoveTrieNode& root) {
+// Reads all games into the trie.
+void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     const bool is_shown = IsConsoleErrors();
-    const std::int64_t size = is_shown ? FileSize(input) : 0;
-    std::int32_t games = 0;
-    while (SkipToNextGame(input)) {
+    const std::int64_t size = is_shown ? FileSize(input.file) : 0;
+    while (SkipToNextGame(input.file)) {
+        ++input.games;
         SetUpInitialPosition();
         std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
-        if (is_pgn) ReadTags(input);
+        if (input.is_pgn) ReadTags(input.file);
         ReadMoves(input);
-        InsertIntoMoveTrie(root, FirstMoves(line, max_plies), is_pgn);
-        if (++games % PROGRESS_STEP == 0 && is_shown) ShowProgress(input, size, games);
+        InsertIntoMoveTrie(root, FirstMoves(line, max_plies), input.is_pgn);
+        if (input.games % PROGRESS_STEP == 0 && is_shown) ShowProgress(input, size);
     }
-    return games;
 }
 
 // Writes the lines that go through a node, `line` being the way to it, one for each leaf.
@@ -113,18 +131,20 @@ void WriteLines(std::FILE* text, const MoveTrieNode& node) {
 void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::int32_t max_plies,
               std::int32_t minimum_count) {
     RequireFile(input_name);
-    std::FILE* input = std::fopen(input_name, "r");
-    if (!input) FatalError(std::string("Error (cannot read file): ") + input_name);
+    GameFile input{input_name, std::fopen(input_name, "r"), is_pgn, 0};
+    if (!input.file) FatalError(std::string("Error (cannot read file): ") + input_name);
     MoveTrieNode root{};
     InitMoveTrie(root);
-    const std::int32_t games = ReadGames(input, is_pgn, max_plies, root);
-    if (std::ferror(input)) FailBuilding(std::string("Error (cannot read file): ") + input_name);
-    std::fclose(input);
+    ReadGames(input, max_plies, root);
+    if (std::ferror(input.file)) {
+        FailBuilding(std::string("Error (cannot read file): ") + input_name);
+    }
+    std::fclose(input.file);
     const std::int32_t nodes = WriteMoveTrie(root, book_name, minimum_count);
     if (nodes == 0) FailBuilding(std::string("Error (cannot write book file): ") + book_name);
     FreeMoveTrie(root);
     if (IsConsoleErrors()) {
-        std::fprintf(stderr, "\r%d games read, %d positions kept, %s written\n", games, nodes,
+        std::fprintf(stderr, "\r%d games read, %d positions kept, %s written\n", input.games, nodes,
                      book_name);
     }
 }

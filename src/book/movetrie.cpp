@@ -25,8 +25,6 @@ constexpr int UNFINISHED_NAMES = 100;
 
 using Bytes = std::vector<unsigned char>;
 
-std::int32_t last_offset = 0; // where the writer puts the next record
-
 void PutNumber(unsigned char* place, std::int32_t number) {
     for (std::size_t i = 0; i < NUMBER_BYTES; ++i) {
         place[i] = static_cast<unsigned char>(static_cast<std::uint32_t>(number) >> (8 * i));
@@ -107,14 +105,13 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     const std::size_t end = start + RECORD_BYTES + NUMBER_BYTES * static_cast<std::size_t>(kept);
     if (end > std::numeric_limits<std::int32_t>::max()) return 0;
     image.resize(end, 0);
-    last_offset = static_cast<std::int32_t>(end);
     if (!is_root) PutMove(&image[start], node.move);
     PutNumber(&image[start + MOVE_BYTES], kept);
     std::size_t table = start + RECORD_BYTES;
     std::int32_t nodes = 1;
     for (const MoveTrieNode* child = node.children; child; child = child->next) {
         if (child->count < minimum_count) continue;
-        PutNumber(&image[table], last_offset);
+        PutNumber(&image[table], static_cast<std::int32_t>(image.size()));
         table += NUMBER_BYTES;
         const std::int32_t below = AppendNode(image, *child, false, minimum_count);
         if (below == 0) return 0;
@@ -170,7 +167,7 @@ const char* ReadNode(const Bytes& image, std::size_t& offset, MoveTrieNode& node
     node.count = UNWEIGHTED_COUNT;
     const std::int32_t children = GetNumber(&image[offset + MOVE_BYTES]);
     std::size_t table = offset + RECORD_BYTES;
-    if (children < 0 || children > MAX_MOVES) return "a number of moves cannot be";
+    if (children < 0 || children > MAX_MOVES) return "a node has an impossible number of moves";
     offset = table + NUMBER_BYTES * static_cast<std::size_t>(children);
     if (offset > image.size()) return "a record lies outside the file";
     for (std::int32_t i = 0; i < children; ++i, table += NUMBER_BYTES) {
@@ -211,7 +208,6 @@ void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is
 std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
                            std::int32_t minimum_count) {
     Bytes image;
-    last_offset = 0;
     const std::int32_t nodes = AppendNode(image, root, true, minimum_count);
     return nodes > 0 && WriteWhole(file_name, image) ? nodes : 0;
 }
@@ -219,6 +215,7 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name) {
     RequireFile(file_name);
     InitMoveTrie(root);
+    if (!IsPlainFile(file_name)) return "it is no plain file";
     const Bytes image = ReadBytes(file_name);
     std::size_t offset = 0;
     const char* error = ReadNode(image, offset, root, 0);

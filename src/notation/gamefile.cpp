@@ -15,21 +15,27 @@ constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
 
 bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+// UTF-8 files of some systems begin with these three bytes.
+bool IsOfByteOrderMark(int c) { return c == 0xEF || c == 0xBB || c == 0xBF; }
+
 int NextChar(std::FILE* file) { return std::getc(file); }
 
-// Reads a line without white space at its end into the buffer, cut to it; the length, or EOF at the
-// file's end.
-int ReadLine(std::FILE* file, std::span<char> buffer) {
+// Reads the rest of a line into the buffer, cut to it and without white space at its end.
+std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
     std::size_t length = 0;
-    int c = NextChar(file);
-    if (c == EOF) return EOF;
-    for (; c != EOF && c != '\n'; c = NextChar(file)) {
+    for (int c = NextChar(file); c != EOF && c != '\n'; c = NextChar(file)) {
         if (length < buffer.size()) buffer[length++] = static_cast<char>(c);
     }
     while (length > 0 && IsWhiteSpace(buffer[length - 1])) {
         --length;
     }
-    return static_cast<int>(length);
+    return {buffer.data(), length};
+}
+
+// Looks at the next character and leaves it there.
+int PeekChar(std::FILE* file) {
+    const int c = NextChar(file);
+    return std::ungetc(c, file);
 }
 
 // [Name "Value"], with a backslash before a quote or backslash in the value.
@@ -71,7 +77,7 @@ std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
 
 bool SkipToNextGame(std::FILE* file) {
     int c = NextChar(file);
-    while (IsWhiteSpace(c)) {
+    while (IsWhiteSpace(c) || IsOfByteOrderMark(c)) {
         c = NextChar(file);
     }
     return std::ungetc(c, file) != EOF;
@@ -79,11 +85,10 @@ bool SkipToNextGame(std::FILE* file) {
 
 std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag) {
     char line[HEADER_LINE_SIZE];
-    for (;;) {
-        const int length = ReadLine(file, line);
-        if (length <= 0) return 0;
-        if (ReadTag({line, static_cast<std::size_t>(length)}, tag)) return 1;
+    while (PeekChar(file) == '[') {
+        if (ReadTag(ReadLine(file, line), tag)) return 1;
     }
+    return 0;
 }
 
 std::uint8_t ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {

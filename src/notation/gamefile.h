@@ -12,11 +12,12 @@
 // Room of a move token; what a longer one has beyond is dropped.
 inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
 
-// Skips white space before a game; false at the end of the file.
+// Skips white space and a byte-order mark before a game; false at the end of the file.
 bool SkipToNextGame(std::FILE* file);
 
-// Reads the header's next tag line into the entry, cut to its fields; 0 at the empty line or the
-// end of the file, which end the header. Lines that are no tags are skipped.
+// Reads the header's next tag line into the entry, cut to its fields. Returns 0 at the first line
+// that does not begin with '[', an empty one for instance; it belongs to the moves. Lines that
+// begin so and are no tags are skipped.
 std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
 // Reads the next move token, past move numbers; 0 at a result token or the end of the file, which

@@ -2,14 +2,24 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 void FatalError(std::string_view message) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(message.size()), message.data());
     std::exit(EXIT_FAILURE);
 }
 
+std::uint8_t IsPlainFile(const char* path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
 std::uint8_t FileExists(const char* path) {
+    std::error_code error;
+    // To open a named pipe would mean to wait for somebody who writes to it.
+    if (std::filesystem::is_fifo(path, error)) return 1;
     std::FILE* file = std::fopen(path, "rb");
     if (!file) return 0;
     std::fclose(file);

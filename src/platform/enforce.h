@@ -7,7 +7,10 @@
 // Writes the message and a line feed to standard error and ends the program with exit status 1.
 [[noreturn]] void FatalError(std::string_view message);
 
-// 1 if the file can be opened for reading, else 0.
+// 1 if it is a file on a disk, and no pipe, folder or device.
+std::uint8_t IsPlainFile(const char* path);
+
+// 1 if the file can be opened for reading, else 0. Does not wait for the other end of a named pipe.
 std::uint8_t FileExists(const char* path);
 
 // Returns when the file can be opened for reading; otherwise a fatal error that names it.
