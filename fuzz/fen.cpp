@@ -21,11 +21,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckFen();
     const Snapshot start = TakeSnapshot();
     for (const char choice : text.substr(end)) {
-        Move moves[MAX_MOVES];
-        std::int32_t count = 0;
-        GenerateAllLegalMoves(moves, count, LastMove());
-        if (count == 0) break;
-        PlayUserMove(WrittenMove(moves[static_cast<unsigned char>(choice) % count]));
+        MoveList list;
+        GenerateAllLegalMoves(list, LastMove());
+        if (list.count == 0) break;
+        PlayUserMove(WrittenMove(list.moves[static_cast<unsigned char>(choice) % list.count]));
     }
     const std::string last = GetBoardFen();
     CheckUndo();

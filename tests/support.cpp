@@ -29,13 +29,12 @@ void Play(const std::string& moves) {
 }
 
 std::string LegalMoves() {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
+    MoveList list;
     std::string text;
-    GenerateAllLegalMoves(moves, count, LastMove());
-    for (std::int32_t i = 0; i < count; ++i) {
+    GenerateAllLegalMoves(list, LastMove());
+    for (std::int32_t i = 0; i < list.count; ++i) {
         if (i > 0) text += ' ';
-        text += WrittenMove(moves[i]);
+        text += WrittenMove(list.moves[i]);
     }
     return text;
 }

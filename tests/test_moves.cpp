@@ -9,7 +9,6 @@
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
-#include "search/nullmove.h"
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -50,11 +49,10 @@ TEST(Moves, GenerationOrder) {
 TEST(Moves, KingCapturesAlone) {
     StartAt("4k3/8/8/8/8/8/8/K3R2r b - - 0 1");
     side_to_move = WHITE; // as if black had left its king in check
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateCaptures(moves, count, nullptr);
-    ASSERT_EQ(count, 1); // and not the rook
-    EXPECT_EQ(TypeOf(moves[0].captured), KING);
+    MoveList list;
+    GenerateCaptures(list, nullptr);
+    ASSERT_EQ(list.count, 1); // and not the rook
+    EXPECT_EQ(TypeOf(list.moves[0].captured), KING);
 }
 
 TEST(Moves, EnPassantEnabling) {
@@ -85,12 +83,11 @@ TEST(Moves, RandomGames) {
         StartAt(starts[game % 4]);
         std::vector<Snapshot> line;
         for (int ply = 0; ply < 150; ++ply) {
-            Move moves[MAX_MOVES];
-            std::int32_t count = 0;
-            GenerateAllLegalMoves(moves, count, LastMove());
+            MoveList list;
+            GenerateAllLegalMoves(list, LastMove());
             ASSERT_TRUE(IsConsistentPosition()) << GetBoardFen();
-            if (count == 0) break;
-            const Move move = moves[RandomU32() % static_cast<std::uint32_t>(count)];
+            if (list.count == 0) break;
+            const Move move = list.moves[RandomU32() % static_cast<std::uint32_t>(list.count)];
             line.push_back(TakeSnapshot());
             Play(WrittenMove(move));
         }

@@ -27,17 +27,15 @@ template <Colour US>
 std::uint64_t CountNodesOf(std::int32_t depth, const Move* last_move) {
     constexpr Colour THEM = Opponent(US);
     if (depth == 0) return 1;
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
+    MoveList list;
     std::uint64_t nodes = 0;
-    GenerateAllMoves(moves, count, last_move);
+    GenerateAllMoves(list, last_move);
     const Bitboard risky = RiskySquares<US>();
-    for (std::int32_t i = 0; i < count; ++i) {
-        const bool is_legal = !IsRiskyMove(moves[i], risky);
-        MakeMoveOf<US>(moves[i]);
-        if (is_legal || !IsKingCapturable<THEM>())
-            nodes += CountNodesOf<THEM>(depth - 1, &moves[i]);
-        UnMakeMoveOf<US>(moves[i]);
+    for (const Move& move : list) {
+        const bool is_legal = !IsRiskyMove(move, risky);
+        MakeMoveOf<US>(move);
+        if (is_legal || !IsKingCapturable<THEM>()) nodes += CountNodesOf<THEM>(depth - 1, &move);
+        UnMakeMoveOf<US>(move);
     }
     return nodes;
 }
@@ -49,15 +47,14 @@ std::uint64_t CountNodes(std::int32_t depth, const Move* last_move) {
 
 // The counts of the root moves one by one.
 void Divide(std::int32_t depth) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
     std::uint64_t nodes = depth == 0 ? 1 : 0;
-    GenerateAllLegalMoves(moves, count, LastMove());
-    for (std::int32_t i = 0; i < count && depth > 0; ++i) {
-        MakeMove(moves[i]);
-        const std::uint64_t below = CountNodes(depth - 1, &moves[i]);
-        UnMakeMove(moves[i]);
-        std::printf("%s: %" PRIu64 "\n", WrittenMove(moves[i]), below);
+    MoveList list;
+    if (depth > 0) GenerateAllLegalMoves(list, LastMove());
+    for (const Move& move : list) {
+        MakeMove(move);
+        const std::uint64_t below = CountNodes(depth - 1, &move);
+        UnMakeMove(move);
+        std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);
         nodes += below;
     }
     std::printf("nodes %" PRIu64 "\n", nodes);

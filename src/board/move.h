@@ -24,3 +24,14 @@ inline constexpr std::int32_t NO_SQUARE = -1;
 
 // Room of a move list; no position has nearly as many pseudo-legal moves.
 inline constexpr int MAX_MOVES = 512;
+
+// Moves in generation order. Only the first `count` records hold anything.
+struct MoveList {
+    std::int32_t count = 0;
+    Move moves[MAX_MOVES];
+};
+
+inline Move* begin(MoveList& list) { return list.moves; }
+inline Move* end(MoveList& list) { return list.moves + list.count; }
+inline const Move* begin(const MoveList& list) { return list.moves; }
+inline const Move* end(const MoveList& list) { return list.moves + list.count; }

@@ -14,7 +14,6 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <span>
 #include <string_view>
 
 MoveTrieNode book;
@@ -26,14 +25,12 @@ constexpr std::size_t HELP_LINE_SIZE = 64;
 
 // The legal move of the position with the squares and the promotion of the book's, or false.
 bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateAllLegalMoves(moves, count, last_move);
-    const std::span<const Move> list(moves, static_cast<std::size_t>(count));
+    MoveList list;
+    GenerateAllLegalMoves(list, last_move);
     const auto found = std::ranges::find_if(list, [&](const Move& legal) {
         return IsEqualMove(legal, wanted) && TypeOf(legal.promoted) == TypeOf(wanted.promoted);
     });
-    if (found == list.end()) return false;
+    if (found == end(list)) return false;
     move = *found;
     return true;
 }

@@ -26,11 +26,11 @@ constexpr int LISTING_WIDTH = 1024;
 constexpr std::int32_t PROGRESS_STEP = 500; // games
 
 // One game's moves, or a line of the book.
-struct MoveList {
+struct Line {
     std::int32_t length;
     Move moves[MAX_GAME_MOVES + 1];
 };
-MoveList line;
+Line line;
 
 bool is_progress_shown = false; // and its line not yet closed
 
@@ -39,7 +39,7 @@ bool is_progress_shown = false; // and its line not yet closed
     FatalError(message);
 }
 
-std::span<const Move> FirstMoves(const MoveList& list, std::int32_t most) {
+std::span<const Move> FirstMoves(const Line& list, std::int32_t most) {
     return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
 }
 

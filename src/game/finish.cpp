@@ -32,10 +32,9 @@ constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 } // namespace
 
 std::uint8_t HasLegalMove(const Move* last_move) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateAllMoves(moves, count, last_move);
-    return std::any_of(moves, moves + count, [](const Move& move) { return IsLegalMove(move); });
+    MoveList list;
+    GenerateAllMoves(list, last_move);
+    return std::ranges::any_of(list, [](const Move& move) { return IsLegalMove(move) != 0; });
 }
 
 std::uint8_t IsCheck() {

@@ -208,26 +208,24 @@ Move* WriteNonCaptures(Move* moves) {
 
 } // namespace
 
-void GenerateCaptures(Move* moves, std::int32_t& count, const Move* last_move) {
+void GenerateCaptures(MoveList& list, const Move* last_move) {
     assert(!is_position_withheld);
-    const Move* end = side_to_move == WHITE ? WriteCaptures<WHITE>(moves, last_move)
-                                            : WriteCaptures<BLACK>(moves, last_move);
-    count = static_cast<std::int32_t>(end - moves);
-    assert(count <= MAX_MOVES);
+    const Move* end = side_to_move == WHITE ? WriteCaptures<WHITE>(list.moves, last_move)
+                                            : WriteCaptures<BLACK>(list.moves, last_move);
+    list.count = static_cast<std::int32_t>(end - list.moves);
+    assert(list.count <= MAX_MOVES);
 }
 
-void GenerateNonCaptures(Move* moves, std::int32_t& count) {
+void GenerateNonCaptures(MoveList& list) {
     assert(!is_position_withheld);
+    Move* const start = list.moves + list.count;
     const Move* end =
-        side_to_move == WHITE ? WriteNonCaptures<WHITE>(moves) : WriteNonCaptures<BLACK>(moves);
-    count = static_cast<std::int32_t>(end - moves);
-    assert(count <= MAX_MOVES);
+        side_to_move == WHITE ? WriteNonCaptures<WHITE>(start) : WriteNonCaptures<BLACK>(start);
+    list.count = static_cast<std::int32_t>(end - list.moves);
+    assert(list.count <= MAX_MOVES);
 }
 
-void GenerateAllMoves(Move* moves, std::int32_t& count, const Move* last_move) {
-    std::int32_t quiet = 0;
-    GenerateCaptures(moves, count, last_move);
-    GenerateNonCaptures(moves + count, quiet);
-    count += quiet;
-    assert(count <= MAX_MOVES);
+void GenerateAllMoves(MoveList& list, const Move* last_move) {
+    GenerateCaptures(list, last_move);
+    GenerateNonCaptures(list);
 }

@@ -169,12 +169,29 @@ std::uint8_t IsLegalMove(const Move& move) {
     return !is_illegal;
 }
 
-void GenerateAllLegalMoves(Move* moves, std::int32_t& count, const Move* last_move) {
-    GenerateAllMoves(moves, count, last_move);
+void GenerateAllLegalMoves(MoveList& list, const Move* last_move) {
+    GenerateAllMoves(list, last_move);
     const Bitboard risky = side_to_move == WHITE ? RiskySquares<WHITE>() : RiskySquares<BLACK>();
     std::int32_t kept = 0;
-    for (std::int32_t i = 0; i < count; ++i) {
-        if (!IsRiskyMove(moves[i], risky) || IsLegalMove(moves[i])) moves[kept++] = moves[i];
+    for (const Move& move : list) {
+        if (!IsRiskyMove(move, risky) || IsLegalMove(move)) list.moves[kept++] = move;
     }
-    count = kept;
+    list.count = kept;
+}
+
+void MakeNullMove() {
+    assert(zobrist_ply_number < MAX_PLY_NUMBER);
+    side_to_move = Opponent(side_to_move);
+    zobrist_key ^= zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
+    zobrist_xor = 0;
+    ++zobrist_ply_number;
+    zobrist_keys[zobrist_ply_number] = zobrist_key;
+    zobrist_xors[zobrist_ply_number] = 0;
+}
+
+void UnMakeNullMove() {
+    side_to_move = Opponent(side_to_move);
+    --zobrist_ply_number;
+    zobrist_key = zobrist_keys[zobrist_ply_number];
+    zobrist_xor = zobrist_xors[zobrist_ply_number];
 }

@@ -22,8 +22,12 @@ void UnMakeMoveOf(const Move& move);
 // 1 when the move, pseudo-legal in the position, does not leave the mover's king to be taken.
 std::uint8_t IsLegalMove(const Move& move);
 
-// The legal moves of the side to move, in generation order; `moves` has room for MAX_MOVES.
-void GenerateAllLegalMoves(Move* moves, std::int32_t& count, const Move* last_move);
+// Fills the list with the legal moves of the side to move, in generation order.
+void GenerateAllLegalMoves(MoveList& list, const Move* last_move);
+
+// The null move: the side to move passes, and an en-passant right is gone. Taken back like a move.
+void MakeNullMove();
+void UnMakeNullMove();
 
 // The key that the position will most likely have after the move: castling and en passant are left
 // out of account. For prefetching only.

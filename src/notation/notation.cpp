@@ -10,7 +10,6 @@
 #include "notation/characters.h"
 
 #include <cassert>
-#include <span>
 
 namespace {
 
@@ -42,20 +41,19 @@ MoveWish ReadCastling(std::string_view text) {
 }
 
 // Pseudo-legal captures or quiet moves, as a piece move in SAN distinguishes them.
-void GenerateCandidates(bool is_capture, Move* moves, std::int32_t& count) {
+void GenerateCandidates(bool is_capture, MoveList& list) {
     if (is_capture) {
-        GenerateCaptures(moves, count, LastMove());
+        GenerateCaptures(list, LastMove());
     } else {
-        GenerateNonCaptures(moves, count);
+        GenerateNonCaptures(list);
     }
 }
 
 // The from square of the first legal move of the type that agrees with the hints.
 int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_hint) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateCandidates(is_capture, moves, count);
-    for (const Move& move : std::span(moves, static_cast<std::size_t>(count))) {
+    MoveList list;
+    GenerateCandidates(is_capture, list);
+    for (const Move& move : list) {
         if (TypeOf(move.piece) == type && move.to == to &&
             (file_hint == NO_HINT || FileOf(move.from) == file_hint) &&
             (rank_hint == NO_HINT || RankOf(move.from) == rank_hint) && IsLegalMove(move)) {
@@ -140,12 +138,11 @@ void AddSquare(MoveText& text, int square) {
 
 // The letter, what sets the mover apart from others of its kind, the capture mark, the target.
 void AddPieceMove(MoveText& text, const Move& move) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
+    MoveList list;
     bool needs_file = false;
     bool needs_rank = false;
-    GenerateCandidates(move.captured != NO_PIECE, moves, count);
-    for (const Move& other : std::span(moves, static_cast<std::size_t>(count))) {
+    GenerateCandidates(move.captured != NO_PIECE, list);
+    for (const Move& other : list) {
         if (TypeOf(other.piece) != TypeOf(move.piece) || other.to != move.to ||
             other.from == move.from || !IsLegalMove(other)) {
             continue;
@@ -222,10 +219,9 @@ std::uint8_t IsInCan(std::string_view text) {
 std::uint8_t ParseMove(std::string_view text, Move& move) {
     const MoveWish wish = ReadToken(text);
     if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return 0;
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateAllMoves(moves, count, LastMove());
-    for (const Move& listed : std::span(moves, static_cast<std::size_t>(count))) {
+    MoveList list;
+    GenerateAllMoves(list, LastMove());
+    for (const Move& listed : list) {
         if (listed.from == wish.from && listed.to == wish.to &&
             (wish.promotion == NO_PIECE_TYPE || TypeOf(listed.promoted) == wish.promotion)) {
             move = listed;

@@ -11,14 +11,12 @@
 #include "moves/makemove.h"
 #include "moves/predicates.h"
 #include "search/hash.h"
-#include "search/nullmove.h"
 #include "search/poll.h"
 #include "search/prefetch.h"
 #include "search/quiesce.h"
 
 #include <algorithm>
 #include <cassert>
-#include <utility>
 
 namespace {
 
@@ -43,10 +41,10 @@ struct Node {
     const Move* last_move;
     PvLine* pv;
     std::uint8_t extended;
-    std::int32_t hash_index; // the hash move's place in generation order
-    bool raised_alpha;       // some move has
-    std::int32_t best;
-    std::int32_t best_index; // in generation order
+    std::int32_t hash_index = NO_MOVE_INDEX; // the hash move's place in generation order
+    bool raised_alpha = false;               // some move has
+    std::int32_t best = -MATE_EVAL;
+    std::int32_t best_index = NO_MOVE_INDEX; // in generation order
 };
 
 // The lines of the nodes on the search line, by ply.
@@ -54,8 +52,7 @@ PvLine pv_lines[MAX_LINE_PLIES];
 
 // Every so many nodes: is the time up, or has a command come that ends the search?
 bool IsToStop() {
-    search_info.nodes += static_cast<std::uint64_t>(search_info.node_counter);
-    search_info.node_counter = 0;
+    CountNodes();
     if (!engine_state.pondering && !engine_state.analyze_mode &&
         CurrentTimeU64() - search_info.start_time > search_info.time_limit) {
         return true;
@@ -95,8 +92,9 @@ std::int32_t NullMoveDepth(std::int32_t depth) {
     return depth <= 31 ? depth - 12 : depth - 16;
 }
 
-// A position so good that the side to move could pass: the score that cuts, or UNKNOWN_EVAL.
+// The side to move passes. Returns a score that cuts all the same, or UNKNOWN_EVAL.
 std::int32_t SearchNullMove(const Node& node) {
+    const ScopedMark below_null_move(search_info.null_move);
     std::int32_t score = -MATE_EVAL;
     MakeNullMove();
     if (!HaveKingCaptures()) {
@@ -104,7 +102,6 @@ std::int32_t SearchNullMove(const Node& node) {
                             node.ply + QUARTER_PLIES, nullptr, nullptr, 0);
     }
     UnMakeNullMove();
-    if (search_info.stop) return UNKNOWN_EVAL;
     return score >= node.beta && !IsMateEval(score) ? score : UNKNOWN_EVAL;
 }
 
@@ -135,19 +132,18 @@ std::int32_t TestFutility(Node& node) {
     if (score - margins.reduce < node.beta) return UNKNOWN_EVAL;
     node.depth -= QUARTER_PLIES;
     if (node.depth > HORIZON_MAX_DEPTH) return UNKNOWN_EVAL;
-    return QuiescenceSearch(node.alpha, node.beta, QUIESCENCE_DEPTH, node.ply, node.last_move);
+    return QuiescenceSearch(node.alpha, node.beta, node.ply, node.last_move);
 }
 
 // Internal iterative deepening: a shallower search finds the move to begin with.
 void FindHashMove(Node& node) {
     const std::int32_t depth = node.depth > 31 ? node.depth - 12 : node.depth - 8;
-    search_info.iid = 1;
+    const ScopedMark deepening(search_info.iid);
     const std::int32_t score =
         FullSearch(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
     if (score > node.alpha) {
         ProbeHashTable(zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
     }
-    search_info.iid = 0;
 }
 
 // The last move took a piece of its own value.
@@ -194,20 +190,21 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
 // Searches a batch of moves; their indices in generation order begin at `base`.
-LoopEnd SearchMoves(Node& node, const Move* moves, std::int32_t count, std::int32_t base) {
+LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
     PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
-    PrefetchChildren<true>(moves, std::min(count, PREFETCH_AHEAD));
-    for (std::int32_t i = 0; i < count; ++i) {
-        if (i + PREFETCH_AHEAD < count) PrefetchChildren<true>(moves + i + PREFETCH_AHEAD, 1);
-        MakeMove(moves[i]);
-        const std::int32_t depth = ChildDepth(node, moves[i], is_recapturing);
-        const std::int32_t score = SearchMove(node, moves[i], depth, child_pv);
-        UnMakeMove(moves[i]);
+    PrefetchFirstChildren<true>(list);
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        PrefetchChildAhead<true>(list, i);
+        const Move& move = list.moves[i];
+        MakeMove(move);
+        const std::int32_t depth = ChildDepth(node, move, is_recapturing);
+        const std::int32_t score = SearchMove(node, move, depth, child_pv);
+        UnMakeMove(move);
         if (search_info.stop) return LoopEnd::STOPPED;
         if (score > node.alpha) {
             node.raised_alpha = true;
-            if (node.pv && score < node.beta) TakePv(*node.pv, moves[i], *child_pv);
+            if (node.pv && score < node.beta) TakePv(*node.pv, move, *child_pv);
             node.alpha = score;
         }
         if (score > node.best) {
@@ -215,7 +212,8 @@ LoopEnd SearchMoves(Node& node, const Move* moves, std::int32_t count, std::int3
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // The index stored is the place as searched.
+            // Deliberately the place as searched, which after the exchange with the hash move is
+            // not that in generation order: the node counts depend on it.
             StoreHashTable(zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
@@ -236,33 +234,29 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
 // Generates, orders and searches the node's moves: the hash move first, else as generated, the
 // non-captures only when the captures have not cut.
 std::int32_t SearchNode(Node& node) {
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateCaptures(moves, count, node.last_move);
-    if (count > 0 && TypeOf(moves[0].captured) == KING) return MATE_EVAL - node.ply;
+    MoveList list;
+    GenerateCaptures(list, node.last_move);
+    if (HasKingCapture(list)) return MATE_EVAL - node.ply;
 
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
         FindHashMove(node);
-        if (search_info.stop) return UNKNOWN_EVAL;
+        if (search_info.stop) return STOPPED_EVAL;
     }
 
-    const bool has_all_moves = node.hash_index >= count;
-    if (has_all_moves) {
-        std::int32_t quiet = 0;
-        GenerateNonCaptures(moves + count, quiet);
-        count += quiet;
-    }
-    if (0 < node.hash_index && node.hash_index < count) std::swap(moves[0], moves[node.hash_index]);
+    const bool has_all_moves = node.hash_index >= list.count;
+    if (has_all_moves) GenerateNonCaptures(list);
+    PutHashMoveFirst(list, node.hash_index);
 
-    LoopEnd end = SearchMoves(node, moves, count, 0);
+    LoopEnd end = SearchMoves(node, list, 0);
     if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
-        const std::int32_t base = count;
-        GenerateNonCaptures(moves, count);
-        end = SearchMoves(node, moves, count, base);
+        const std::int32_t base = list.count;
+        list.count = 0;
+        GenerateNonCaptures(list);
+        end = SearchMoves(node, list, base);
     }
-    if (end == LoopEnd::STOPPED) return UNKNOWN_EVAL;
-    return end == LoopEnd::CUT ? node.alpha : EndNode(node, count);
+    if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
+    return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
 } // namespace
@@ -274,24 +268,30 @@ std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t dept
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
-    if (++search_info.node_counter >= NODE_CHECK_INTERVAL && IsToStop()) {
+    if (--search_info.node_counter <= 0 && IsToStop()) {
         search_info.stop = 1;
-        return UNKNOWN_EVAL;
+        return STOPPED_EVAL;
     }
 
     if (IsDraw()) return DRAW_EVAL;
 
-    Node node{alpha,    beta,          depth, ply,        last_move,    pv,
-              extended, NO_MOVE_INDEX, false, -MATE_EVAL, NO_MOVE_INDEX};
+    Node node{.alpha = alpha,
+              .beta = beta,
+              .depth = depth,
+              .ply = ply,
+              .last_move = last_move,
+              .pv = pv,
+              .extended = extended};
     const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, node.hash_index);
     if (known != UNKNOWN_EVAL) return known;
     if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
-        return QuiescenceSearch(alpha, beta, QUIESCENCE_DEPTH, ply, last_move);
+        return QuiescenceSearch(alpha, beta, ply, last_move);
     }
 
     if (IsNullMoveAllowed(node)) {
         const std::int32_t score = SearchNullMove(node);
-        if (score != UNKNOWN_EVAL || search_info.stop) return score;
+        if (search_info.stop) return STOPPED_EVAL;
+        if (score != UNKNOWN_EVAL) return score;
     }
     if (IsFutilityAllowed(node)) {
         const std::int32_t score = TestFutility(node);

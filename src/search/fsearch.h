@@ -3,12 +3,17 @@
 #pragma once
 
 #include "board/move.h"
+#include "search/hash.h"
 #include "search/records.h"
 
 #include <cstdint>
 
+// What a search returns that was told to stop. Nobody uses the value: whoever started the search
+// looks at search_info.stop.
+inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
+
 // Fail-soft score of the position within the window, from the side to move's point of view, or
-// UNKNOWN_EVAL when the search has been told to stop. Depth and ply (the distance from the root,
+// STOPPED_EVAL when the search has been told to stop. Depth and ply (the distance from the root,
 // at least 4) are in quarter-plies; `last_move` is the move that led here, or null below a null
 // move; `pv` gets the principal variation unless it is null; `extended` tells that the move that
 // led here was extended.

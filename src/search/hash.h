@@ -1,9 +1,12 @@
 // The transposition tables: what the search learnt about positions, found again by their keys.
 #pragma once
 
-#include <cstdint>
+#include "board/move.h"
 
-// The value by which a probe says that it has no usable score, and that of a stopped search.
+#include <cstdint>
+#include <utility>
+
+// No score: the tables have none that is usable, or a try gave none.
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
 enum Bound : std::uint16_t {
@@ -50,6 +53,12 @@ std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std
                                       std::int32_t& move_index);
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
                               std::int32_t move_index);
+
+// Exchanges the move of that index with the first; an index that is none of the list's, which a
+// collision of keys can give, changes nothing.
+inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
+    if (0 < index && index < list.count) std::swap(list.moves[0], list.moves[index]);
+}
 
 // Makes the score exact in the full-width entries of the key, where there are any.
 void ForceHashTable(std::uint64_t key, std::int32_t score);

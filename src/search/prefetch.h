@@ -6,6 +6,7 @@
 #include "moves/makemove.h"
 #include "search/hash.h"
 
+#include <algorithm>
 #include <cstdint>
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 3;
@@ -17,16 +18,26 @@ inline constexpr std::int32_t PREFETCH_AHEAD = 3;
     __builtin_prefetch(&entry.age); // some entries lie across two cache lines
 }
 
-// The slots of the positions behind `count` moves that will soon be made: in the quiescence table,
-// which a child at the horizon needs too, and with `IS_FULL` in the full-width tables.
+// The slots of the position behind a move that will soon be made: in the quiescence table, which a
+// child at the horizon needs too, and with `IS_FULL` in the full-width tables.
 template <bool IS_FULL>
-[[gnu::always_inline]] inline void PrefetchChildren(const Move* moves, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        const std::uint64_t key = LikelyKeyAfter(moves[i]);
-        if (IS_FULL) {
-            PrefetchEntry(hash_table_2, key);
-            PrefetchEntry(hash_table_1, key);
-        }
-        PrefetchEntry(hash_table_q, key);
+[[gnu::always_inline]] inline void PrefetchChild(const Move& move) {
+    const std::uint64_t key = LikelyKeyAfter(move);
+    if (IS_FULL) {
+        PrefetchEntry(hash_table_2, key);
+        PrefetchEntry(hash_table_1, key);
     }
+    PrefetchEntry(hash_table_q, key);
+}
+
+// Before the first move of a list is made, and before each.
+template <bool IS_FULL>
+[[gnu::always_inline]] inline void PrefetchFirstChildren(const MoveList& list) {
+    for (std::int32_t i = 0; i < std::min(list.count, PREFETCH_AHEAD); ++i) {
+        PrefetchChild<IS_FULL>(list.moves[i]);
+    }
+}
+template <bool IS_FULL>
+[[gnu::always_inline]] inline void PrefetchChildAhead(const MoveList& list, std::int32_t i) {
+    if (i + PREFETCH_AHEAD < list.count) PrefetchChild<IS_FULL>(list.moves[i + PREFETCH_AHEAD]);
 }

@@ -10,15 +10,13 @@
 #include "search/prefetch.h"
 #include "search/records.h"
 
-#include <algorithm>
 #include <cassert>
-#include <utility>
 
-std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth,
-                              std::int32_t ply, const Move* last_move) {
+std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
+                              const Move* last_move) {
     assert(alpha < beta);
     assert(ply > 0);
-    ++search_info.node_counter;
+    --search_info.node_counter;
 
     std::int32_t hash_index = NO_MOVE_INDEX;
     const std::int32_t known = ProbeQuiescenceHashTable(zobrist_key, alpha, beta, hash_index);
@@ -36,19 +34,18 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
         return alpha;
     }
 
-    Move moves[MAX_MOVES];
-    std::int32_t count = 0;
-    GenerateCaptures(moves, count, last_move);
-    if (count > 0 && TypeOf(moves[0].captured) == KING) return MATE_EVAL - ply;
-    if (0 < hash_index && hash_index < count) std::swap(moves[0], moves[hash_index]);
+    MoveList list;
+    GenerateCaptures(list, last_move);
+    if (HasKingCapture(list)) return MATE_EVAL - ply;
+    PutHashMoveFirst(list, hash_index);
 
-    PrefetchChildren<false>(moves, std::min(count, PREFETCH_AHEAD));
-    for (std::int32_t i = 0; i < count; ++i) {
-        if (i + PREFETCH_AHEAD < count) PrefetchChildren<false>(moves + i + PREFETCH_AHEAD, 1);
-        MakeMove(moves[i]);
-        const std::int32_t score =
-            -QuiescenceSearch(-beta, -alpha, depth - QUARTER_PLIES, ply + QUARTER_PLIES, &moves[i]);
-        UnMakeMove(moves[i]);
+    PrefetchFirstChildren<false>(list);
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        PrefetchChildAhead<false>(list, i);
+        const Move& move = list.moves[i];
+        MakeMove(move);
+        const std::int32_t score = -QuiescenceSearch(-beta, -alpha, ply + QUARTER_PLIES, &move);
+        UnMakeMove(move);
         if (score > best) {
             best = score;
             best_index = i;
@@ -58,7 +55,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
             bound = BOUND_EXACT;
         }
         if (alpha >= beta) {
-            // The place in the list as searched, not in generation order.
+            // Deliberately the place as searched, as in the full-width search.
             StoreQuiescenceHashTable(zobrist_key, alpha, BOUND_LOWER, best_index);
             return alpha;
         }

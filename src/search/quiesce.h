@@ -5,10 +5,7 @@
 
 #include <cstdint>
 
-// Depth of a quiescence search at the horizon; nothing ends by it.
-inline constexpr std::int32_t QUIESCENCE_DEPTH = 1'000'000;
-
 // Fail-soft score of the position within the window, from the side to move's point of view. `ply`
 // is the distance from the root in quarter-plies, `last_move` the move that led here or null.
-std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth,
-                              std::int32_t ply, const Move* last_move);
+std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
+                              const Move* last_move);

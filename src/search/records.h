@@ -11,8 +11,9 @@ inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
 
 // Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
-    std::uint64_t nodes;       // total, to which node_counter is added in chunks
-    std::int32_t node_counter; // nodes not yet in the total
+    std::uint64_t nodes;       // up to the latest CountNodes, the root included
+    std::int32_t node_counter; // nodes left until clock and input are looked at; below 0: overdue
+    std::int32_t counted_from; // what node_counter was at the latest CountNodes
     std::uint64_t start_time;
     std::uint64_t time_limit; // the longest a search on the engine's own clock may run
     std::uint8_t stop;        // the search must unwind
@@ -21,6 +22,24 @@ struct SearchInfo {
     std::int32_t max_ply;     // where full width ends and the quiescence search begins
 };
 extern SearchInfo search_info;
+
+// Adds the nodes since the last time to the total, and puts off the next look by an interval.
+inline void CountNodes() {
+    search_info.nodes +=
+        static_cast<std::uint64_t>(search_info.counted_from - search_info.node_counter);
+    search_info.node_counter = search_info.counted_from = NODE_CHECK_INTERVAL;
+}
+
+// Sets a mark of the search for a scope; behind it the mark is what it was before.
+struct ScopedMark {
+    explicit ScopedMark(std::uint8_t& the_mark) : mark(the_mark), before(the_mark) { mark = 1; }
+    ~ScopedMark() { mark = before; }
+    ScopedMark(const ScopedMark&) = delete;
+    ScopedMark& operator=(const ScopedMark&) = delete;
+
+    std::uint8_t& mark;
+    const std::uint8_t before;
+};
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 

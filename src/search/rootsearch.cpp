@@ -13,10 +13,12 @@
 #include "search/fsearch.h"
 #include "search/hash.h"
 #include "search/records.h"
+#include "search/timecontrol.h"
 
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
+#include <functional>
 #include <span>
 
 namespace {
@@ -25,13 +27,7 @@ constexpr std::int32_t FIRST_DEPTH = 12;       // quarter-plies
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
 constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
 constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
-constexpr std::uint64_t LONG_CLOCK = 5'999;    // centiseconds: more is a minute and above
-constexpr std::uint64_t LAST_RESERVE = 50;     // centiseconds
 constexpr int THINKING_WIDTH = 1'000'000;      // a thinking line is never wrapped
-
-// So that the first node at once looks at the clock and the input.
-constexpr std::int32_t START_NODE_COUNTER = NODE_CHECK_INTERVAL - 1;
-constexpr std::uint64_t START_NODES = static_cast<std::uint64_t>(2 - NODE_CHECK_INTERVAL);
 
 struct RootMove {
     Move move;
@@ -50,17 +46,17 @@ struct Root {
 Root root;
 
 void StartSearch(const Move* last_move) {
-    search_info.nodes = START_NODES;
-    search_info.node_counter = START_NODE_COUNTER;
-    Move moves[MAX_MOVES];
-    GenerateAllLegalMoves(moves, root.count, last_move);
-    for (std::int32_t i = 0; i < root.count; ++i) {
-        root.moves[i] = {moves[i], UNSEARCHED_EVAL, false};
+    search_info.nodes = 1;                                   // the root
+    search_info.node_counter = search_info.counted_from = 1; // the first node looks around at once
+    MoveList list;
+    GenerateAllLegalMoves(list, last_move);
+    root.count = list.count;
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        root.moves[i] = {list.moves[i], UNSEARCHED_EVAL, false};
     }
     root.best_line.length = 0;
     search_info.start_time = CurrentTimeU64();
-    const std::uint64_t clock = game_state.engine_time;
-    search_info.time_limit = clock > LONG_CLOCK ? clock / 10 : clock / 15;
+    search_info.time_limit = TimeLimit(game_state.engine_time);
     search_info.stop = 0;
     search_info.null_move = 0;
     search_info.iid = 0;
@@ -131,8 +127,7 @@ void Iterate(std::int32_t depth) {
         CopyText(analyze_info.move_text, WrittenMove(candidate.move));
         MakeMove(candidate.move);
         const std::int32_t score = SearchRootMove(candidate, i == 0, depth);
-        search_info.nodes += static_cast<std::uint64_t>(search_info.node_counter);
-        search_info.node_counter = 0;
+        CountNodes();
         UnMakeMove(candidate.move);
         if (search_info.stop) return;
         candidate.is_exact = score > root.best || IsExactInTables(candidate.move, score, depth);
@@ -141,20 +136,11 @@ void Iterate(std::int32_t depth) {
     }
 }
 
-void SortRootMoves() {
-    for (std::int32_t i = 1; i < root.count; ++i) {
-        const RootMove moving = root.moves[i];
-        std::int32_t place = i;
-        for (; place > 0 && root.moves[place - 1].score < moving.score; --place) {
-            root.moves[place] = root.moves[place - 1];
-        }
-        root.moves[place] = moving;
-    }
-}
+std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
 
 // The first root move, or at random one of the exact ones that are as good as the first of them.
 const RootMove& ChooseRootMove() {
-    const std::span<const RootMove> moves(root.moves, static_cast<std::size_t>(root.count));
+    const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);
     std::uint32_t good_moves = 0;
     for (auto move = first; move != moves.end() && move->score >= first->score - RANDOM_MARGIN;
@@ -170,27 +156,12 @@ const RootMove& ChooseRootMove() {
     return *chosen;
 }
 
-// On the engine's own clock: another iteration, which may take six times as long as the last one,
-// still fits.
-bool IsTimeForIteration(std::uint64_t iteration_time) {
-    const std::uint64_t clock = game_state.engine_time;
-    // The rest is for the delays between front end and engine, over a hundred moves and more.
-    if (clock < LAST_RESERVE) return false;
-    const std::uint64_t next = 6 * iteration_time;
-    const std::uint64_t increment = game_state.time_increment;
-    const std::uint64_t used = CurrentTimeU64() - search_info.start_time;
-    if (increment > 0 && clock > LONG_CLOCK && clock / increment >= 20 &&
-        2 * (clock / 60) + 3 * increment >= next) {
-        return true;
-    }
-    return next * (increment > 0 ? 15 : 20) <= clock - used;
-}
-
 bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
     if (IsMateEval(score) || root.count == 1 || IsMateEval(root.moves[1].score)) return true;
     if (search_info.stop) return true;
     if (engine_state.pondering || engine_state.analyze_mode) return false;
-    return !IsTimeForIteration(iteration_time);
+    return !IsTimeForIteration({game_state.engine_time, game_state.time_increment},
+                               CurrentTimeU64() - search_info.start_time, iteration_time);
 }
 
 // The second move of the best line, when the move chosen is its first and does not end the game.
@@ -219,7 +190,7 @@ std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* las
     for (bool is_over = false; !is_over && depth <= last_depth; depth += QUARTER_PLIES) {
         const std::uint64_t iteration_start = CurrentTimeU64();
         Iterate(depth);
-        SortRootMoves();
+        std::ranges::stable_sort(RootMoves(), std::ranges::greater{}, &RootMove::score);
         chosen = ChooseRootMove();
         is_over = IsSearchOver(chosen.score, CurrentTimeU64() - iteration_start);
     }

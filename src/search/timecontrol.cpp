@@ -1,0 +1,49 @@
+#include "search/timecontrol.h"
+
+namespace {
+
+// A minute and more is spent in larger shares.
+constexpr std::uint64_t LONG_CLOCK = 5'999;
+constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
+constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;
+
+// What is kept for the delays between front end and engine, over a hundred moves and more.
+constexpr std::uint64_t LAST_RESERVE = 50;
+
+// An iteration may take so many times as long as the one before it.
+constexpr std::uint64_t ITERATION_GROWTH = 6;
+
+// Iterations of that length that the clock must have time for.
+constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
+constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
+
+// A clock of so many increments is long enough to give two sixtieths of itself to an iteration, and
+// three increments.
+constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
+constexpr std::uint64_t CLOCK_PARTS = 60;
+constexpr std::uint64_t PARTS_FOR_ITERATION = 2;
+constexpr std::uint64_t INCREMENTS_FOR_ITERATION = 3;
+
+bool IsRichInIncrements(const TimeLeft& left) {
+    return left.increment > 0 && left.clock > LONG_CLOCK &&
+           left.clock / left.increment >= INCREMENTS_IN_CLOCK;
+}
+
+} // namespace
+
+std::uint64_t TimeLimit(std::uint64_t clock) {
+    return clock / (clock > LONG_CLOCK ? SEARCHES_IN_LONG_CLOCK : SEARCHES_IN_SHORT_CLOCK);
+}
+
+bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t iteration_time) {
+    if (left.clock < LAST_RESERVE) return false;
+    const std::uint64_t next = ITERATION_GROWTH * iteration_time;
+    if (IsRichInIncrements(left) && PARTS_FOR_ITERATION * (left.clock / CLOCK_PARTS) +
+                                            INCREMENTS_FOR_ITERATION * left.increment >=
+                                        next) {
+        return true;
+    }
+    const std::uint64_t iterations =
+        left.increment > 0 ? ITERATIONS_IN_CLOCK_WITH_INCREMENT : ITERATIONS_IN_CLOCK;
+    return next * iterations <= left.clock - used;
+}
