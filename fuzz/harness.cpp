@@ -9,6 +9,7 @@
 #include "notation/notation.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
+#include "play/turns.h"
 #include "search/hash.h"
 #include "snapshot.h"
 
@@ -133,7 +134,6 @@ void PlayUserMove(std::string_view token) {
                     again.to == move.to && again.promoted == move.promoted,
                 "a move that was written reads as itself");
     }
-    MakeForceMove(move);
-    SaveIntoStateHistory(state_history, move, game_state, book_state);
+    Require(PlayMove(token), "a legal move can be played");
     CheckPosition();
 }

@@ -28,7 +28,7 @@ void CheckMoveList(std::span<const Move> moves) {
     static char text[1 << 16];
     engine_state.san_notation = 1;
     std::FILE* file = fmemopen(text, sizeof text, "w+");
-    WritePgnMoveList(file, moves, {true, 1, 80, "*"});
+    WritePgnMoveList(file, moves, {1, 80, "*"});
     std::fputc('\n', file);
     std::rewind(file);
     char token[MOVE_TOKEN_SIZE];

@@ -3,10 +3,10 @@
 #include "frame/startup.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
-#include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "play/newgame.h"
+#include "play/turns.h"
 #include "search/hash.h"
 
 #include <gtest/gtest.h>
@@ -21,10 +21,7 @@ void StartAt(const std::string& fen) {
 void Play(const std::string& moves) {
     std::istringstream words(moves);
     for (std::string word; words >> word;) {
-        Move move;
-        ASSERT_TRUE(ParseMove(word, move) && IsLegalMove(move)) << word;
-        MakeForceMove(move);
-        SaveIntoStateHistory(state_history, move, game_state, book_state);
+        ASSERT_TRUE(PlayMove(word)) << word;
     }
 }
 

@@ -10,6 +10,7 @@
 #include "notation/pgninfo.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
+#include "play/turns.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -191,11 +192,11 @@ TEST(Finish, EndLines) {
 TEST(History, FillsAndEmpties) {
     StartAt("4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     const GameState start = game_state;
-    while (!IsHistoryFull()) {
+    const char* const moves[] = {"e1e2", "e8e7", "e2e1", "e7e8"};
+    for (int i = 0; PlayMove(moves[i % 4]); ++i) {
         game_state.engine_time = 100;
-        Play("e1e2 e8e7 e2e1 e7e8");
     }
-    EXPECT_LE(state_history.count + MAX_LINE_PLIES, MAX_PLY_NUMBER + 3);
+    EXPECT_EQ(state_history.count + MAX_LINE_PLIES, MAX_PLY_NUMBER);
     while (game_state.ply_count > 0) {
         UndoMove();
     }

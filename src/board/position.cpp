@@ -16,13 +16,12 @@ std::int32_t piece_square_eval[COLOURS];
 std::uint64_t zobrist_key;
 std::uint64_t zobrist_xor;
 std::int32_t zobrist_ply_number;
-std::uint64_t zobrist_key_buffer[KEY_BUFFER_SIZE];
-std::uint64_t zobrist_xor_buffer[KEY_BUFFER_SIZE];
+std::uint64_t zobrist_keys[KEY_HISTORY_SIZE];
+std::uint64_t zobrist_xors[KEY_HISTORY_SIZE];
 
 void NewRepresentation() {
     zobrist_key = 0;
     zobrist_xor = 0;
-    std::ranges::fill(zobrist_key_buffer, 0);
     pieces_on_board[WHITE] = pieces_on_board[BLACK] = 8;
     side_to_move = WHITE;
     for (int square = 0; square < SQUARES; ++square) {

@@ -32,17 +32,13 @@ extern std::int32_t piece_square_eval[COLOURS];
 extern std::uint64_t zobrist_key;
 extern std::uint64_t zobrist_xor;
 
-// The keys of the game's and the search line's positions, oldest first, by ply number. The entries
-// before index 0 let readers look back past the first position.
-inline constexpr int KEY_BUFFER_SIZE = 4096;
-inline constexpr int KEY_BUFFER_START = 32;
-inline constexpr int MAX_PLY_NUMBER = KEY_BUFFER_SIZE - KEY_BUFFER_START - 1;
+// The keys of the game's and the search line's positions, oldest first, by ply number.
+inline constexpr int KEY_HISTORY_SIZE = 4096;
+inline constexpr int MAX_PLY_NUMBER = KEY_HISTORY_SIZE - 1;
 inline constexpr int MAX_LINE_PLIES = 320; // the most that a search line adds to the game's plies
 extern std::int32_t zobrist_ply_number;
-extern std::uint64_t zobrist_key_buffer[KEY_BUFFER_SIZE];
-extern std::uint64_t zobrist_xor_buffer[KEY_BUFFER_SIZE];
-inline constexpr std::uint64_t* zobrist_keys = zobrist_key_buffer + KEY_BUFFER_START;
-inline constexpr std::uint64_t* zobrist_xors = zobrist_xor_buffer + KEY_BUFFER_START;
+extern std::uint64_t zobrist_keys[KEY_HISTORY_SIZE];
+extern std::uint64_t zobrist_xors[KEY_HISTORY_SIZE];
 
 inline Bitboard PiecesOf(Colour colour, PieceType type) {
     return pieces_by_type[PieceIndex(colour, type)];

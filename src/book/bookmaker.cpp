@@ -117,7 +117,7 @@ void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {
         const std::span<const Move> moves = FirstMoves(line, line.length).subspan(1);
-        WritePgnMoveList(text, moves, {true, 1, LISTING_WIDTH, "*"});
+        WritePgnMoveList(text, moves, {1, LISTING_WIDTH, "*"});
         std::fputs("\n", text);
     }
     for (const MoveTrieNode* child = node.children; child; child = child->next) {

@@ -36,20 +36,24 @@ inline Bitboard BishopLines(int square) {
     return MOVES_A1H8[LineIndex(square, 0)] | MOVES_A8H1[LineIndex(square, 0)];
 }
 
-// The colour that is given could capture the other side's king.
+// The colour attacks the square. Every question about attacks ends here.
+template <Colour US>
+bool IsAttackedBy(int square) {
+    const Bitboard queens = PiecesOf(US, QUEEN);
+    const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(square);
+    const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(square);
+    // Occupancy matters only where a slider is on a line with the square at all.
+    return (straight && (RookAttacks(square) & straight)) ||
+           (diagonal && (BishopAttacks(square) & diagonal)) ||
+           (ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT)) ||
+           (ATTACKS_PAWN[Opponent(US)][square] & PiecesOf(US, PAWN)) ||
+           (ATTACKS_KING[square] & PiecesOf(US, KING));
+}
+
+// The colour could capture the other side's king.
 template <Colour US>
 bool IsKingCapturable() {
-    constexpr Colour THEM = Opponent(US);
-    const int king = KingSquare(THEM);
-    const Bitboard queens = PiecesOf(US, QUEEN);
-    const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(king);
-    const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(king);
-    // Occupancy matters only where a slider is on a line with the king at all.
-    return (straight && (RookAttacks(king) & straight)) ||
-           (diagonal && (BishopAttacks(king) & diagonal)) ||
-           (ATTACKS_KNIGHT[king] & PiecesOf(US, KNIGHT)) ||
-           (ATTACKS_PAWN[THEM][king] & PiecesOf(US, PAWN)) ||
-           (ATTACKS_KING[king] & PiecesOf(US, KING));
+    return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
 // The squares from which a move of the colour may leave its king to be taken: all when it is in
@@ -72,8 +76,7 @@ inline std::uint8_t HaveKingCaptures() {
     return side_to_move == WHITE ? IsKingCapturable<WHITE>() : IsKingCapturable<BLACK>();
 }
 
-// 1 when the square is attacked by the opponent of the side to move. Looks away from the back rank
-// only and is thus valid for squares on rank 1 and rank 8 alone.
+// 1 when the opponent of the side to move attacks the square, over which its king must not castle.
 std::uint8_t PreventedCastle(int square);
 
 // 1 when the move, already on the board while its maker is still the side to move, is a pawn's

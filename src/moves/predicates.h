@@ -14,10 +14,6 @@ inline std::uint8_t IsWhiteMove(const Move& move) {
     return (move.piece & COLOUR_BITS) == COLOUR_BIT[WHITE];
 }
 
-inline std::uint8_t IsBlackMove(const Move& move) {
-    return (move.piece & COLOUR_BITS) == COLOUR_BIT[BLACK];
-}
-
 inline std::uint8_t IsPawnPushMove(const Move& move) {
     return TypeOf(move.piece) == PAWN && FileOf(move.from) == FileOf(move.to);
 }

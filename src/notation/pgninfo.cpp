@@ -45,17 +45,16 @@ const char* PgnTime() {
     return text;
 }
 
-const char* SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value) {
+void SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value) {
     name = name.substr(0, PGN_TEXT_SIZE - 1);
     const std::int32_t index = FindTag(info, name);
-    if (index == MAX_PGN_TAGS) return nullptr;
+    if (index == MAX_PGN_TAGS) return;
     PgnTag& tag = info.tags[index];
     if (index == info.tag_count) {
         CopyText(tag.name, name);
         ++info.tag_count;
     }
     CopyText(tag.value, value);
-    return tag.value;
 }
 
 const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name) {

@@ -35,8 +35,8 @@ const char* PgnDate();
 const char* PgnTime();
 
 // Stores a value under a name, in a new entry if need be. Texts are cut to their fields; a tag for
-// which there is no room is dropped. Returns the value as stored, or null when it was dropped.
-const char* SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value);
+// which there is no room is dropped.
+void SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value);
 
 // The value stored under a name, or "?", in a static buffer.
 const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name);

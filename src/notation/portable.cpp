@@ -70,7 +70,7 @@ void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveLi
     WriteNextPgnToken(file, style.width, nullptr);
     std::size_t played = 0;
     for (bool goes_on = true; goes_on && played < moves.size(); ++played) {
-        if (style.is_numbered && (played == 0 || IsWhiteMove(moves[played]))) {
+        if (played == 0 || IsWhiteMove(moves[played])) {
             const std::int32_t ply = style.first_ply + static_cast<std::int32_t>(played);
             WriteNextPgnToken(file, style.width, WrittenMoveNumber(ply));
         }
@@ -95,7 +95,7 @@ void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
     }
     std::fputc('\n', file);
     const char* result = GetPgnTagValueByName(info, "Result");
-    WritePgnMoveList(file, moves, {true, info.first_ply, PGN_WIDTH, result});
+    WritePgnMoveList(file, moves, {info.first_ply, PGN_WIDTH, result});
     std::fputs("\n\n", file);
     std::fclose(file);
 }

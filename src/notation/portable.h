@@ -18,7 +18,6 @@ const char* WrittenMoveNumber(std::int32_t ply);
 
 // What stands around the moves of a move list.
 struct MoveListStyle {
-    bool is_numbered;
     std::int32_t first_ply; // ply number of the first move
     int width;
     const char* trailer; // a last token, or null

@@ -65,6 +65,18 @@ void RecordEngineMove(const EngineChoice& choice) {
     game_state.hopeless = IsHopeless(choice.score);
 }
 
+// The legal move that the token names, if there is room for it in the game.
+bool FindLegalMove(std::string_view token, Move& move) {
+    return !IsHistoryFull() && ParseMove(token, move) && IsLegalMove(move);
+}
+
+// Board, game record and book follow a move that the engine did not choose.
+void FollowMove(const Move& move) {
+    MakeForceMove(move);
+    SetNextBookMove(move);
+    UpdateBookHelp();
+}
+
 } // namespace
 
 void MakeEngineMove() {
@@ -87,19 +99,25 @@ void MakeEngineMove() {
     if (engine_state.ponder && !game_state.game_over && !IsFollowingBook()) PonderMove();
 }
 
+bool PlayMove(std::string_view token) {
+    Move move;
+    if (!FindLegalMove(token, move)) return false;
+    FollowMove(move);
+    SaveIntoStateHistory(state_history, move, game_state, book_state);
+    return true;
+}
+
 std::uint8_t MakeUserMove(std::string_view token) {
     pgn_game_info.engine_color = Opponent(side_to_move);
     const std::string_view text = token.substr(0, USER_MOVE_SIZE - 1);
     Move move;
-    if (IsHistoryFull() || !ParseMove(text, move) || !IsLegalMove(move)) {
+    if (!FindLegalMove(text, move)) {
         const std::string message = "Illegal move: " + std::string(text);
         SendCommand(message);
         BlogError(message);
         return 0;
     }
-    MakeForceMove(move);
-    SetNextBookMove(move);
-    UpdateBookHelp();
+    FollowMove(move);
     CheckEndOfGame(&move);
     SaveIntoStateHistory(state_history, move, game_state, book_state);
     return 1;

@@ -8,6 +8,10 @@
 // afterwards if that is wanted. Does nothing when there is no legal move.
 void MakeEngineMove();
 
+// Plays a move of the game that was made elsewhere, a token in either notation; nothing is said.
+// False, and nothing changed, when it is not legal or the history is full.
+bool PlayMove(std::string_view token);
+
 // Plays the user's move, a token in either notation. 0, after a complaint to the front end, when it
 // is not legal.
 std::uint8_t MakeUserMove(std::string_view token);

@@ -69,7 +69,7 @@ void PrintThinking(std::int32_t plies, std::int32_t score) {
     const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
     const std::span<const Move> line(root.best_line.moves,
                                      static_cast<std::size_t>(root.best_line.length));
-    WritePgnMoveList(stdout, line, {true, first_ply, THINKING_WIDTH, nullptr});
+    WritePgnMoveList(stdout, line, {first_ply, THINKING_WIDTH, nullptr});
     std::printf("\n");
 }
 
