@@ -10,8 +10,8 @@ extern std::uint32_t POP_COUNT[POP_COUNT_SIZE];
 // Seeds the generator with its fixed start value and fills POP_COUNT.
 void InitializeUtility();
 
-// One linear congruential generator serves keys, move choice and book: the same seed gives the same
-// numbers everywhere.
+// One linear congruential generator serves keys, move choice and book. The same seed gives the same
+// numbers on every system.
 void SeedRandom(std::uint32_t seed);
 std::uint32_t RandomU15(); // 0 to 32767
 std::uint32_t RandomU32(); // 30 significant bits

@@ -1,4 +1,4 @@
-// Zobrist keys: the random numbers of which a position's hash key is composed.
+// Zobrist keys: the random numbers that make up a position's hash key.
 #pragma once
 
 #include "board/types.h"
@@ -18,6 +18,6 @@ inline std::uint64_t PieceKey(Colour colour, PieceType type, int square) {
     return ZOBRIST_KEY_GLOBAL[PieceIndex(colour, type) * SQUARES + square];
 }
 
-// Draws all keys. Nothing may draw a random number between seeding and this, so that the keys are
-// the same in every run.
+// Draws all keys. They are the same in every run, so nothing may draw a random number between the
+// seeding and this.
 void InitializeZobristKeys();

@@ -44,9 +44,9 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     delete child;
 }
 
-// All moves below the node can be played; they are given the fields that play needs. Promotions to
-// different pieces share a node, so that behind one there may be moves of another: those are
-// dropped.
+// All moves below the node can be played. They get the fields that play needs and that a file may
+// have wrong. Promotions to different pieces share a node, so moves behind a promotion may belong
+// to another piece: those are dropped.
 bool IsPlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;
@@ -134,7 +134,7 @@ std::uint8_t GetNextBookMove(Move& move) {
     for (std::uint32_t skipped = RandomU15() % children; skipped > 0; --skipped) {
         child = child->next;
     }
-    // After a promotion to another piece than the book's, its further moves may not be legal.
+    // The user may have promoted to another piece than the book did, which ends the book here.
     if (!FindLegalMove(child->move, LastMove(), move)) {
         book_state.in_book = 0;
         return 0;

@@ -1,5 +1,5 @@
-// The move trie, in which each node stands for the position reached by the moves from the root,
-// and its file.
+// The move trie and its file. Each node stands for the position that the moves from the root to it
+// reach.
 #pragma once
 
 #include "board/move.h"

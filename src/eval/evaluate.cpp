@@ -63,10 +63,10 @@ std::int32_t PawnStructure() {
     return score;
 }
 
-// Pawn structures seen lately with their scores, as long as no other takes the slot: few of the
-// positions of a tree differ in their pawns.
+// A cache of pawn structures and their scores. It pays because few positions of a tree differ in
+// their pawns.
 struct PawnEntry {
-    Bitboard white; // pawns, and in bit 0, where none can stand, whether the colour has a rook
+    Bitboard white; // pawns; bit 0, where no pawn can stand, tells whether there is a rook
     Bitboard black;
     std::int32_t score;
 };

@@ -38,8 +38,8 @@ void SetOptionValueByName(std::span<Option> options, std::string_view name, std:
 // The value in a static buffer; empty when the option was not given.
 const char* GetOptionValueByName(std::span<const Option> options, std::string_view name);
 
-// Marks just the options that the arguments name and stores their values; a fatal error for an
-// argument that is none, or for an option without its value.
+// Marks the options that the arguments name, and no others, and stores their values. A fatal error
+// for an argument that is no option, or for an option without its value.
 void ReadArguments(std::span<Option> options, std::span<const char* const> arguments);
 
 // A fatal error unless all required options of these are present, and none but these.

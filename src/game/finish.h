@@ -15,8 +15,8 @@ inline std::uint8_t IsMateEval(std::int32_t score) {
     return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
 }
 
-// The side to move has a legal move. `last_move`, the last move played or null, tells whether it
-// could capture en passant; so it does below.
+// The side to move has a legal move. `last_move`, here and below, is the last move played or null;
+// an en-passant capture depends on it.
 std::uint8_t HasLegalMove(const Move* last_move);
 
 // The side to move is in check.
@@ -38,8 +38,8 @@ std::uint8_t IsInsufficientMaterial();
 // Mate, stalemate or insufficient material.
 std::uint8_t IsEndOfGame(const Move* last_move);
 
-// The engine should resign: its move and its four moves before were all judged hopeless. To be
-// asked after the engine's move and before that move is saved in the history.
+// The engine should resign: its last five moves were all judged hopeless. Ask after the engine's
+// move and before that move is saved in the history.
 std::uint8_t ShouldResign();
 
 // Announces the end of the game to the front end if it has come.

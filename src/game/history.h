@@ -22,8 +22,7 @@ struct StateHistory {
 };
 extern StateHistory state_history;
 
-// Plies of a game beyond which no move is made: history and key history hold the game, and the
-// latter a search line on top of it.
+// The longest game, in plies. The key history must also have room for a search line on top of it.
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 

@@ -1,5 +1,5 @@
-// Attack queries: sliding attacks by rotated occupancy look-ups, the king-capture test on which all
-// legality rests, and the tests for castling squares and en-passant rights.
+// Attack queries: sliding attacks looked up in rotated bitboards, the king-capture test on which
+// all legality rests, and the tests for castling squares and en-passant rights.
 #pragma once
 
 #include "board/move.h"
@@ -56,9 +56,9 @@ bool IsKingCapturable() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
-// The squares from which a move of the colour may leave its king to be taken: all when it is in
-// check, else those on a line with the king, and the king's own. From elsewhere only an en-passant
-// capture, which takes two pieces off a line, may.
+// The squares from which a move of the colour can be illegal. In check that is every square. Else
+// it is the king's square and those on a line with it. From other squares only an en-passant
+// capture can be illegal, because it takes two pieces off a line at once.
 template <Colour US>
 Bitboard RiskySquares() {
     if (IsKingCapturable<Opponent(US)>()) return ~Bitboard{0};
@@ -79,6 +79,6 @@ inline std::uint8_t HaveKingCaptures() {
 // 1 when the opponent of the side to move attacks the square, over which its king must not castle.
 std::uint8_t PreventedCastle(int square);
 
-// 1 when the move, already on the board while its maker is still the side to move, is a pawn's
-// double step that an enemy pawn can legally capture en passant.
+// 1 when the move is a pawn's double step that an enemy pawn can legally capture en passant. The
+// move is on the board already, and its maker is still the side to move.
 std::uint8_t IsEnPassantEnablingMove(const Move& move);

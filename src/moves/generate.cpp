@@ -111,7 +111,7 @@ Bitboard AttackedSquares() {
 template <Colour US>
 Move* WriteCaptures(Move* moves, const Move* last_move) {
     MoveWriter writer{moves};
-    // Few victims are attacked at all; only for them it is asked by which pieces.
+    // Most victims are not attacked at all. To know which ones are saves looking for attackers.
     const Bitboard attacked = AttackedSquares<US>();
     for (const PieceType type : PIECES_TO_CAPTURE) {
         Bitboard victims = PiecesOf(Opponent(US), type) & attacked;
@@ -127,7 +127,7 @@ Move* WriteCaptures(Move* moves, const Move* last_move) {
 // The king's and the rook's way by the side of castling, as steps from the king's home.
 struct CastlingWay {
     int rook_from, rook_to, king_to;
-    int empty[3]; // squares between king and rook; 0 fills up
+    int empty[3]; // squares between king and rook; 0 in a place that is not needed
 };
 constexpr CastlingWay CASTLING_WAYS[] = {{3, 1, 2, {1, 2, 0}}, {-4, -1, -2, {-1, -2, -3}}};
 

@@ -10,7 +10,8 @@
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
 
-// Writes a token and fills lines that stay shorter than the width. Null: a new line begins.
+// Writes a token, after a blank or in a new line, so that lines stay shorter than the width. Null:
+// the next token begins a line.
 void WriteNextPgnToken(std::FILE* file, int width, const char* token);
 
 // The number of a ply's move, "12." for white and "12..." for black, in a static buffer.
@@ -23,8 +24,9 @@ struct MoveListStyle {
     const char* trailer; // a last token, or null
 };
 
-// Writes the moves, which start from the position, up to one that ends the game or that is followed
-// by an illegal one. Position and game record are the same afterwards; no line end is written.
+// Writes the moves, which start from the position. Ends behind a move that ends the game, and
+// before one that is illegal. Position and game record are the same afterwards; no line end is
+// written.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
 // Appends a game to the game log. The board shows the game's starting position.

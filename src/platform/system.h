@@ -8,8 +8,8 @@
 #include <string_view>
 
 // Ignores the interrupt and termination signals, which front ends send as a matter of course, and
-// the one about files that grow too large: the write fails then. A standard output that nobody
-// reads any more ends the process at the next write; one that is only full is waited for.
+// the one about files that grow too large, so that the write just fails. When nobody reads standard
+// output any more, the next write ends the process. When it is only full, the write waits.
 void PrepareProcess();
 
 // A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
@@ -21,10 +21,9 @@ bool IsConsoleInput();
 // True when standard error is seen by a person.
 bool IsConsoleErrors();
 
-// How much standard input waits to be read, without blocking: bytes, and for a console the events
-// that count as one byte each. INPUT_UNKNOWN when that cannot be told, or when no more will come
-// because the input has ended or nobody reads standard output, so that a read will decide; such a
-// read does not wait long.
+// How much standard input waits to be read, without blocking: bytes, or the events of a console.
+// INPUT_UNKNOWN when that cannot be told, and when no more will come because the input has ended or
+// nobody reads standard output. A read then tells more, and does not wait long.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
@@ -32,8 +31,8 @@ int WaitingInput();
 // nobody reads standard output.
 bool IsHungUp();
 
-// The next byte of standard input (0 to 255), waiting for it; END_OF_INPUT when the input has ended
-// or cannot be read, or when none is there and nobody reads standard output any more.
+// Waits for the next byte of standard input (0 to 255). END_OF_INPUT when the input has ended or
+// cannot be read, and when nothing is there and nobody reads standard output any more.
 inline constexpr int END_OF_INPUT = -1;
 int ReadInputByte();
 

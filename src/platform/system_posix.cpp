@@ -29,8 +29,8 @@ constexpr std::size_t RoundUp(std::size_t bytes) {
     return (bytes + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
 }
 
-// A call that failed for a moment only: interrupted, or on a descriptor that a front end has made
-// non-blocking; in the second case waits until the descriptor is ready.
+// The call was interrupted, or a front end has made the descriptor non-blocking. In the second case
+// this waits until the descriptor is ready.
 bool IsToRepeat(int descriptor, short events) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
@@ -43,7 +43,7 @@ bool IsToRepeat(int descriptor, short events) {
 struct Events {
     int count; // of the two that have any; negative: poll failed
     short input;
-    short output; // asked for nothing, so only that nobody reads any more
+    short output; // only errors are reported: nobody reads any more
 };
 
 // Waits for an event so many milliseconds at most, -1: for ever.
@@ -112,7 +112,7 @@ void WriteOutput(std::string_view bytes) {
 }
 
 std::FILE* OpenLog(const char* name) {
-    // A named pipe without a reader would be waited for without the flag.
+    // Without O_NONBLOCK a named pipe would wait for a reader.
     const int file = open(name, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
     return file < 0 ? nullptr : fdopen(file, "a");
 }
@@ -124,7 +124,7 @@ void* AllocateTable(std::size_t bytes) {
     void* area = mmap(nullptr, size + LARGE_PAGE, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (area == MAP_FAILED) return nullptr;
-    // Large pages begin at multiples of their size: give back what lies before and behind.
+    // Large pages begin at multiples of their size. Give back what lies before and behind.
     const std::size_t start = reinterpret_cast<std::size_t>(area);
     const std::size_t before = RoundUp(start) - start;
     char* const table = static_cast<char*>(area) + before;

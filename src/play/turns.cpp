@@ -22,8 +22,8 @@
 
 namespace {
 
-// Hopeless: so much behind in score and in material (centipawns), against an opponent with more
-// than so much time (centiseconds) to win it.
+// A game is hopeless when both the score and the balance of material are this bad (centipawns), and
+// the opponent has more than this time to win it (centiseconds).
 constexpr std::int32_t HOPELESS_EVAL = -900;
 constexpr std::uint64_t HOPELESS_OPPONENT_TIME = 2'999;
 

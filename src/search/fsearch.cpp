@@ -23,7 +23,7 @@ namespace {
 constexpr std::int32_t REPETITION_WINDOW = 30; // plies of key history searched
 constexpr std::int32_t DRAW_EVAL = 0;
 
-// In quarter-plies; a "min" is the least at which a step is tried, a "max" the most.
+// In quarter-plies: the least and the greatest depths and plies at which a step is tried.
 constexpr std::int32_t HORIZON_MAX_DEPTH = 3;
 constexpr std::int32_t NULL_MOVE_MIN_DEPTH = 12;
 constexpr std::int32_t PRUNING_MIN_PLY = 12;
@@ -123,8 +123,8 @@ FutilityMargins MarginsAt(std::int32_t depth) {
     return {900, 700};
 }
 
-// A position so far above beta that a look suffices: the score that ends the node, or UNKNOWN_EVAL,
-// then perhaps with a lower depth.
+// A position far above beta is not searched, or less deep. Returns the score that ends the node, or
+// UNKNOWN_EVAL, and may have lowered the depth then.
 std::int32_t TestFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
     const std::int32_t score = Evaluate();
@@ -152,16 +152,16 @@ bool IsEqualTrade(const Move* last_move) {
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
 }
 
-// Depth of the child of a move that has been made: one ply less, or the same for a check, a
-// recapture, or a pawn close to its promotion.
+// The depth below a move that has been made. It is one ply less; but a check, a recapture and a
+// pawn close to its promotion extend the line by that ply.
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
     const bool is_extended =
         IsCheck() || (is_recapturing && move.to == node.last_move->to) || IsPawnToSeventhMove(move);
     return is_extended ? node.depth : node.depth - QUARTER_PLIES;
 }
 
-// The score of a move that has been made: with the full window until a move has raised alpha, from
-// then on with it only for a move that beats alpha in a zero window.
+// Principal-variation search: until a move has raised alpha, moves are searched with the full
+// window. From then on only those are that beat alpha in a zero window.
 std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, PvLine* child_pv) {
     const std::int32_t ply = node.ply + QUARTER_PLIES;
     const std::uint8_t extended = depth == node.depth;
@@ -179,8 +179,8 @@ void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
     pv.length = child.length + 1;
 }
 
-// The index of a searched move in generation order, when the hash move was exchanged with the
-// first.
+// The index of a searched move in generation order. The hash move and the first one have changed
+// places.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -221,11 +221,13 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     return LoopEnd::ALL_SEARCHED;
 }
 
-// The score of a node all of whose moves were searched; the last batch had `count` moves.
+// The score of a node when all its moves have been searched; the last batch had `count` of them.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // Every move lost the king one ply down, or there may be no move at all.
-    const bool has_no_move = node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
-    if (has_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
+    // Deliberately told by the score, which is free: without a legal move every move lost the king
+    // one ply down. The list can also be empty because the captures had their turn before it.
+    const bool may_have_no_move =
+        node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
+    if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
     StoreHashTable(zobrist_key, node.best, node.depth,
                    node.raised_alpha ? BOUND_EXACT : BOUND_UPPER, node.best_index);
     return node.best;

@@ -30,13 +30,14 @@ constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // plies for which a deeper entr
 
 constexpr std::size_t TEXT_SIZE = 128;
 
-// The tables are as they were allocated, all zeros: the first NewHashTable, which comes before any
-// search, need not touch their memory.
+// The tables are all zeros, as they were allocated. The first NewHashTable comes before any search
+// and need not touch their memory.
 bool is_fresh = false;
 
 std::size_t TableBytes() { return std::size_t{hash_table_size} * ENTRY_SIZE; }
 
-// A cleared slot never matches: key 0 would only in slot 0, and key 1 is looked for in slot 1.
+// A cleared slot must not match any position. Its key 0 can only be looked for in slot 0, so that
+// slot gets key 1, which can only be looked for in slot 1.
 void ClearTable(HashEntry* table) {
     if (!is_fresh) std::memset(table, 0, TableBytes());
     table[0].key = 1;

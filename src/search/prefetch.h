@@ -1,5 +1,5 @@
-// Asking for table slots before they are needed. Memory takes about as long as the search of three
-// quiet children, so the keys of that many moves ahead are worth asking for.
+// Prefetching: table slots are asked for before they are needed. Memory takes about as long as the
+// search of three quiet children, so the slots of three moves ahead are asked for.
 #pragma once
 
 #include "board/move.h"
@@ -11,7 +11,7 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 3;
 
-// Inlined always: a compiler takes a call that only prefetches for one without effect.
+// Always inlined, because GCC drops calls of functions that only prefetch.
 [[gnu::always_inline]] inline void PrefetchEntry(const HashEntry* table, std::uint64_t key) {
     const HashEntry& entry = table[static_cast<std::uint32_t>(key) & HASH_TABLE_MASK];
     __builtin_prefetch(&entry.key);

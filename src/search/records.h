@@ -54,8 +54,8 @@ struct AnalyzeInfo {
 };
 extern AnalyzeInfo analyze_info;
 
-// The deepest search that may be asked for, in plies, and how far the full width may run beyond the
-// depth of an iteration, in quarter-plies; and the captures that a quiescence search can add.
+// How long a search line can become. It has the depth of the iteration, which the user may ask for,
+// extensions beyond it (in quarter-plies), and the captures of a quiescence search.
 inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
 inline constexpr std::int32_t MAX_EXTRA_PLY = 56;
 inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;

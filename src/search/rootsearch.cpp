@@ -35,7 +35,7 @@ struct RootMove {
     bool is_exact;
 };
 
-// The state of one search; there is never more than one.
+// The one search that runs.
 struct Root {
     std::int32_t count;
     RootMove moves[MAX_MOVES];
@@ -78,8 +78,8 @@ std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t dep
     return -FullSearch(-beta, -alpha, depth - QUARTER_PLIES, QUARTER_PLIES, &move, line, 0);
 }
 
-// The score of a root move that has been made: in a window around its last score for the first
-// move, in a zero window above the best for the others, and once more when that is too narrow.
+// The score of a root move that has been made. The first move gets a window around its last score,
+// the others a zero window above the best; a score outside is searched for again with a wide one.
 std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
     const Move& move = candidate.move;
     const std::int32_t last = candidate.score;
@@ -95,7 +95,7 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
     return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
 }
 
-// A score that did not beat the best is exact only when the tables hold it as such.
+// A score that did not beat the best is exact only if the tables hold it as exact.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -138,7 +138,8 @@ void Iterate(std::int32_t depth) {
 
 std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
 
-// The first root move, or at random one of the exact ones that are as good as the first of them.
+// The first root move; or at random one of the moves with exact scores that are about as good as
+// the first of these.
 const RootMove& ChooseRootMove() {
     const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);
@@ -164,7 +165,8 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
                                CurrentTimeU64() - search_info.start_time, iteration_time);
 }
 
-// The second move of the best line, when the move chosen is its first and does not end the game.
+// The expected reply is the second move of the best line. There is none when another move than the
+// line's first was chosen, or when the game ends with it.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;
