@@ -1,11 +1,11 @@
 // Move tries and their file, the book in play, building and listing.
+#include "cases.h"
 #include "support.h"
 
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/bookstate.h"
 #include "game/enginestate.h"
-#include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
@@ -16,31 +16,34 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
-#include <set>
+#include <map>
 #include <sstream>
 #include <sys/resource.h>
-#include <vector>
 
 namespace {
 
 namespace fs = std::filesystem;
 
 // A fresh directory, the working directory while a test runs.
-struct BookTest : testing::Test {
+struct Folder {
     fs::path old_path = fs::current_path();
     fs::path path;
 
-    void SetUp() override {
+    Folder() {
         char name[] = "/tmp/korvane-book-XXXXXX";
         path = mkdtemp(name);
         fs::current_path(path);
     }
-    void TearDown() override {
+    ~Folder() {
         engine_state.use_book = 0;
+        FinalizeBook();
         fs::current_path(old_path);
         fs::remove_all(path);
     }
+};
+
+struct Book : testing::Test {
+    Folder folder;
 };
 
 void WriteText(const std::string& name, const std::string& text) {
@@ -61,16 +64,12 @@ std::string BuildAndList(const std::string& input, bool is_pgn, int minimum = 5)
     return ReadText("out.txt");
 }
 
-std::string Game(const std::string& moves) {
-    return "[Event \"?\"]\n[Result \"*\"]\n\n" + moves + " *\n\n";
-}
-
-std::vector<std::string> BookMoves() {
-    std::vector<std::string> moves;
-    for (const MoveTrieNode* child = book_state.node->children; child; child = child->next) {
-        moves.push_back(WrittenMove(child->move));
+std::string Games(int count, const std::string& moves) {
+    std::string games;
+    for (int i = 0; i < count; ++i) {
+        games += "[Event \"?\"]\n[Result \"*\"]\n\n" + moves + " *\n\n";
     }
-    return moves;
+    return games;
 }
 
 std::int32_t NumberAt(const std::string& bytes, std::size_t at) {
@@ -79,9 +78,8 @@ std::int32_t NumberAt(const std::string& bytes, std::size_t at) {
     return number;
 }
 
-TEST_F(BookTest, FileByteForByte) {
-    const std::string games = Game("1. e4 e5") + Game("1. e4 c5") + Game("1. d4 d5");
-    BuildAndList(games, true, 1);
+TEST_F(Book, FileByteForByte) {
+    BuildAndList(Games(1, "1. e4 e5") + Games(1, "1. e4 c5") + Games(1, "1. d4 d5"), true, 1);
     const std::string file = ReadText("out.bk");
     ASSERT_EQ(file.size(), 44u + 40 + 36 + 44 + 36 + 36);
     const std::size_t offsets[] = {0, 44, 84, 120, 164, 200};
@@ -98,149 +96,224 @@ TEST_F(BookTest, FileByteForByte) {
     e4[8] = 0x41;
     e4[10] = 0x49;
     EXPECT_EQ(file.substr(120, 32), e4);
-    EXPECT_EQ(ReadText("out.txt"), "1. e4 e5 *\n1. e4 c5 *\n1. d4 d5 *\n");
-    MakeBook("out.bk", "in", true, 30, 2);
-    EXPECT_EQ(ReadText("out.bk").size(), 40u + 36);
+}
+
+TEST_F(Book, EmptyFileByteForByte) {
     EXPECT_EQ(BuildAndList("", true), "*\n");
     EXPECT_EQ(ReadText("out.bk"), std::string(36, '\0'));
 }
 
-TEST_F(BookTest, Listings) {
-    std::string games = Game("1. d4");
-    for (const char* last : {"Nc6", "Nf6", "d6", "f5", "d5", "Qe7"}) {
-        games += Game(std::string("1. e4 e5 2. Nf3 ") + last);
-    }
-    EXPECT_EQ(BuildAndList(games, true), "1. e4 e5 2. Nf3 *\n");
-    EXPECT_EQ(BuildAndList("e4 e5 *\nd4 d5 *\n", false), "1. e4 e5 *\n1. d4 d5 *\n");
-    // any notation, joined result lines, line ends of another system, a file that just ends
-    EXPECT_EQ(
-        BuildAndList("1. e2e4 e7e5 1-0 drop this\r\n\r\n1. d4\r\n1... d5 1/2-1/2\r\nc2c4", false),
-        "1. e4 e5 *\n1. d4 d5 *\n1. c4 *\n");
-    // a token longer than its buffer is cut, not split in two
-    EXPECT_EQ(BuildAndList("e4" + std::string(200, '!') + " e5 *", false), "1. e4 e5 *\n");
-    std::string longer;
-    for (int i = 0; i < 300; ++i) {
-        longer += " Nf3 Nf6 Ng1 Ng8";
-    }
-    const std::string line = BuildAndList(longer + " *", false);
-    EXPECT_EQ(std::count(line.begin(), line.end(), 'N'), 30);
-    // a promotion, castling and en passant keep their marks on the way through the file
-    const std::string tactics = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
-                                "7. O-O O-O 8. cxd8=N *\n";
-    EXPECT_EQ(BuildAndList(tactics, false), tactics);
-    // promotions to different pieces share a node: the first stays, with what can follow it
-    const std::string fork = "1. e4 d5 2. exd5 c6 3. dxc6 Nf6 4. cxb7 e6 5. bxa8=";
-    EXPECT_EQ(BuildAndList(fork + "Q Be7 6. Qxa7 *\n" + fork + "N Be7 6. Nb6 *\n", false),
-              fork + "Q Be7 6. Qxa7 *\n");
+// What is kept of games, PGN or lines.
+struct Listing {
+    const char* name;
+    std::string input;
+    std::string lines;
+    bool is_pgn = false;
+};
+
+const std::string FORK = "1. e4 d5 2. exd5 c6 3. dxc6 Nf6 4. cxb7 e6 5. bxa8=";
+const std::string TACTICS = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
+                            "7. O-O O-O 8. cxd8=N *\n";
+const Listing LISTINGS[] = {
+    {"MovesOfFiveGames", Games(5, "1. e4 e5") + Games(4, "1. e4 c5") + Games(4, "1. d4 d5"),
+     "1. e4 e5 *\n", true},
+    {"LinesOfAnyNumber", "e4 e5 *\nd4 d5 *\n", "1. e4 e5 *\n1. d4 d5 *\n"},
+    {"Coordinates", "1. e2e4 e7e5", "1. e4 e5 *\n"},
+    {"NothingBehindResults", "e4 1-0 drop this\nd4 *\n", "1. e4 *\n1. d4 *\n"},
+    {"LinesEndedAnyWay", "1. e4 e5 1-0\r\n\r\n1. d4\r\n1... d5 1/2-1/2\r\nc4",
+     "1. e4 e5 *\n1. d4 d5 *\n1. c4 *\n"},
+    {"LongTokens", "e4" + std::string(200, '!') + " e5 *", "1. e4 e5 *\n"},
+    {"SpecialMoves", TACTICS, TACTICS},
+    // they share a node: the first stays, with what can follow it
+    {"PromotionsToTwoPieces", FORK + "Q Be7 6. Qxa7 *\n" + FORK + "N Be7 6. Nb6 *\n",
+     FORK + "Q Be7 6. Qxa7 *\n"},
+};
+
+void CheckListing(const Listing& test) {
+    const Folder folder;
+    EXPECT_EQ(BuildAndList(test.input, test.is_pgn), test.lines);
 }
 
-TEST_F(BookTest, BuildingFailsWhole) {
+const bool ARE_LISTINGS_REGISTERED = RegisterCases<Listing>("Book/Keeps", LISTINGS, CheckListing);
+
+TEST_F(Book, KeepsThirtyPliesOfGamesOfAnyLength) {
+    std::string game;
+    for (int i = 0; i < 300; ++i) {
+        game += " Nf3 Nf6 Ng1 Ng8";
+    }
+    const std::string line = BuildAndList(game + " *", false);
+    EXPECT_EQ(std::count(line.begin(), line.end(), 'N'), 30) << line;
+}
+
+// A process of its own that ends with an error, and leaves the old book and nothing else.
+struct Failure {
+    const char* name;
+    const char* input;
+    void (*act)();
+    const char* message;
+};
+
+void Build() { MakeBook("out.bk", "in", false, 30, 5); }
+
+void BuildOnFullDisk() {
+    const rlimit few_bytes{100, 100};
+    std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &few_bytes);
+    Build();
+}
+
+const Failure FAILURES[] = {
+    {"Comments", "e4 {good} e5 *", Build, "illegal move\\): \\{good\\}"},
+    {"Glyphs", "Nf3! $1 *", Build, "illegal move\\): \\$1"},
+    {"JoinedNumbers", "1.e4 e5 *", Build, "illegal move\\): 1.e4"},
+    {"ImpossibleMoves", "e4 e4 *", Build, "illegal move\\): e4"},
+    {"KingIntoCheck", "e3 e5 Ke2 Qg5 Ke3 *", Build, "illegal move\\): Ke3"},
+    {"NoAnswerToCheck", "e4 d6 Bb5 Nf6 *", Build, "illegal move\\): Nf6"},
+    {"NoInput", "", [] { MakeBook("out.bk", "none", true, 30, 5); },
+     "file does not exist\\): none"},
+    {"NoFolder", "e4 *\n", [] { MakeBook("none/out.bk", "in", false, 30, 5); },
+     "cannot write book file\\): none/out.bk"},
+    {"FullDisk", "e4 e5 Nf3 *\nd4 *\n", BuildOnFullDisk, "cannot write book file\\): out.bk"},
+    {"NoBookToList", "", [] { ShowBook("none", "out.txt"); }, "file does not exist\\): none"},
+    {"NoFolderForTheList", "", [] { ShowBook("out.bk", "none/out.txt"); },
+     "cannot write file\\): none/out.txt"},
+    {"FullDiskForTheList", "", [] { ShowBook("out.bk", "/dev/full"); },
+     "cannot write file\\): /dev/full"},
+};
+
+void CheckFailure(const Failure& test) {
+    const Folder folder;
     BuildAndList("e4 *\n", false);
     const std::string old_book = ReadText("out.bk");
-    for (const char* bad : {"e4 {good} e5 *", "e4 e4 *", "1.e4 e5 *", "Nf3! $1 *", "e3 e5 Ke3 *",
-                            "e4 d6 Bb5 Nf6 *"}) {
-        WriteText("in", bad);
-        EXPECT_EXIT(MakeBook("out.bk", "in", false, 30, 5), testing::ExitedWithCode(1),
-                    "Error \\(illegal move\\): ")
-            << bad;
-    }
-    EXPECT_EXIT(MakeBook("none/out.bk", "out.bk", false, 30, 5), testing::ExitedWithCode(1),
-                "Error");
-    WriteText("in", "e4 *\n");
-    EXPECT_EXIT(MakeBook("none/out.bk", "in", false, 30, 5), testing::ExitedWithCode(1),
-                "Error \\(cannot write book file\\): none/out.bk");
-    const auto build_on_full_disk = [] {
-        const rlimit few_bytes{100, 100};
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &few_bytes);
-        MakeBook("out.bk", "in", false, 30, 5);
-    };
-    WriteText("in", "e4 e5 Nf3 *\nd4 *\n");
-    EXPECT_EXIT(build_on_full_disk(), testing::ExitedWithCode(1),
-                "Error \\(cannot write book file\\): out.bk");
-    EXPECT_EXIT(ShowBook("out.bk", "/dev/full"), testing::ExitedWithCode(1),
-                "Error \\(cannot write file\\): /dev/full");
-    EXPECT_EXIT(MakeBook("out.bk", "nowhere", true, 30, 5), testing::ExitedWithCode(1),
-                "Error \\(file does not exist\\): nowhere");
-    EXPECT_EXIT(ShowBook("nowhere", "out.txt"), testing::ExitedWithCode(1),
-                "Error \\(file does not exist\\): nowhere");
-    EXPECT_EXIT(ShowBook("out.bk", "none/out.txt"), testing::ExitedWithCode(1),
-                "Error \\(cannot write file\\): none/out.txt");
+    WriteText("in", test.input);
+    EXPECT_EXIT(test.act(), testing::ExitedWithCode(1), std::string("Error \\(") + test.message);
     EXPECT_EQ(ReadText("out.bk"), old_book);
-    EXPECT_EQ(std::distance(fs::directory_iterator(path), {}), 3); // no remains
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3); // in, out.bk, out.txt
 }
 
-TEST_F(BookTest, DamagedFiles) {
+const bool ARE_FAILURES_REGISTERED = RegisterCases<Failure>("Book/Fails", FAILURES, CheckFailure);
+
+// A number written over a good book of the lines e4 e5 Nf3 and d4 d5: at 0 the root's record, at 44
+// that of its first child.
+struct Damage {
+    const char* name;
+    std::size_t at;
+    std::int32_t number;
+};
+
+const Damage DAMAGES[] = {
+    {"NegativeCount", 32, -1},
+    {"HugeCount", 32, 1'000'000'000},
+    {"CountTooHigh", 32, 3},
+    {"RecordThatIsItsOwnChild", 36, 0},
+    {"ChildThatTwoShare", 40, 44},
+    {"NegativeOffset", 36, -5},
+    {"OffsetOutsideTheFile", 40, 1'000'000'000},
+    {"MoveFromOffTheBoard", 44, 70},
+    {"MoveToOffTheBoard", 48, -1},
+    {"IllegalMove", 44, 13},
+};
+
+void ExpectDamaged(const std::string& file) {
+    WriteText("bad.bk", file);
+    EXPECT_NE(InitializeBook("bad.bk"), nullptr);
+    EXPECT_EQ(book.children, nullptr);
+    EXPECT_EXIT(ShowBook("bad.bk", "out.txt"), testing::ExitedWithCode(1),
+                "Error \\(damaged book file\\): bad.bk");
+}
+
+void CheckDamage(const Damage& test) {
+    const Folder folder;
+    BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);
+    std::string file = ReadText("out.bk");
+    ASSERT_EQ(NumberAt(file, 36), 44);
+    std::memcpy(file.data() + test.at, &test.number, 4);
+    ExpectDamaged(file);
+}
+
+const bool ARE_DAMAGES_REGISTERED = RegisterCases<Damage>("Book/Damaged", DAMAGES, CheckDamage);
+
+TEST_F(Book, DamagedInLength) {
     BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);
     const std::string good = ReadText("out.bk");
-    std::vector<std::string> damaged = {"", good.substr(0, 35), good.substr(0, good.size() - 1),
-                                        good + "x"};
-    const auto damage = [&](std::size_t at, std::int32_t number) {
-        std::string file = good;
-        std::memcpy(file.data() + at, &number, 4);
-        damaged.push_back(file);
-    };
-    damage(32, -1); // counts that cannot be
-    damage(32, 1'000'000'000);
-    damage(32, 3);
-    damage(36, 0);                  // a record that is its own child
-    damage(40, NumberAt(good, 36)); // two that share one
-    damage(36, -5);
-    damage(40, 1'000'000'000);
-    damage(44, 70); // moves that are not on the board, or not legal there
-    damage(44, 13);
-    damage(48, -1);
-    for (const std::string& file : damaged) {
-        WriteText("bad.bk", file);
-        EXPECT_NE(InitializeBook("bad.bk"), nullptr);
-        EXPECT_EQ(book.children, nullptr);
-        EXPECT_EXIT(ShowBook("bad.bk", "out.txt"), testing::ExitedWithCode(1),
-                    "Error \\(damaged book file\\): bad.bk");
+    for (const std::size_t size : {std::size_t{0}, std::size_t{35}, good.size() - 1}) {
+        ExpectDamaged(good.substr(0, size));
     }
-    EXPECT_EQ(InitializeBook("out.bk"), nullptr);
-    FinalizeBook();
+    ExpectDamaged(good + "x");
 }
 
-TEST_F(BookTest, InPlay) {
-    BuildAndList("e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 *\n", false);
-    ASSERT_EQ(InitializeBook("out.bk"), nullptr);
-    engine_state.use_book = 1;
-    NewGame();
-    EXPECT_STREQ(book_state.help, " 1. e2e4\n 1. d2d4\n");
-    std::set<std::string> seen;
-    Move move;
-    for (int i = 0; i < 100; ++i) {
+// A game in the book of these lines.
+struct BookInPlay : Book {
+    void SetUp() override {
+        BuildAndList("e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 *\nc4 e5 *\n", false);
+        ASSERT_EQ(InitializeBook("out.bk"), nullptr);
+        engine_state.use_book = 1;
         NewGame();
-        ASSERT_TRUE(GetNextBookMove(move));
-        seen.insert(WrittenMove(move));
     }
-    EXPECT_EQ(seen, (std::set<std::string>{"e2e4", "d2d4"}));
+};
 
-    NewGame();
-    for (const char* token : {"e4", "e5"}) {
-        ASSERT_TRUE(ParseMove(token, move));
+void PlayInBook(const std::string& moves) {
+    std::istringstream words(moves);
+    for (std::string word; words >> word;) {
+        Move move;
+        ASSERT_TRUE(ParseMove(word, move));
         MakeForceMove(move);
         SetNextBookMove(move);
+        UpdateBookHelp();
         SaveIntoStateHistory(state_history, move, game_state, book_state);
     }
+}
+
+std::string NextMove() {
+    Move move;
+    return GetNextBookMove(move) ? WrittenMove(move) : "none";
+}
+
+TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
+    std::map<std::string, int> times;
+    for (int i = 0; i < 3000; ++i) {
+        NewBookState();
+        ++times[NextMove()];
+    }
+    EXPECT_EQ(times.size(), 3u);
+    for (const char* move : {"e2e4", "d2d4", "c2c4"}) {
+        EXPECT_NEAR(times[move], 1000, 250) << move; // ten times the deviation to be expected
+    }
+}
+
+TEST_F(BookInPlay, TellsItsMoves) {
+    EXPECT_STREQ(book_state.help, " 1. e2e4\n 1. d2d4\n 1. c2c4\n");
+    PlayInBook("e4");
+    EXPECT_STREQ(book_state.help, " 1... e7e5\n 1... c7c5\n");
+    PlayInBook("e5");
     engine_state.san_notation = 1;
     EXPECT_STREQ(WrittenBookHelp(), " 2. Nf3\n");
     engine_state.san_notation = 0;
-    ASSERT_TRUE(ParseMove("f4", move)); // leaves the book
-    MakeForceMove(move);
-    SetNextBookMove(move);
-    UpdateBookHelp();
+}
+
+TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
+    PlayInBook("e4 e5 f4");
     EXPECT_STREQ(book_state.help, " Out of book!\n");
-    EXPECT_FALSE(GetNextBookMove(move));
-    UnMakeMove(game_state.last_move);
-    LoadFromStateHistory(state_history, game_state, book_state); // and one move back: in it again
-    EXPECT_EQ(book_state.in_book, 1);
-    EXPECT_EQ(BookMoves(), (std::vector<std::string>{"e7e5", "c7c5"}));
-    StartAt(INITIAL_FEN); // a set-up position is never in the book
-    EXPECT_FALSE(GetNextBookMove(move));
+    EXPECT_EQ(NextMove(), "none");
+    UndoMove();
+    EXPECT_EQ(NextMove(), "g1f3");
+}
+
+TEST_F(BookInPlay, EndsWithItsLines) {
+    PlayInBook("d4 d5");
+    EXPECT_STREQ(book_state.help, " Out of book!\n");
+    EXPECT_EQ(NextMove(), "none");
+}
+
+TEST_F(BookInPlay, EndsWithASetUpPosition) {
+    StartAt(INITIAL_FEN);
+    EXPECT_EQ(NextMove(), "none");
+}
+
+TEST_F(BookInPlay, CanBeSwitchedOff) {
     engine_state.use_book = 0;
+    EXPECT_EQ(NextMove(), "none");
     EXPECT_STREQ(WrittenBookHelp(), " Book not available!\n");
-    FinalizeBook();
 }
 
 } // namespace
