@@ -1,7 +1,6 @@
 #include "board/bitboard.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <span>
 
@@ -41,19 +40,13 @@ namespace {
 
 constexpr int DIAGONALS = 15;
 
-constexpr PieceType HOME_ROW[BOARD_SIDE] = {ROOK, KNIGHT, BISHOP, QUEEN,
-                                            KING, BISHOP, KNIGHT, ROOK};
-
-constexpr std::array<Piece, SQUARES> MakeNewPosition() {
-    std::array<Piece, SQUARES> board{};
-    for (int file = FILE_A; file <= FILE_H; ++file) {
-        board[SquareOf(file, RANK_1)] = UnmovedPiece(WHITE, HOME_ROW[file]);
-        board[SquareOf(file, RANK_2)] = UnmovedPiece(WHITE, PAWN);
-        board[SquareOf(file, RANK_7)] = UnmovedPiece(BLACK, PAWN);
-        board[SquareOf(file, RANK_8)] = UnmovedPiece(BLACK, HOME_ROW[file]);
-    }
-    return board;
-}
+// Unmoved pieces, named as in FEN but for their colour.
+constexpr Piece WP = UnmovedPiece(WHITE, PAWN), WN = UnmovedPiece(WHITE, KNIGHT);
+constexpr Piece WB = UnmovedPiece(WHITE, BISHOP), WR = UnmovedPiece(WHITE, ROOK);
+constexpr Piece WQ = UnmovedPiece(WHITE, QUEEN), WK = UnmovedPiece(WHITE, KING);
+constexpr Piece BP = UnmovedPiece(BLACK, PAWN), BN = UnmovedPiece(BLACK, KNIGHT);
+constexpr Piece BB = UnmovedPiece(BLACK, BISHOP), BR = UnmovedPiece(BLACK, ROOK);
+constexpr Piece BQ = UnmovedPiece(BLACK, QUEEN), BK = UnmovedPiece(BLACK, KING);
 
 constexpr int RankStep(Colour colour) { return PAWN_STEP[colour] / BOARD_SIDE; }
 
@@ -244,7 +237,18 @@ void FillNeighbourhoods() {
 
 } // namespace
 
-constexpr std::array<Piece, SQUARES> NEW_POSITION = MakeNewPosition();
+// clang-format off
+const Piece NEW_POSITION[SQUARES] = {
+    WR, WN, WB, WQ, WK, WB, WN, WR,
+    WP, WP, WP, WP, WP, WP, WP, WP,
+     0,  0,  0,  0,  0,  0,  0,  0,
+     0,  0,  0,  0,  0,  0,  0,  0,
+     0,  0,  0,  0,  0,  0,  0,  0,
+     0,  0,  0,  0,  0,  0,  0,  0,
+    BP, BP, BP, BP, BP, BP, BP, BP,
+    BR, BN, BB, BQ, BK, BB, BN, BR,
+};
+// clang-format on
 
 void InitializeBitBoard() {
     FillPlainAndFileOrders();

@@ -5,7 +5,6 @@
 #include "board/types.h"
 #include "board/utility.h"
 
-#include <array>
 #include <bit>
 #include <cassert>
 #include <cstdint>
@@ -84,8 +83,8 @@ extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES];
 extern Bitboard PAWN_ISOLATED[SQUARES];
 extern Bitboard PAWN_DOUBLED[SQUARES];
 
-// The initial board, square by square, and its bitboards.
-extern const std::array<Piece, SQUARES> NEW_POSITION;
+// The initial board, from a1 to h8, and its bitboards.
+extern const Piece NEW_POSITION[SQUARES];
 extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
 extern Bitboard NEW_PIECES_ALL_RANK[COLOURS];
 extern Bitboard NEW_PIECES_ALL_FILE[COLOURS];
