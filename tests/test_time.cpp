@@ -54,6 +54,12 @@ const bool ARE_ITERATIONS_REGISTERED =
         EXPECT_EQ(IsTimeForIteration(test.left, test.used, test.iteration_time), test.fits);
     });
 
+// Searches without a word.
+struct Time : testing::Test {
+    void SetUp() override { engine_state.post_thinking = 0; }
+    void TearDown() override { engine_state.post_thinking = 1; }
+};
+
 // A search that began long ago looks at the clock at its first node.
 std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     StartAt(INITIAL_FEN);
@@ -64,14 +70,14 @@ std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     return FullSearch(-500, 500, 8, 4, LastMove(), nullptr, 0);
 }
 
-TEST(Time, StopsASearch) {
+TEST_F(Time, StopsASearch) {
     EXPECT_EQ(SearchPastItsTime(0), STOPPED_EVAL);
     EXPECT_TRUE(search_info.stop);
     SearchPastItsTime(UNKNOWN_CLOCK);
     EXPECT_FALSE(search_info.stop);
 }
 
-TEST(Time, IsLookedAtAgainAndAgain) {
+TEST_F(Time, IsLookedAtAgainAndAgain) {
     StartAt(INITIAL_FEN);
     Play("e2e4");
     search_info = {};
@@ -84,28 +90,32 @@ TEST(Time, IsLookedAtAgainAndAgain) {
 }
 
 // Pondering and analysis have no clock, between iterations neither.
-TEST(Time, DoesNotStopPonderingAndAnalysis) {
+TEST_F(Time, DoesNotStopPonderingAndAnalysis) {
     for (std::uint8_t* const mode : {&engine_state.pondering, &engine_state.analyze_mode}) {
         StartAt(INITIAL_FEN);
         game_state.engine_time = 0;
-        engine_state.post_thinking = 0;
         engine_state.depth_limit = 5 * QUARTER_PLIES;
         *mode = 1;
         FindBestMove(nullptr, nullptr, nullptr);
         *mode = 0;
         EXPECT_EQ(analyze_info.depth, 5);
-        engine_state.post_thinking = 1;
     }
 }
 
+TEST_F(Time, LimitsASearchByTheClock) {
+    StartAt(INITIAL_FEN);
+    game_state.engine_time = 5'999;
+    engine_state.depth_limit = 3 * QUARTER_PLIES;
+    FindBestMove(nullptr, nullptr, nullptr);
+    EXPECT_EQ(search_info.time_limit, 399u);
+}
+
 // With half a second or more the second iteration of so small a position fits into any clock.
-TEST(Time, KeepsTheLastHalfSecond) {
+TEST_F(Time, KeepsTheLastHalfSecond) {
     for (const std::uint64_t clock : {49, 100'000}) {
         StartAt("8/8/8/8/8/1k6/8/K6B w - - 0 1");
         game_state.engine_time = clock;
-        engine_state.post_thinking = 0;
         FindBestMove(nullptr, nullptr, nullptr);
-        engine_state.post_thinking = 1;
         EXPECT_EQ(analyze_info.depth > 3, clock > 49) << clock;
     }
 }
