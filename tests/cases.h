@@ -1,8 +1,11 @@
-// Named cases of one behaviour, each a test of its own: `Suite.Name`.
+// Named cases of one behaviour, each a test of its own: `Suite.Name`. They stand in a table or,
+// where they are all text, in a file under tests/cases/.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <span>
+#include <string>
+#include <vector>
 
 template <typename Case>
 using CheckOfCase = void (*)(const Case&);
@@ -19,14 +22,25 @@ struct CaseTest : testing::Test {
 // Registers a test for every case, named by the case's field `name`. The cases must live as long as
 // the program. The value only serves to make the call at start-up:
 //
-//     const bool ARE_CLAIMS_REGISTERED = RegisterCases<Claim>("Protocol/Claims", CLAIMS,
-//     CheckClaim);
+//     const bool ARE_CLAIMS_REGISTERED = RegisterCases<Claim>("Protocol/Claims", CLAIMS, Check);
 template <typename Case>
 bool RegisterCases(const char* suite, std::span<const Case> cases, CheckOfCase<Case> check) {
     for (const Case& test : cases) {
         testing::RegisterTest(
-            suite, test.name, nullptr, nullptr, __FILE__, __LINE__,
+            suite, std::string(test.name).c_str(), nullptr, nullptr, __FILE__, __LINE__,
             [&test, check]() -> CaseTest<Case>* { return new CaseTest<Case>(test, check); });
     }
     return true;
 }
+
+// A line of a file of cases, "NAME | FIELD | FIELD ...".
+struct TextCase {
+    std::string name;
+    std::vector<std::string> fields; // what stands behind the name; missing ones are empty
+};
+
+// Registers a test for every line of the file; empty lines and those that begin with '#' are none.
+bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check);
+
+// The text of a file under tests/cases/.
+std::string ReadCases(const char* file_name);

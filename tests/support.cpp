@@ -1,4 +1,5 @@
 #include "support.h"
+#include "cases.h"
 
 #include "frame/startup.h"
 #include "game/enginestate.h"
@@ -9,12 +10,16 @@
 #include "play/turns.h"
 #include "search/hash.h"
 
-#include <gtest/gtest.h>
+#include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 void StartAt(const std::string& fen) {
     engine_state.san_notation = 0;
     NewGame();
+    if (fen == "startpos") return;
     ASSERT_TRUE(SetBoardFen(fen)) << fen;
 }
 
@@ -34,6 +39,31 @@ std::string LegalMoves() {
         text += WrittenMove(list.moves[i]);
     }
     return text;
+}
+
+std::string ReadCases(const char* file_name) {
+    std::ifstream file(std::string(KORVANE_CASES) + "/" + file_name);
+    std::string text(std::istreambuf_iterator<char>(file), {});
+    if (text.empty()) std::abort(); // no case would be run
+    return text;
+}
+
+bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check) {
+    constexpr std::size_t MAX_FIELDS = 4;
+    static std::deque<std::vector<TextCase>> files; // of the whole run
+    std::vector<TextCase>& cases = files.emplace_back();
+    std::istringstream lines(ReadCases(file_name));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line.front() == '#') continue;
+        std::vector<std::string> fields;
+        for (std::size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 3) {
+            bar = line.find(" | ", from);
+            fields.push_back(line.substr(from, bar - from));
+        }
+        cases.push_back({fields[0], {fields.begin() + 1, fields.end()}});
+        cases.back().fields.resize(MAX_FIELDS);
+    }
+    return RegisterCases<TextCase>(suite, cases, check);
 }
 
 int main(int argc, char** argv) {

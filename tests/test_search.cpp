@@ -6,6 +6,7 @@
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "notation/notation.h"
+#include "play/turns.h"
 #include "search/hash.h"
 #include "search/records.h"
 #include "search/rootsearch.h"
@@ -130,88 +131,65 @@ Thought Think(std::int32_t plies, bool is_random = false) {
     return thought;
 }
 
-// Lines that separate programs print for the same searches: any change of the tree shows here.
+std::string LastLine(const Thought& thought) {
+    std::istringstream lines(thought.lines);
+    std::string last;
+    for (std::string line; std::getline(lines, line);) {
+        last = line;
+    }
+    return last;
+}
+
+// Searches of a position, or of a game that the engine plays by itself, with the lines that other
+// programs print for them.
 struct Reference {
-    const char* name;
-    const char* fen;
-    std::int32_t plies;
-    const char* lines;
-    const char* move;
+    std::string name, fen, text;
+    std::int32_t plies = 0;
 };
 
-const Reference REFERENCES[] = {
-    {"Opening", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", 6,
-     "3 20 242 1. b1c3 b8c6 2. g1f3\n4 0 2184 1. b1c3 b8c6 2. g1f3 g8f6\n"
-     "5 4 7650 1. b1c3 b8c6 2. g1f3 g8f6 3. d2d4\n"
-     "6 0 53698 1. b1c3 b8c6 2. g1f3 g8f6 3. d2d4 d7d5\n",
-     "b1c3"},
-    {"MiddleGame", "r2q1rk1/1b2bppp/p1n1pn2/1p6/3P4/1BN2N2/PP2QPPP/R1BR2K1 b - - 3 13", 4,
-     "3 -201 3756 13... c6d4 14. f3d4 e7d6\n3 36 7052 13... c6b4 14. c1f4 b4d5\n"
-     "3 47 8678 13... c6a5 14. b3c2 a5c4\n4 39 20625 13... c6a5 14. b3c2 a5c4 15. f3e5\n",
-     "c6a5"},
-    {"Mating", "3r2k1/pp3ppp/2p5/8/2P1n3/1P2P3/P3BPPP/3R2K1 w - - 0 24", 9,
-     "3 999992 45 24. d1d8\n", "d1d8"},
-    {"Mated", "k7/8/1K6/8/8/2p5/8/2R5 b - - 0 1", 8,
-     "3 -530 116 1... a8b8 2. c1c3 b8a8\n4 -999980 831 1... a8b8 2. c1c3 b8a8 3. c3c8\n", "a8b8"},
-    {"PawnEnding", "1k6/8/8/8/1P6/8/8/7K b - - 0 1", 8,
-     "3 -111 58 1... b8a7 2. h1g2 a7b6\n3 -105 137 1... b8b7 2. h1g2 b7c6\n"
-     "3 -99 220 1... b8c7 2. h1g2 c7d6\n4 -111 328 1... b8c7 2. h1g2 c7d6 3. g2f3\n"
-     "5 -105 652 1... b8c7 2. h1g2 c7d6 3. g2f3 d6d5\n"
-     "6 -12 1583 1... b8c7 2. h1g2 c7b6 3. g2f3 b6b5 4. f3e4\n"
-     "7 0 2296 1... b8c7 2. h1g2 c7b6 3. g2f3 b6b5 4. f3e4 b5b4\n"
-     "8 0 2940 1... b8c7 2. h1g2 c7b6 3. g2f3 b6b5 4. f3e4 b5b4\n",
-     "b8c7"},
-    {"EnPassant", "rn2k1n1/3pbN2/4p3/4P3/p7/8/PP3P1P/R2K3R b q - 0 1", 4,
-     "3 223 917 1... e8f7 2. f2f4 d7d6\n4 223 2899 1... e8f7 2. f2f4 d7d6 3. e5d6\n", "e8f7"},
-};
+const std::vector<Reference>& References() {
+    static std::vector<Reference> references;
+    std::istringstream lines(ReadCases("thinking.txt"));
+    for (std::string line, word; std::getline(lines, line);) {
+        std::istringstream words(line);
+        if (line.starts_with("name ")) {
+            words >> word >> references.emplace_back().name;
+        } else if (line.starts_with("position ")) {
+            references.back().fen = line.substr(line.find(' ') + 1);
+        } else if (line.starts_with("depth ")) {
+            words >> word >> references.back().plies;
+        } else if (!line.empty() && line.front() != '#') {
+            references.back().text += line + "\n";
+        }
+    }
+    return references;
+}
 
 void CheckReference(const Reference& test) {
     StartAt(test.fen);
-    const Thought thought = Think(test.plies);
-    EXPECT_EQ(thought.lines, test.lines);
-    EXPECT_EQ(thought.move, test.move);
+    std::string text;
+    while (text.size() < test.text.size()) {
+        const Thought thought = Think(test.plies);
+        text += thought.lines + "move " + thought.move + "\n";
+        if (!PlayMove(thought.move)) break;
+    }
+    EXPECT_EQ(text, test.text);
 }
 
 const bool ARE_REFERENCES_REGISTERED =
-    RegisterCases<Reference>("Search/Lines", REFERENCES, CheckReference);
+    RegisterCases<Reference>("Search/Lines", References(), CheckReference);
 
-// A move that draws, after a game, and whether it is the best.
-struct Draw {
-    const char* name;
-    const char* fen;
-    const char* game;
-    const char* move;
-    bool is_best;
-};
-
-const char* const ROOK = "4k3/8/8/8/8/8/8/4K2R w - - 0 1";
-
-const Draw DRAWS[] = {
-    {"SavedByStalemate", "8/8/5r2/k1K5/2Q5/8/8/8 b - - 0 1", "", "f6c6", true},
-    {"SavedByPromotionAndStalemate", "6k1/3p4/7K/8/1Q6/8/6p1/8 b - - 0 1", "", "g2g1q", true},
-    {"NoStalematingByCapture", "k7/2r5/3Q4/8/8/8/4K3/8 w - - 0 1", "", "d6c7", false},
-    {"SavedByTakingTheLastPawn", "8/8/8/8/3k4/4P3/8/6NK b - - 0 1", "", "d4e3", true},
-    {"ThirdOccurrence", ROOK, "Rg1 Kd8 Rh1 Ke8 Rg1 Kd8 Rh1", "d8e8", true},
-    {"SecondOccurrence", ROOK, "Rg1 Kd8 Rh1", "d8e8", false},
-    {"FirstOccurrenceThirtyPliesAgo", ROOK,
-     "Rh2 Kd8 Rh3 Kc8 Rh4 Kb8 Rh5 Kb7 Rg5 Kc7 Rg4 Kd7 Rg3 Ke7 Rg2 Kf7 Ra2 Kf6 Ra3 Ke6 Ra4 Kd6 "
-     "Rh4 Kd7 Rh1 Ke8 Rg1 Kd8 Rh1",
-     "d8e8", true},
-    {"FirstOccurrenceThirtyTwoPliesAgo", ROOK,
-     "Rh2 Kd8 Rh3 Kc8 Rh4 Kb8 Rh5 Kb7 Rg5 Kc7 Rg4 Kd7 Rg3 Ke7 Rg2 Kf7 Ra2 Kf6 Ra3 Ke6 Ra4 Kd6 "
-     "Ra5 Kc6 Rh5 Kd7 Rh1 Ke8 Rg1 Kd8 Rh1",
-     "d8e8", false},
-};
-
-void CheckDraw(const Draw& test) {
-    StartAt(test.fen);
-    Play(test.game);
+// A position, a game, the move that draws, and whether it is the best one.
+void CheckDraw(const TextCase& test) {
+    StartAt(test.fields[0]);
+    Play(test.fields[1]);
+    const bool is_best = test.fields[3] == "best";
     const Thought thought = Think(4);
-    EXPECT_EQ(thought.move == test.move, test.is_best) << thought.move;
-    EXPECT_EQ(thought.score == 0, test.is_best) << thought.score;
+    EXPECT_EQ(thought.move == test.fields[2], is_best) << thought.move;
+    EXPECT_EQ(thought.score == 0, is_best) << thought.score;
 }
 
-const bool ARE_DRAWS_REGISTERED = RegisterCases<Draw>("Search/Draws", DRAWS, CheckDraw);
+const bool ARE_DRAWS_REGISTERED = RegisterFile("Search/Draws", "draws.txt", CheckDraw);
 
 // A position and the moves that the engine plays, one time or another, when it may choose; the
 // best is the last. The search before, if any, leaves its scores in the tables.
@@ -251,6 +229,19 @@ TEST(Search, EndsWhenEveryOtherMoveIsMated) {
     const Thought thought = Think(8);
     EXPECT_EQ(thought.move, "c8c7");
     EXPECT_EQ(thought.lines.find("\n4 "), std::string::npos);
+}
+
+// Two searches whose nodes were counted when they were known to do what is said.
+TEST(Search, LeavesMatedMovesAlone) {
+    StartAt("1k6/pp6/1P6/8/8/8/r4P2/3R2K1 b - - 0 1");
+    EXPECT_EQ(LastLine(Think(5)), "5 79 18306 1... a7b6 2. d1c1 b8a7 3. f2f4 a7a6");
+}
+
+TEST(Search, SeesNoRepetitionBelowANullMove) {
+    StartAt("5rk1/ppp2ppp/2n5/3p4/3P4/2N1N3/PPP2PPP/5RK1 w - - 0 1");
+    Play("Rd1 Re8 Rf1 Rd8 Rd1 Re8 Rf1 Rd8 Re1 Rf8 Rf1 Rd8 Re1 Rf8 Rf1 Rd8 Rd1 Rf8 Re1 Rd8 Rf1 Rf8");
+    EXPECT_EQ(LastLine(Think(6)),
+              "6 351 118648 12. c3b5 f8d8 13. b5c7 c6d4 14. f1d1 d4e2 15. g1f1");
 }
 
 TEST(Search, EndsWithASingleMove) {
