@@ -35,7 +35,8 @@ bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
 
 } // namespace
 
-EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation)
+EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation,
+                             const std::string& preparation)
     : directory(std::filesystem::temp_directory_path() / "korvane_test_XXXXXX") {
     std::signal(SIGPIPE, SIG_IGN); // an engine that has gone fails its own test only
     std::istringstream stream(invocation + " " + arguments);
@@ -45,6 +46,7 @@ EngineProcess::EngineProcess(const std::string& arguments, const std::string& in
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     const bool is_ready = mkdtemp(directory.data()) && pipe2(in, O_CLOEXEC) == 0 &&
                           pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
+    EXPECT_EQ(std::system(("cd " + directory + "; " + preparation).c_str()), 0);
     fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
@@ -106,6 +108,15 @@ std::string Ask(EngineProcess& engine, const std::string& lines) {
     return answer.substr(0, answer.rfind("pong "));
 }
 
+std::string Game(const std::string& moves) {
+    return std::regex_replace(" " + moves, std::regex(" "), "\nusermove ");
+}
+
+void StartThinking(EngineProcess& engine, const std::string& command) {
+    SendLines(engine, MIDDLE_GAME + "sd 50\n" + command);
+    ReadUntil(engine, THINKING + "1\\. .*");
+}
+
 void CloseInput(EngineProcess& engine) {
     close(engine.input);
     engine.input = -1;
@@ -131,4 +142,8 @@ Ending WaitForExit(EngineProcess& engine) {
 std::string ReadFile(const EngineProcess& engine, const std::string& name) {
     std::ifstream file(engine.directory + "/" + name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string LayBook(const std::string& moves) {
+    return "echo '" + moves + " *' | " KORVANE_BINARY " --make-book --format=txt -f /dev/stdin";
 }

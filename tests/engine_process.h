@@ -12,11 +12,31 @@
 // Small tables, which start fast, and the same moves every time.
 inline const std::string PLAY = "--hash-size=1 --no-random";
 
+// There are 48 moves, and nothing is decided for long.
+inline const std::string MIDDLE_GAME =
+    "setboard r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1\n";
+
+// Patterns of lines that the engine tells: its move, the start of a thinking line.
+inline const std::string MOVE = "move [a-h][1-8][a-h][1-8][nbrq]?";
+inline const std::string THINKING = "[ \\d]\\d[ \\d-]{7}\\d[ \\d]{7}\\d[ \\d]{10}\\d   ";
+
+inline const std::string UNKNOWN = "Error (unknown command): ";
+inline const std::string REFUSED = "tellusererror Illegal position\n";
+inline const std::string NO_BOOK = " Book not available!\n\n";
+
+// A named case: lines for an engine, and what is expected of it.
+struct Exchange {
+    const char* name;
+    std::string lines;
+    std::string answer = "";
+};
+
 // An engine that runs in a fresh directory of its own; process and directory go with the record.
-// The arguments are separated by blanks.
+// The arguments are separated by blanks; a shell command can prepare the directory.
 struct EngineProcess {
     explicit EngineProcess(const std::string& arguments = PLAY,
-                           const std::string& invocation = KORVANE_BINARY);
+                           const std::string& invocation = KORVANE_BINARY,
+                           const std::string& preparation = "");
     ~EngineProcess();
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;
@@ -40,6 +60,12 @@ std::string ReadUntil(EngineProcess& engine, const std::string& pattern);
 // Sends the lines and gives all that comes before the answer to a ping sent behind them.
 std::string Ask(EngineProcess& engine, const std::string& lines);
 
+// Moves as command lines, with a line feed before each.
+std::string Game(const std::string& moves);
+
+// Starts a search that no clock ends, and waits until it runs.
+void StartThinking(EngineProcess& engine, const std::string& command);
+
 // Hangs up on one side.
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
@@ -54,3 +80,6 @@ Ending WaitForExit(EngineProcess& engine);
 
 // A file of the engine's directory; empty when there is none.
 std::string ReadFile(const EngineProcess& engine, const std::string& name);
+
+// The command that prepares a book of these moves, one line of play.
+std::string LayBook(const std::string& moves);

@@ -1,0 +1,296 @@
+// What the engine hears and tells while it thinks, ponders and analyses, how deep it thinks, what
+// it plays from its book and at random, and how it ends when its front end has gone.
+#include "cases.h"
+#include "engine_process.h"
+
+#include <algorithm>
+#include <csignal>
+#include <regex>
+#include <thread>
+
+namespace {
+
+const std::string EMPTY_BOARD = "setboard 8/8/8/8/8/8/8/8 w - - 0 1";
+
+// A single move is played at once, and the game is long after it.
+const std::string ONE_MOVE = "setboard r5k1/pppq1ppp/2np4/8/8/1Q1P3N/PPPR2PP/4r2K w - - 0 20";
+
+// Asks behind the engine's move, so that it is not the search for the move that answers.
+bool IsPondering(EngineProcess& engine) {
+    ReadUntil(engine, MOVE);
+    return Ask(engine, ".").find("stat01:") != std::string::npos;
+}
+
+void CheckStop(const Exchange& test) {
+    EngineProcess engine;
+    StartThinking(engine, "easy\ngo");
+    SendLines(engine, test.lines);
+    ReadUntil(engine, MOVE);
+}
+
+const Exchange STOPS[] = {
+    {"MoveNow", "?"},
+    {"New", "new"},
+    {"Force", "force"},
+    {"Time", "time 9"},
+    {"Otim", "otim 9"},
+    {"Result", "result *"},
+    {"Undo", "undo"},
+    {"Remove", "remove"},
+    {"Exit", "exit"},
+    {"SetBoard", "setboard x"},
+    {"Analyze", "analyze"},
+    {"UserMove", "usermove a1a1"},
+    {"EmptyBoard", EMPTY_BOARD},
+};
+const bool HAS_STOPS = RegisterCases<Exchange>("Protocol/MovesAtOnceFor", STOPS, CheckStop);
+
+TEST(Protocol, OtherLinesWaitForItsMove) {
+    EngineProcess engine;
+    SendLines(engine, "easy\n" + MIDDLE_GAME + "sd 7\ngo");
+    ReadUntil(engine, THINKING + "1\\. .*");
+    SendLines(engine, "ping 7\nnonsense");
+    EXPECT_NE(ReadUntil(engine, MOVE).find("\n 7 "), std::string::npos);
+    EXPECT_EQ(ReadUntil(engine, "Error.*"), "pong 7\n" + UNKNOWN + "nonsense\n");
+}
+
+// The first move leaves a hint, which is not told during the second search; the line that ends a
+// pause is lost.
+TEST(Protocol, TellsOnlyItsStatusWhileItThinks) {
+    EngineProcess engine;
+    SendLines(engine, "easy\n" + MIDDLE_GAME + "sd 4\ngo\nsd 50\ngo");
+    ReadUntil(engine, THINKING + "1\\.\\.\\. .*");
+    SendLines(engine, "nopost\n.\nhint\nbk\npause\nquit\n.\n?");
+    ReadUntil(engine, "stat01:.*");
+    EXPECT_EQ(std::regex_replace(ReadUntil(engine, MOVE), std::regex("(stat01|move)[^\n]*"), "$1"),
+              "stat01\nmove\n");
+}
+
+TEST(Protocol, PondersAfterItsMove) {
+    EngineProcess engine;
+    StartThinking(engine, "easy\ngo");
+    SendLines(engine, "hard\n?");
+    EXPECT_TRUE(IsPondering(engine));
+}
+
+TEST(Protocol, PondersUntilAMoveOrEasy) {
+    EngineProcess engine;
+    StartThinking(engine, "hard\nplayother");
+    SendLines(engine, "usermove e1g1");
+    ReadUntil(engine, THINKING + "1\\.\\.\\. .*");
+    SendLines(engine, "easy\n?");
+    EXPECT_FALSE(IsPondering(engine));
+}
+
+TEST(Protocol, AnswersWhilePondering) {
+    EngineProcess engine;
+    SendLines(engine, "nopost\n" + ONE_MOVE + "\ngo");
+    ReadUntil(engine, MOVE);
+    const std::string heard = Ask(engine, "hint\n?\ndraw\nbk\nhard\n.");
+    EXPECT_EQ(std::regex_replace(heard, std::regex("(Hint|stat01):[^\n]*"), "$1"),
+              "Hint\noffer draw\n" + NO_BOOK + "stat01\n");
+    EXPECT_EQ(Ask(engine, "easy\n."), "");
+}
+
+// It has a book of three plies, and no time to think deeply.
+void CheckLeavingTheBook(const Exchange& test) {
+    EngineProcess engine(PLAY, KORVANE_BINARY, LayBook("e4 e5 Nf3"));
+    EXPECT_EQ(Ask(engine, "nopost\ntime 40\nusermove e2e4\n."), "move e7e5\n");
+    SendLines(engine, test.lines);
+    EXPECT_TRUE(IsPondering(engine));
+}
+
+const Exchange LEAVES[] = {{"AtItsEnd", "usermove g1f3"}, {"BesideIt", "usermove d2d4"}};
+const bool HAS_LEAVES =
+    RegisterCases<Exchange>("Protocol/PondersOutOfItsBook", LEAVES, CheckLeavingTheBook);
+
+// The case's lines prepare the directory, and its answer is an option.
+void CheckPlayWithoutBook(const Exchange& test) {
+    EngineProcess engine(PLAY + test.answer, KORVANE_BINARY, test.lines);
+    SendLines(engine, "nopost\ntime 40\nusermove e2e4");
+    EXPECT_TRUE(IsPondering(engine));
+}
+
+const Exchange WITHOUT_BOOK[] = {
+    {"Missing", ""},
+    {"Damaged", "echo x > korvane.bk"},
+    {"SwitchedOff", LayBook("e4 e5"), " --no-book"},
+};
+const bool HAS_NO_BOOK =
+    RegisterCases<Exchange>("Protocol/PondersWithoutBook", WITHOUT_BOOK, CheckPlayWithoutBook);
+
+TEST(Protocol, Analyses) {
+    EngineProcess engine;
+    StartThinking(engine, "analyze");
+    SendLines(engine, ".\nbk");
+    ReadUntil(engine,
+              "stat01:[ \\d]{7}\\d[ \\d]{10}\\d[ \\d]{2}\\d[ \\d]{3}\\d  48    [a-h1-8]{4}");
+    ReadUntil(engine, " Book not available!");
+}
+
+// The answer is how the thinking lines begin.
+void CheckStep(const Exchange& test) {
+    EngineProcess engine;
+    StartThinking(engine, "analyze");
+    SendLines(engine, "usermove e1g1");
+    ReadUntil(engine, THINKING + "1\\.\\.\\. .*");
+    SendLines(engine, test.lines);
+    ReadUntil(engine, THINKING + test.answer + ".*");
+}
+
+const Exchange STEPS[] = {
+    {"UserMove", "usermove a6e2", "2\\. "},
+    {"Undo", "undo", "1\\. "},
+    {"New", "new", "1\\. b1"}, // where no piece was
+    {"SetBoard", "setboard r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 80", "80\\. "},
+};
+const bool HAS_STEPS = RegisterCases<Exchange>("Protocol/AnalysesOn", STEPS, CheckStep);
+
+void CheckEndOfAnalysis(const Exchange& test) {
+    EngineProcess engine;
+    StartThinking(engine, "analyze");
+    SendLines(engine, "nopost\n.");
+    ReadUntil(engine, "stat01:.*");
+    EXPECT_EQ(Ask(engine, test.lines + "\n."), test.answer);
+}
+
+const Exchange ENDS_OF_ANALYSIS[] = {
+    {"Exit", "exit"},
+    {"Remove", "remove"},
+    {"IllegalMove", "usermove e2e5", "Illegal move: e2e5\n"},
+    {"RefusedPosition", "setboard x", REFUSED},
+    {"EmptyBoard", EMPTY_BOARD},
+    {"EndOfGame", "setboard 4k3/8/8/8/8/8/R7/4K3 w - - 99 80\nusermove a2a3\nanalyze",
+     "1/2-1/2 {Fifty move rule}\n"},
+};
+const bool HAS_ENDS_OF_ANALYSIS =
+    RegisterCases<Exchange>("Protocol/AnalysisEndsWith", ENDS_OF_ANALYSIS, CheckEndOfAnalysis);
+
+// The answer is the depth of the last thinking line.
+void CheckDepth(const Exchange& test) {
+    EngineProcess engine;
+    const std::string heard = Ask(engine, "easy\n" + test.lines + "\nsd 7\ngo");
+    EXPECT_EQ(heard.substr(heard.rfind('\n', heard.find("\nmove ") - 1) + 1, 2), test.answer);
+}
+
+const Exchange DEPTHS[] = {
+    {"OneMove", ONE_MOVE, " 3"},
+    {"OneMoveNotMated", "setboard 8/5r2/1R6/6k1/8/6P1/4r2K/8 w - - 0 1", " 3"},
+    {"Mates", "setboard 3r2k1/pp3ppp/2p5/8/2P1n3/1P2P3/P3BPPP/3R2K1 w - - 0 24", " 3"},
+};
+const bool HAS_DEPTHS = RegisterCases<Exchange>("Protocol/ThinksNoDeeper", DEPTHS, CheckDepth);
+
+// A search of eight plies, without its times.
+std::string Think(EngineProcess& engine) {
+    SendLines(engine, "new\neasy\nsd 8\nsd\nsd x\ngo");
+    const std::regex times("([^\n]{10})[^\n]{8}([^\n]{14}[^\n]*\n)");
+    return std::regex_replace(ReadUntil(engine, MOVE), times, "$1$2");
+}
+
+TEST(Protocol, ThinksTheSameEveryTime) {
+    EngineProcess engine, other;
+    const std::string thinking = Think(engine);
+    EXPECT_EQ(Think(engine), thinking);
+    EXPECT_EQ(Think(other), thinking);
+}
+
+TEST(Protocol, PlaysFromItsBookAndOn) {
+    EngineProcess engine("--hash-size=1", KORVANE_BINARY, LayBook("e4 c6 d4 d5 Nc3 dxe4"));
+    EXPECT_EQ(Ask(engine, "easy\nnopost\nsd 3\nbk\nusermove e2e4\nhint\nbk\nusermove d2d4\n"
+                          "usermove b1c3\nbk"),
+              " 1. e2e4\n\nmove c7c6\n 2. d2d4\n\nmove d7d5\nmove d5e4\n Out of book!\n\n");
+    const std::string moves = Ask(engine, "usermove c3e4\ngo\ngo\ngo\ngo\ngo");
+    EXPECT_EQ(std::count(moves.begin(), moves.end(), '\n'), 6);
+    EngineProcess referee;
+    EXPECT_EQ(Ask(referee, "force" + Game("e2e4 c7c6 d2d4 d7d5 b1c3 d5e4 c3e4") + "\n" +
+                               std::regex_replace(moves, std::regex("move"), "usermove") + "hint"),
+              "");
+}
+
+// Only a move from the book makes one run differ from another.
+TEST(Protocol, VariesItsMovesTheSameInEveryRun) {
+    EngineProcess engine("--hash-size=1", KORVANE_BINARY, LayBook("e4 e5"));
+    EngineProcess other("--hash-size=1", KORVANE_BINARY, LayBook("e4 e5"));
+    EngineProcess steady(PLAY, KORVANE_BINARY, LayBook("e4 e5"));
+    std::string games = "easy\nnopost", same;
+    for (int i = 0; i < 8; ++i) {
+        games += "\nnew\nforce" + Game("b1c3 b8c6 g1h3 e7e5 h3g1") + "\nsd 3\ngo\nxboard";
+        same += "move f8b4\n";
+    }
+    const std::string moves = Ask(engine, games);
+    EXPECT_NE(moves, same);
+    EXPECT_EQ(Ask(other, games), moves);
+    EXPECT_EQ(Ask(steady, games), same);
+}
+
+const Exchange STATES[] = {
+    {"Idle", ""}, {"Thinking", "easy\ngo"}, {"Pondering", "playother"}, {"Analysing", "analyze"}};
+
+constexpr const char* LAST_TEXTS[] = {"quit\n",      "quit",   "",
+                                      "usermove e2", "st 5\n", "st 5\nusermove e2"};
+
+// Interrupts do not end the engine; the end of the input does, as the command does.
+template <int LAST>
+void CheckEnd(const Exchange& state) {
+    const std::string last = LAST_TEXTS[LAST];
+    EngineProcess engine;
+    ASSERT_GT(engine.pid, 0);
+    EXPECT_EQ(Ask(engine, "xboard"), "");
+    if (!state.lines.empty()) StartThinking(engine, state.lines);
+    kill(engine.pid, SIGINT);
+    kill(engine.pid, SIGTERM);
+    SendText(engine, last);
+    if (last != "quit\n") CloseInput(engine);
+    const Ending ending = WaitForExit(engine);
+    EXPECT_EQ(std::to_string(ending.status) + ending.errors, "0");
+    EXPECT_EQ(ending.output.ends_with("Illegal move: e2\n"), last.ends_with("usermove e2"));
+}
+
+const bool HAS_ENDS[] = {
+    RegisterCases<Exchange>("Protocol/EndsAtQuit", STATES, CheckEnd<0>),
+    RegisterCases<Exchange>("Protocol/EndsAtUnfinishedQuit", STATES, CheckEnd<1>),
+    RegisterCases<Exchange>("Protocol/EndsAtHangUp", STATES, CheckEnd<2>),
+    RegisterCases<Exchange>("Protocol/EndsAtHangUpInALine", STATES, CheckEnd<3>),
+    RegisterCases<Exchange>("Protocol/EndsAtHangUpBehindALine", STATES, CheckEnd<4>),
+    RegisterCases<Exchange>("Protocol/EndsAtHangUpInASecondLine", STATES, CheckEnd<5>),
+};
+
+// The input stays open, and the searches have nothing to say.
+void CheckDeafEnd(const Exchange& state) {
+    EngineProcess engine;
+    EXPECT_EQ(Ask(engine, "xboard"), "");
+    if (!state.lines.empty()) {
+        StartThinking(engine, state.lines);
+        SendLines(engine, "nopost\n.");
+        ReadUntil(engine, "stat01:.*");
+    }
+    CloseOutput(engine);
+    // The move that it still wants to tell is the end of it.
+    EXPECT_EQ(WaitForExit(engine).status, state.lines == "easy\ngo" ? -SIGPIPE : 0);
+}
+
+const bool HAS_DEAF_ENDS =
+    RegisterCases<Exchange>("Protocol/EndsWhenNobodyListens", STATES, CheckDeafEnd);
+
+TEST(Protocol, AnswersLinesThatPourInWhileItThinks) {
+    EngineProcess engine;
+    SendLines(engine, "easy\n" + MIDDLE_GAME + "sd 6\ngo");
+    ReadUntil(engine, THINKING + "1\\. .*");
+    std::string lines, answers;
+    for (int i = 0; i < 5000; ++i) {
+        const std::string number = std::to_string(i);
+        lines += "ping " + number + "\nline " + number + "\n";
+        answers += "pong " + number + "\n" + UNKNOWN + "line " + number + "\n";
+    }
+    answers += "pong 5000\n";
+    std::thread front_end([&] { SendText(engine, lines + "ping 5000\n"); });
+    const std::string heard = ReadUntil(engine, "pong 5000");
+    front_end.join();
+    const std::size_t start = heard.find("pong");
+    EXPECT_TRUE(std::regex_search(heard.substr(0, start), std::regex(MOVE + "\n$")));
+    const std::string rest = heard.substr(start);
+    const auto [is, is_to_be] = std::ranges::mismatch(rest, answers); // of so many lines
+    EXPECT_EQ(rest.substr(is - rest.begin(), 40), answers.substr(is_to_be - answers.begin(), 40));
+}
+
+} // namespace
