@@ -14,7 +14,7 @@ void PlayFromBook() {
     while (GetNextBookMove(move)) {
         MakeForceMove(move);
         UpdateBookHelp();
-        SaveIntoStateHistory(state_history, move, game_state, book_state);
+        SaveIntoStateHistory(move);
         CheckPosition();
     }
     CheckUndo();

@@ -39,7 +39,7 @@ void CheckMoveList(std::span<const Move> moves) {
                     move.promoted == moves[read].promoted,
                 "a game's move is read as it was written");
         MakeForceMove(move);
-        SaveIntoStateHistory(state_history, move, game_state, book_state);
+        SaveIntoStateHistory(move);
     }
     Require(read == moves.size() || IsEndOfGame(LastMove()), "the game is read to its end");
     std::fclose(file);

@@ -260,7 +260,7 @@ void PlayInBook(const std::string& moves) {
         MakeForceMove(move);
         SetNextBookMove(move);
         UpdateBookHelp();
-        SaveIntoStateHistory(state_history, move, game_state, book_state);
+        SaveIntoStateHistory(move);
     }
 }
 

@@ -34,7 +34,7 @@ std::uint64_t CountNodesOf(std::int32_t depth, const Move* last_move) {
     for (const Move& move : list) {
         const bool is_legal = !IsRiskyMove(move, risky);
         MakeMoveOf<US>(move);
-        if (is_legal || !IsKingCapturable<THEM>()) nodes += CountNodesOf<THEM>(depth - 1, &move);
+        if (is_legal || !IsKingCapturableBy<THEM>()) nodes += CountNodesOf<THEM>(depth - 1, &move);
         UnMakeMoveOf<US>(move);
     }
     return nodes;

@@ -20,8 +20,6 @@ Bitboard ATTACKS_KNIGHT[SQUARES];
 Bitboard ATTACKS_KING[SQUARES];
 Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
 Bitboard ATTACKS_ENPASSANT[SQUARES];
-Bitboard PLUS_1[SQUARES], PLUS_7[SQUARES], PLUS_8[SQUARES], PLUS_9[SQUARES];
-Bitboard MINUS_1[SQUARES], MINUS_7[SQUARES], MINUS_8[SQUARES], MINUS_9[SQUARES];
 Bitboard SQUARES_FRONT[COLOURS][SQUARES];
 Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES];
 Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES];
@@ -121,27 +119,6 @@ void FillLeaperAttacks() {
     }
 }
 
-void FillRay(Bitboard* rays, int file_step, int rank_step) {
-    for (int square = 0; square < SQUARES; ++square) {
-        int file = FileOf(square) + file_step;
-        int rank = RankOf(square) + rank_step;
-        for (; IsOnBoard(file, rank); file += file_step, rank += rank_step) {
-            rays[square] |= BitAt(file, rank);
-        }
-    }
-}
-
-void FillRays() {
-    FillRay(MINUS_9, -1, -1);
-    FillRay(MINUS_8, 0, -1);
-    FillRay(MINUS_7, 1, -1);
-    FillRay(MINUS_1, -1, 0);
-    FillRay(PLUS_1, 1, 0);
-    FillRay(PLUS_7, -1, 1);
-    FillRay(PLUS_8, 0, 1);
-    FillRay(PLUS_9, 1, 1);
-}
-
 // The squares that a slider at place `from` of a line reaches: outwards both ways, up to and with
 // the first one whose bit is set in the occupancy.
 Bitboard LineMoves(std::span<const int> line, int from, int occupancy) {
@@ -230,8 +207,12 @@ void FillNeighbourhoods() {
                 SQUARES_AROUND[d][square] |= BIT_RANK[other];
             }
         }
-        SQUARES_FRONT[WHITE][square] = PLUS_8[square];
-        SQUARES_FRONT[BLACK][square] = MINUS_8[square];
+        for (const Colour colour : {WHITE, BLACK}) {
+            for (int ahead = square + PAWN_STEP[colour]; IsSquare(ahead);
+                 ahead += PAWN_STEP[colour]) {
+                SQUARES_FRONT[colour][square] |= BIT_RANK[ahead];
+            }
+        }
     }
 }
 
@@ -256,7 +237,6 @@ void InitializeBitBoard() {
     const DiagonalSet a8h1 = FillDiagonalOrder(false, BIT_A8H1);
     FillInitialBitboards();
     FillLeaperAttacks();
-    FillRays();
     FillRankAndFileMoves();
     FillDiagonalMoves(a1h8, MOVES_A1H8, DIAG_SHIFT_A1H8, DIAG_MASK_A1H8);
     FillDiagonalMoves(a8h1, MOVES_A8H1, DIAG_SHIFT_A8H1, DIAG_MASK_A8H1);

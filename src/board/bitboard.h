@@ -65,10 +65,6 @@ extern Bitboard ATTACKS_KING[SQUARES];
 extern Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
 extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // rank 4 or 5: the squares beside; else empty
 
-// The ray from a square in one direction, the square itself excluded.
-extern Bitboard PLUS_1[SQUARES], PLUS_7[SQUARES], PLUS_8[SQUARES], PLUS_9[SQUARES];
-extern Bitboard MINUS_1[SQUARES], MINUS_7[SQUARES], MINUS_8[SQUARES], MINUS_9[SQUARES];
-
 // Squares of the file ahead; squares at king distance 1 to d, and exactly d (rows 1 to 3).
 inline constexpr int KING_DISTANCES = 4;
 extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];

@@ -47,7 +47,7 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
 // All moves below the node can be played. They get the fields that play needs and that a file may
 // have wrong. Promotions to different pieces share a node, so moves behind a promotion may belong
 // to another piece: those are dropped.
-bool IsPlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
+bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;
         if (!FindLegalMove(child.move, last_move, child.move)) {
@@ -57,7 +57,7 @@ bool IsPlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promot
         }
         MakeMove(child.move);
         const bool is_playable =
-            IsPlayable(child, &child.move, is_behind_promotion || IsPromotion(child.move));
+            MakePlayable(child, &child.move, is_behind_promotion || IsPromotion(child.move));
         UnMakeMove(child.move);
         if (!is_playable) return false;
         link = &child.next;
@@ -91,7 +91,7 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
 const char* ReadBook(MoveTrieNode& root, const char* file_name) {
     const char* error = ReadMoveTrie(root, file_name);
     SetUpInitialPosition();
-    if (error || IsPlayable(root, nullptr, false)) return error;
+    if (error || MakePlayable(root, nullptr, false)) return error;
     FreeMoveTrie(root);
     InitMoveTrie(root);
     return "a move is not legal";

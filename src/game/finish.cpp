@@ -38,7 +38,7 @@ std::uint8_t HasLegalMove(const Move* last_move) {
 }
 
 std::uint8_t IsCheck() {
-    return side_to_move == WHITE ? IsKingCapturable<BLACK>() : IsKingCapturable<WHITE>();
+    return side_to_move == WHITE ? IsKingCapturableBy<BLACK>() : IsKingCapturableBy<WHITE>();
 }
 
 std::uint8_t IsMate(const Move* last_move) { return IsCheck() && !HasLegalMove(last_move); }

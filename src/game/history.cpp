@@ -9,32 +9,37 @@
 BookState book_state;
 StateHistory state_history;
 
+namespace {
+
+void SaveNewestEntry() {
+    std::ranges::copy(position, state_history.positions[state_history.count]);
+    state_history.game_states[state_history.count] = game_state;
+    state_history.book_states[state_history.count] = book_state;
+}
+
+} // namespace
+
 std::uint8_t IsHistoryFull() {
     return state_history.count >= MAX_GAME_PLIES || zobrist_ply_number >= MAX_GAME_PLIES;
 }
 
 void NewStateHistory() {
     state_history.count = 0;
-    std::ranges::copy(position, state_history.positions[0]);
-    state_history.game_states[0] = game_state;
-    state_history.book_states[0] = book_state;
+    SaveNewestEntry();
 }
 
-void SaveIntoStateHistory(StateHistory& history, const Move& move, const GameState& game,
-                          const BookState& book) {
-    assert(history.count >= 0 && history.count < HISTORY_SIZE - 1);
-    ++history.count;
-    std::ranges::copy(position, history.positions[history.count]);
-    history.moves[history.count] = move;
-    history.game_states[history.count] = game;
-    history.book_states[history.count] = book;
+void SaveIntoStateHistory(const Move& move) {
+    assert(state_history.count >= 0 && state_history.count < HISTORY_SIZE - 1);
+    ++state_history.count;
+    state_history.moves[state_history.count] = move;
+    SaveNewestEntry();
 }
 
-void LoadFromStateHistory(StateHistory& history, GameState& game, BookState& book) {
-    assert(history.count > 0);
-    --history.count;
-    game = history.game_states[history.count];
-    book = history.book_states[history.count];
+void LoadFromStateHistory() {
+    assert(state_history.count > 0);
+    --state_history.count;
+    game_state = state_history.game_states[state_history.count];
+    book_state = state_history.book_states[state_history.count];
 }
 
 void CountGameMove(const Move& move) {
@@ -57,5 +62,5 @@ void MakeForceMove(const Move& move) {
 void UndoMove() {
     if (game_state.ply_count <= 0) return;
     UnMakeMove(game_state.last_move);
-    LoadFromStateHistory(state_history, game_state, book_state);
+    LoadFromStateHistory();
 }

@@ -32,12 +32,12 @@ std::uint8_t IsHistoryFull();
 // Starts an empty history from the current state.
 void NewStateHistory();
 
-// Appends one entry, the move just made and the records as they are now.
-void SaveIntoStateHistory(StateHistory& history, const Move& move, const GameState& game,
-                          const BookState& book);
+// Appends one entry: the move just made, and the board and the records as they are now.
+void SaveIntoStateHistory(const Move& move);
 
-// Drops the newest entry and copies the one before it into the records; the board is the caller's.
-void LoadFromStateHistory(StateHistory& history, GameState& game, BookState& book);
+// Drops the newest entry and restores the records from the one before it; the board is the
+// caller's.
+void LoadFromStateHistory();
 
 // Plays a move of the side to move: board and game record advance, nothing is sent or saved.
 void MakeForceMove(const Move& move);

@@ -52,7 +52,7 @@ bool IsAttackedBy(int square) {
 
 // The colour could capture the other side's king.
 template <Colour US>
-bool IsKingCapturable() {
+bool IsKingCapturableBy() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
@@ -61,7 +61,7 @@ bool IsKingCapturable() {
 // capture can be illegal, because it takes two pieces off a line at once.
 template <Colour US>
 Bitboard RiskySquares() {
-    if (IsKingCapturable<Opponent(US)>()) return ~Bitboard{0};
+    if (IsKingCapturableBy<Opponent(US)>()) return ~Bitboard{0};
     const int king = KingSquare(US);
     return RookLines(king) | BishopLines(king) | BIT_RANK[king];
 }
@@ -73,7 +73,7 @@ inline bool IsRiskyMove(const Move& move, Bitboard risky_squares) {
 // 1 when the side to move could capture the other side's king, that is, when the last move was
 // illegal.
 inline std::uint8_t HaveKingCaptures() {
-    return side_to_move == WHITE ? IsKingCapturable<WHITE>() : IsKingCapturable<BLACK>();
+    return side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
 // 1 when the opponent of the side to move attacks the square, over which its king must not castle.

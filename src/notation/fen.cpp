@@ -119,14 +119,14 @@ bool IsAttackedBySide(const Fen& fen, int square) {
         const Piece slider = FirstPieceOnLine(fen, square, KING_X[i], KING_Y[i], BOARD_SIDE);
         const PieceType type = TypeOf(slider);
         if (is_own(slider) && (type == QUEEN || type == (is_diagonal ? BISHOP : ROOK))) return true;
-        const Piece king = FirstPieceOnLine(fen, square, KING_X[i], KING_Y[i], 1);
-        if (is_own(king) && TypeOf(king) == KING) return true;
-        if (is_own(king) && TypeOf(king) == PAWN && is_diagonal &&
+        const Piece neighbour = FirstPieceOnLine(fen, square, KING_X[i], KING_Y[i], 1);
+        if (is_own(neighbour) && TypeOf(neighbour) == KING) return true;
+        if (is_own(neighbour) && TypeOf(neighbour) == PAWN && is_diagonal &&
             KING_Y[i] * BOARD_SIDE == -PAWN_STEP[fen.side]) {
             return true;
         }
-        const Piece knight = FirstPieceOnLine(fen, square, KNIGHT_X[i], KNIGHT_Y[i], 1);
-        if (is_own(knight) && TypeOf(knight) == KNIGHT) return true;
+        const Piece jumper = FirstPieceOnLine(fen, square, KNIGHT_X[i], KNIGHT_Y[i], 1);
+        if (is_own(jumper) && TypeOf(jumper) == KNIGHT) return true;
     }
     return false;
 }

@@ -90,6 +90,5 @@ void CorrectPgnTagValues(PgnGameInfo& info) {
 void NewPgnGameInfo() {
     std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
     DefaultPgnTagValues(pgn_game_info);
-    pgn_game_info.set_up = 0;
     pgn_game_info.first_ply = 1;
 }

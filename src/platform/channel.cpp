@@ -9,7 +9,6 @@ namespace {
 // A console reports its events one by one; a single one is no line yet.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
-std::uint8_t have_command = 0;      // what the latest NextCommand returned
 std::uint8_t in_buffer = 0;         // a line that was only looked at is held in my_buffer
 CommandLine my_buffer = "";         // the held line
 std::int32_t command_timestamp = 0; // lines read so far
@@ -49,7 +48,7 @@ void NextBuffer(CommandLine& line) {
 }
 
 std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume) {
-    have_command = 1;
+    std::uint8_t have_command = 1;
     if (in_buffer) {
         std::strcpy(line, my_buffer);
         if (consume) in_buffer = 0;

@@ -31,7 +31,7 @@ constexpr std::size_t RoundUp(std::size_t bytes) {
 
 // The call was interrupted, or a front end has made the descriptor non-blocking. In the second case
 // this waits until the descriptor is ready.
-bool IsToRepeat(int descriptor, short events) {
+bool WaitToRepeat(int descriptor, short events) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
     pollfd wait{descriptor, events, 0};
@@ -96,7 +96,7 @@ int ReadInputByte() {
         if (events.count > 0 && events.input == 0) return END_OF_INPUT;
         const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got == 1) return byte;
-        if (got == 0 || !IsToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;
+        if (got == 0 || !WaitToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;
     }
 }
 
@@ -105,7 +105,7 @@ void WriteOutput(std::string_view bytes) {
         const ssize_t put = write(STDOUT_FILENO, bytes.data(), bytes.size());
         if (put >= 0) {
             bytes.remove_prefix(static_cast<std::size_t>(put));
-        } else if (!IsToRepeat(STDOUT_FILENO, POLLOUT)) {
+        } else if (!WaitToRepeat(STDOUT_FILENO, POLLOUT)) {
             return;
         }
     }

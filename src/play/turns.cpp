@@ -95,7 +95,7 @@ void MakeEngineMove() {
     UpdateBookHelp();
     SendCommand(output);
     CheckEndOfGame(&game_state.last_move);
-    SaveIntoStateHistory(state_history, choice.move, game_state, book_state);
+    SaveIntoStateHistory(choice.move);
     if (engine_state.ponder && !game_state.game_over && !IsFollowingBook()) PonderMove();
 }
 
@@ -103,7 +103,7 @@ bool PlayMove(std::string_view token) {
     Move move;
     if (!FindLegalMove(token, move)) return false;
     FollowMove(move);
-    SaveIntoStateHistory(state_history, move, game_state, book_state);
+    SaveIntoStateHistory(move);
     return true;
 }
 
@@ -119,7 +119,7 @@ std::uint8_t MakeUserMove(std::string_view token) {
     }
     FollowMove(move);
     CheckEndOfGame(&move);
-    SaveIntoStateHistory(state_history, move, game_state, book_state);
+    SaveIntoStateHistory(move);
     return 1;
 }
 

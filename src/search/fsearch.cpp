@@ -51,7 +51,7 @@ struct Node {
 PvLine pv_lines[MAX_LINE_PLIES];
 
 // Every so many nodes: is the time up, or has a command come that ends the search?
-bool IsToStop() {
+bool MustStop() {
     CountNodes();
     if (!engine_state.pondering && !engine_state.analyze_mode &&
         CurrentTimeU64() - search_info.start_time > search_info.time_limit) {
@@ -173,12 +173,6 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -FullSearch(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
-    pv.moves[0] = move;
-    std::copy_n(child.moves, child.length, pv.moves + 1);
-    pv.length = child.length + 1;
-}
-
 // The index of a searched move in generation order. The hash move and the first one have changed
 // places.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
@@ -270,7 +264,7 @@ std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t dept
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
-    if (--search_info.node_counter <= 0 && IsToStop()) {
+    if (--search_info.node_counter <= 0 && MustStop()) {
         search_info.stop = 1;
         return STOPPED_EVAL;
     }

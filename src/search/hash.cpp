@@ -43,10 +43,6 @@ void ClearTable(HashEntry* table) {
     table[0].key = 1;
 }
 
-std::uint32_t SlotOf(std::uint64_t key) {
-    return static_cast<std::uint32_t>(key) & HASH_TABLE_MASK;
-}
-
 void Fill(HashEntry& entry, std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
           std::int32_t move_index) {
     entry.key = key;

@@ -34,6 +34,11 @@ extern HashEntry* hash_table_q; // of the quiescence search: always replaced
 extern std::uint32_t hash_table_size; // entries a table, a power of two
 extern std::uint32_t HASH_TABLE_MASK;
 
+// The slot of a key, the same in all tables.
+inline std::uint32_t SlotOf(std::uint64_t key) {
+    return static_cast<std::uint32_t>(key) & HASH_TABLE_MASK;
+}
+
 // Allocates the tables, of the given megabytes (1 to 4095) together; a fatal error on failure.
 void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();

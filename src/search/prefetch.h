@@ -13,7 +13,7 @@ inline constexpr std::int32_t PREFETCH_AHEAD = 3;
 
 // Always inlined, because GCC drops calls of functions that only prefetch.
 [[gnu::always_inline]] inline void PrefetchEntry(const HashEntry* table, std::uint64_t key) {
-    const HashEntry& entry = table[static_cast<std::uint32_t>(key) & HASH_TABLE_MASK];
+    const HashEntry& entry = table[SlotOf(key)];
     __builtin_prefetch(&entry.key);
     __builtin_prefetch(&entry.age); // some entries lie across two cache lines
 }

@@ -4,6 +4,7 @@
 #include "board/move.h"
 #include "board/position.h"
 
+#include <algorithm>
 #include <cstdint>
 
 // Nodes between two looks at the clock and the input.
@@ -66,3 +67,10 @@ struct PvLine {
     std::int32_t length;
     Move moves[MAX_LINE_PLIES];
 };
+
+// Makes the line the move followed by the child's line.
+inline void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
+    pv.moves[0] = move;
+    std::copy_n(child.moves, child.length, pv.moves + 1);
+    pv.length = child.length + 1;
+}

@@ -87,7 +87,7 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t low = last - ASPIRATION_WINDOW;
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
-        if (score > low && score < high) return score;
+        if (search_info.stop || (score > low && score < high)) return score;
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
     }
     const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);
@@ -107,9 +107,7 @@ bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
 
 void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies) {
     root.best = score;
-    root.best_line.moves[0] = candidate.move;
-    std::copy_n(root.child_line.moves, root.child_line.length, root.best_line.moves + 1);
-    root.best_line.length = root.child_line.length + 1;
+    TakePv(root.best_line, candidate.move, root.child_line);
     if (engine_state.post_thinking) PrintThinking(plies, score);
 }
 

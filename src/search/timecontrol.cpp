@@ -45,5 +45,5 @@ bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t 
     }
     const std::uint64_t iterations =
         left.increment > 0 ? ITERATIONS_IN_CLOCK_WITH_INCREMENT : ITERATIONS_IN_CLOCK;
-    return next * iterations <= left.clock - used;
+    return used < left.clock && next * iterations <= left.clock - used;
 }
