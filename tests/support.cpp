@@ -71,7 +71,6 @@ int main(int argc, char** argv) {
     InitializeTables();
     engine_state.use_book = 0;
     InitializeHashTable(engine_state.hash_size);
-    NewGame();
     const int result = RUN_ALL_TESTS();
     FinalizeHashTable();
     return result;

@@ -7,7 +7,6 @@
 #include "game/bookstate.h"
 #include "game/enginestate.h"
 #include "game/history.h"
-#include "moves/makemove.h"
 #include "notation/notation.h"
 #include "play/newgame.h"
 
@@ -17,8 +16,11 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <pty.h>
 #include <sstream>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -72,6 +74,14 @@ std::string Games(int count, const std::string& moves) {
     return games;
 }
 
+std::string Untagged(int count, const std::string& moves) {
+    std::string games;
+    for (int i = 0; i < count; ++i) {
+        games += moves + (i % 2 == 0 ? " *\n" : " 1-0\n\n");
+    }
+    return games;
+}
+
 std::int32_t NumberAt(const std::string& bytes, std::size_t at) {
     std::int32_t number = 0;
     std::memcpy(&number, bytes.data() + at, 4);
@@ -98,6 +108,21 @@ TEST_F(Book, FileByteForByte) {
     EXPECT_EQ(file.substr(120, 32), e4);
 }
 
+const std::string TACTICS = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
+                            "7. O-O O-O 8. cxd8=N *\n";
+
+TEST_F(Book, SpecialMovesByteForByte) {
+    BuildAndList(TACTICS, false);
+    const std::string file = ReadText("out.bk");
+    const std::size_t capture = 5 * 40, castling = 13 * 40;
+    EXPECT_EQ(file.substr(capture + 8, 8), std::string("\x49\0\x49\1\0\0\0\0", 8));
+    EXPECT_EQ(NumberAt(file, capture + 16), 35);
+    EXPECT_EQ(NumberAt(file, capture + 20), 0x89);
+    EXPECT_EQ(file.substr(castling + 8, 8), std::string("\x43\0\x4B\0\1\0\0\0", 8));
+    EXPECT_EQ(NumberAt(file, castling + 24), 7);
+    EXPECT_EQ(NumberAt(file, castling + 28), 5);
+}
+
 TEST_F(Book, EmptyFileByteForByte) {
     EXPECT_EQ(BuildAndList("", true), "*\n");
     EXPECT_EQ(ReadText("out.bk"), std::string(36, '\0'));
@@ -112,11 +137,12 @@ struct Listing {
 };
 
 const std::string FORK = "1. e4 d5 2. exd5 c6 3. dxc6 Nf6 4. cxb7 e6 5. bxa8=";
-const std::string TACTICS = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
-                            "7. O-O O-O 8. cxd8=N *\n";
 const Listing LISTINGS[] = {
     {"MovesOfFiveGames", Games(5, "1. e4 e5") + Games(4, "1. e4 c5") + Games(4, "1. d4 d5"),
      "1. e4 e5 *\n", true},
+    {"MovesOfGamesWithoutTags", Untagged(5, "1. e4 e5") + Untagged(4, "1. d4 d5"), "1. e4 e5 *\n",
+     true},
+    {"GamesBehindAByteOrderMark", "\xEF\xBB\xBF" + Games(5, "1. e4 e5"), "1. e4 e5 *\n", true},
     {"LinesOfAnyNumber", "e4 e5 *\nd4 d5 *\n", "1. e4 e5 *\n1. d4 d5 *\n"},
     {"Coordinates", "1. e2e4 e7e5", "1. e4 e5 *\n"},
     {"NothingBehindResults", "e4 1-0 drop this\nd4 *\n", "1. e4 *\n1. d4 *\n"},
@@ -193,6 +219,36 @@ void CheckFailure(const Failure& test) {
 
 const bool ARE_FAILURES_REGISTERED = RegisterCases<Failure>("Book/Fails", FAILURES, CheckFailure);
 
+// What a person at a terminal is told while a book is built, and how the building ends.
+std::string BuildAtATerminal(bool is_pgn, int status) {
+    int screen = -1;
+    const pid_t builder = forkpty(&screen, nullptr, nullptr, nullptr);
+    if (builder == 0) MakeBook("out.bk", "in", is_pgn, 30, 5), std::exit(0);
+    std::string text;
+    for (char c = 0; read(screen, &c, 1) == 1;) {
+        if (c != '\r') text += c;
+    }
+    int ended = 0;
+    waitpid(builder, &ended, 0);
+    close(screen);
+    EXPECT_EQ(WEXITSTATUS(ended), status);
+    return text;
+}
+
+TEST_F(Book, TellsAPersonWhatItBuilt) {
+    WriteText("in", Games(502, "1. e4 e5"));
+    EXPECT_EQ(BuildAtATerminal(true, 0),
+              "500 games read, 99% of the file502 games read, 3 positions kept, out.bk written\n");
+}
+
+TEST_F(Book, TellsAPersonWhereABadMoveStands) {
+    WriteText("in", "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 1-0\n1. d4 d5 2. c4 d4 *\n");
+    EXPECT_EQ(BuildAtATerminal(false, 1), "Error (illegal move): d4\nin game 2 of in, move 2...\n");
+    WriteText("in", Games(500, "1. e4 *\n[White \"Ann\"]\n[Black \"Bob\"]\n\n1. e4 e4"));
+    EXPECT_EQ(BuildAtATerminal(true, 1),
+              "Error (illegal move): e4\nin game 2 of in (Ann - Bob), move 1...\n");
+}
+
 // A number written over a good book of the lines e4 e5 Nf3 and d4 d5: at 0 the root's record, at 44
 // that of its first child.
 struct Damage {
@@ -252,18 +308,6 @@ struct BookInPlay : Book {
     }
 };
 
-void PlayInBook(const std::string& moves) {
-    std::istringstream words(moves);
-    for (std::string word; words >> word;) {
-        Move move;
-        ASSERT_TRUE(ParseMove(word, move));
-        MakeForceMove(move);
-        SetNextBookMove(move);
-        UpdateBookHelp();
-        SaveIntoStateHistory(move);
-    }
-}
-
 std::string NextMove() {
     Move move;
     return GetNextBookMove(move) ? WrittenMove(move) : "none";
@@ -283,16 +327,16 @@ TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
 
 TEST_F(BookInPlay, TellsItsMoves) {
     EXPECT_STREQ(book_state.help, " 1. e2e4\n 1. d2d4\n 1. c2c4\n");
-    PlayInBook("e4");
+    Play("e4");
     EXPECT_STREQ(book_state.help, " 1... e7e5\n 1... c7c5\n");
-    PlayInBook("e5");
+    Play("e5");
     engine_state.san_notation = 1;
     EXPECT_STREQ(WrittenBookHelp(), " 2. Nf3\n");
     engine_state.san_notation = 0;
 }
 
 TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
-    PlayInBook("e4 e5 f4");
+    Play("e4 e5 f4");
     EXPECT_STREQ(book_state.help, " Out of book!\n");
     EXPECT_EQ(NextMove(), "none");
     UndoMove();
@@ -300,7 +344,7 @@ TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
 }
 
 TEST_F(BookInPlay, EndsWithItsLines) {
-    PlayInBook("d4 d5");
+    Play("d4 d5");
     EXPECT_STREQ(book_state.help, " Out of book!\n");
     EXPECT_EQ(NextMove(), "none");
 }

@@ -124,6 +124,18 @@ void CheckResignation(const Resignation& test) {
 const bool ARE_RESIGNATIONS_REGISTERED =
     RegisterCases<Resignation>("Finish/Resigns", RESIGNATIONS, CheckResignation);
 
+// A position has the same key however it came about.
+TEST(Fen, GivesTheKeyThatMovesGive) {
+    for (const char* const moves :
+         {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6"}) {
+        StartAt("startpos");
+        Play(moves);
+        const std::uint64_t key = zobrist_key;
+        StartAt(GetBoardFen());
+        EXPECT_EQ(zobrist_key, key) << moves;
+    }
+}
+
 TEST(Game, NewGameForgetsTheOldOne) {
     StartAt("startpos");
     const std::string fen = GetBoardFen();

@@ -113,6 +113,8 @@ const Exchange ODD_LINES[] = {
     {"NulByte", std::string("cut\0off", 7), UNKNOWN + "cut off\n"},
     {"Longest", LONGEST, UNKNOWN + "LONGEST\n"},
     {"TooLong", LONGEST + "x", UNKNOWN + "LONGEST\n"},
+    {"TooLongBehindAReturn", LONGEST.substr(1) + "\r\n" + "x" + LONGEST.substr(2) + "\rx",
+     UNKNOWN + LONGEST.substr(1) + "\n" + UNKNOWN + LONGEST.substr(1) + "\r\n"},
     {"LongTexts", "level " + LONGEST + "\nname " + LONGEST + "\nics " + LONGEST, ""},
     {"LongPosition", "setboard " + LONGEST, REFUSED},
     {"LongResult", "result 1-0 {" + LONGEST, ""},
