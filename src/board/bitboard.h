@@ -36,9 +36,10 @@ inline int PopFirstBit(Bitboard& set) {
     return square;
 }
 
-// A square's bit in the plain order and in the three rotated orders, in which the squares of a file
-// or of a diagonal are neighbours. The a1h8 set holds the diagonals parallel to a8-h1 (file + rank
-// constant), the a8h1 set those parallel to a1-h8 (file - rank constant).
+// A square's bit in the plain order (BIT_RANK: bit n is square n) and in the three rotated orders,
+// in which the squares of a file or of a diagonal are neighbours. The a1h8 set holds the diagonals
+// parallel to a8-h1 (file + rank constant), the a8h1 set those parallel to a1-h8 (file - rank
+// constant).
 extern Bitboard BIT_RANK[SQUARES];
 extern Bitboard BIT_FILE[SQUARES];
 extern Bitboard BIT_A1H8[SQUARES];
@@ -65,19 +66,17 @@ extern Bitboard ATTACKS_KING[SQUARES];
 extern Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
 extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // rank 4 or 5: the squares beside; else empty
 
-// Squares of the file ahead; squares at king distance 1 to d, and exactly d (rows 1 to 3).
-inline constexpr int KING_DISTANCES = 4;
-extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];
-extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES];
-extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES];
+inline constexpr int KING_DISTANCES = 4;                 // rows 1 to 3 are used
+extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];         // the file ahead
+extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // at king distance 1 to d
+extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // at king distance d
 
-// Pawn structure, all within ranks 2 to 7: three files ahead; neighbouring files ahead (F), and
-// level and behind (B); both neighbouring files; the rest of the own file.
-extern Bitboard PAWN_PASSED[COLOURS][SQUARES];
-extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES];
-extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES];
-extern Bitboard PAWN_ISOLATED[SQUARES];
-extern Bitboard PAWN_DOUBLED[SQUARES];
+// Pawn structure, all within ranks 2 to 7.
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // three files ahead
+extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // neighbouring files ahead
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files, level and behind
+extern Bitboard PAWN_ISOLATED[SQUARES];            // both neighbouring files
+extern Bitboard PAWN_DOUBLED[SQUARES];             // the rest of the own file
 
 // The initial board, from a1 to h8, and its bitboards.
 extern const Piece NEW_POSITION[SQUARES];

@@ -13,12 +13,12 @@
 extern Piece position[SQUARES];
 extern Colour side_to_move;
 
-// True while a command is carried out in the middle of a search. The position is then somewhere in
-// the tree and not the game's, and whoever works on it asserts that this is not so.
+// True while the search carries out a command. The board is then somewhere in the tree. Functions
+// that need the game's board assert that this is false.
 extern bool is_position_withheld;
 
 extern Bitboard pieces_by_type[PIECE_INDICES];
-extern std::int32_t pieces_on_board[COLOURS]; // NUMBER of pieces other than pawns, king included
+extern std::int32_t pieces_on_board[COLOURS]; // how many pieces other than pawns; no bitboard
 extern Bitboard pieces_all_rank[COLOURS];
 extern Bitboard pieces_all_file[COLOURS];
 extern Bitboard pieces_all_a1h8[COLOURS];

@@ -11,7 +11,7 @@ extern std::uint32_t POP_COUNT[POP_COUNT_SIZE];
 void InitializeUtility();
 
 // One linear congruential generator serves keys, move choice and book. The same seed gives the same
-// numbers on every system.
+// numbers on every system; the book seeds it anew.
 void SeedRandom(std::uint32_t seed);
 std::uint32_t RandomU15(); // 0 to 32767
 std::uint32_t RandomU32(); // 30 significant bits

@@ -44,9 +44,9 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     delete child;
 }
 
-// All moves below the node can be played. They get the fields that play needs and that a file may
-// have wrong. Promotions to different pieces share a node, so moves behind a promotion may belong
-// to another piece: those are dropped.
+// Checks that every move below the node can be played, and sets the fields that play needs, which a
+// file may have wrong. Drops moves behind a promotion that do not fit: promotions to different
+// pieces share a node.
 bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;

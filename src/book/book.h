@@ -29,8 +29,9 @@ std::uint8_t IsFollowingBook();
 // The game goes on without the book.
 void LeaveBook();
 
-// Picks the engine's book move, each stored one being as likely as the others; 0 when the game is
-// out of the book.
+// Picks the engine's book move, each stored one being as likely as the others. 0 when the game is
+// out of the book. It seeds the random numbers from the time of day: else every run would choose
+// alike.
 std::uint8_t GetNextBookMove(Move& move);
 
 // Follows the move that the user played, or leaves the book.
@@ -39,5 +40,5 @@ void SetNextBookMove(const Move& move);
 // The book moves of the position, a line each, or a short notice; in a static buffer.
 const char* WrittenBookHelp();
 
-// Writes that text into the game's book record.
+// Writes that text into the game's book record, cut to whole lines that fit.
 void UpdateBookHelp();

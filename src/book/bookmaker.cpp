@@ -32,7 +32,7 @@ struct Line {
 };
 Line line;
 
-bool is_progress_shown = false; // and its line not yet closed
+bool is_progress_shown = false; // and the line still lacks its end
 
 [[noreturn]] void FailBuilding(const std::string& message) {
     if (is_progress_shown) std::fputs("\n", stderr);
@@ -112,7 +112,8 @@ void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     }
 }
 
-// Writes the lines that go through a node, `line` being the way to it, one for each leaf.
+// Writes the lines that go through a node, one for each leaf; `line` is the way to it, with the
+// root's move in front, which names none.
 void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {

@@ -9,7 +9,7 @@
 inline constexpr std::int32_t PIECE_WEIGHT[PIECE_TYPES] = {0, 100, 300, 1'000'000,
                                                            0, 300, 500, 900};
 
-inline constexpr int GAME_PHASES = 3;
+inline constexpr int GAME_PHASES = 3; // many pieces, some, few
 
 // By (piece index) * 64 + square; the rows of kings and queens are 0.
 extern std::int32_t PIECE_SQUARE_EVAL[PIECE_INDICES * SQUARES];
@@ -28,7 +28,7 @@ inline std::int32_t KingPieceSquareEval(Colour colour, int phase, int square) {
 // Copies a table of 64 values with its ranks reversed.
 void ReverseBoard(const std::int32_t* source, std::int32_t* destination);
 
-// Fills the black halves of the tables by mirroring the white ones.
+// Fills both tables, the black halves by mirroring the white ones. Call once, at start-up.
 void InitializeEvaluate();
 
 // Computes piece_weight_eval and piece_square_eval from the board.

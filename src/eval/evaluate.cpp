@@ -5,7 +5,7 @@
 
 namespace {
 
-// Centipawns a piece or pawn.
+// Centipawns for each piece or pawn that is counted.
 constexpr std::int32_t SHELTER_NEAR = 12;
 constexpr std::int32_t SHELTER_FAR = 5;
 constexpr std::int32_t DANGER = -12;
@@ -17,7 +17,7 @@ constexpr std::int32_t ISOLATED = -15;
 constexpr std::int32_t ISOLATED_OPEN = -33; // on a file where an enemy rook can attack it
 constexpr std::int32_t BACKWARD_EDGE = -5;
 constexpr std::int32_t BACKWARD = -12;
-constexpr std::int32_t BACKWARD_OPEN = -15; // on top, where an enemy rook can attack it
+constexpr std::int32_t BACKWARD_OPEN = -15; // added where an enemy rook can attack it
 
 constexpr Bitboard EDGE_FILES = 0x8181818181818181;
 

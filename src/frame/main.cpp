@@ -8,7 +8,7 @@
 int main(int argument_count, char** arguments) {
     PrepareProcess();
     std::setvbuf(stdin, nullptr, _IONBF, 0);
-    // Every line goes out at once, but whole: the front end's clock runs while it reads pieces.
+    // A line goes out at once, and whole: a front end that gets pieces waits for the rest.
     static char line_buffer[BUFSIZ];
     std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
     Initialize(argument_count, arguments);

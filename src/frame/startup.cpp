@@ -74,7 +74,7 @@ void PrintUsage() {
     }
 }
 
-// The values outlive the next look-up, unlike the buffer that it uses.
+// A copy, because the next look-up uses the buffer again.
 std::string ValueOf(std::string_view option) { return GetOptionValueByName(options, option); }
 
 // The value of a file option, or the default book's name when it was not given.

@@ -5,7 +5,7 @@
 // Runs the whole start-up; an offline action or an error on the command line ends the program.
 void Initialize(int argument_count, const char* const* arguments);
 
-// The start-up behind Initialize.
+// The part of Initialize before the first game; an offline action ends the program in it.
 void ParseParameters(const char* const* arguments, int argument_count);
 
 // The precomputed tables and default settings alone, in their fixed order.

@@ -20,13 +20,15 @@ struct EngineState {
 };
 extern EngineState engine_state;
 
-inline constexpr std::int32_t QUARTER_PLIES = 4; // to a ply
+inline constexpr std::int32_t QUARTER_PLIES = 4; // in one ply
 
 inline constexpr std::string_view PROGRAM_NAME = "Korvane";
 inline constexpr std::string_view PROGRAM_VERSION = "1.0.3";
 
-// The defaults at start-up, and what every new game sets anew.
+// The defaults at start-up.
 void InitializeEngineState();
+
+// What every new game sets anew: the depth limit, and no pondering.
 void NewEngineState();
 
 // Writes the text to standard output as a verbose notice, in verbose mode only.

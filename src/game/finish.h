@@ -26,7 +26,8 @@ std::uint8_t IsCheck();
 std::uint8_t IsMate(const Move* last_move);
 std::uint8_t IsStalemate(const Move* last_move);
 
-// The position has occurred at least n times in the game, now included.
+// The position has occurred at least n times in the game, now included. Only for the game's
+// position, not for one of the search: it compares the boards of the history.
 std::uint8_t IsNfoldRepetition(std::int32_t n);
 std::uint8_t IsThreefoldRepetition();
 

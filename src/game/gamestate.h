@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-inline constexpr int EXPECTED_MOVE_SIZE = 8;
+inline constexpr int EXPECTED_MOVE_SIZE = 8; // the longest is like "Qa1xb2+"
 
 struct GameState {
     std::uint8_t no_last_move; // no move leads here, and last_move holds nothing
@@ -33,7 +33,7 @@ inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
 // The move that led to the position, or null when none did.
 inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game_state.last_move; }
 
-// The defaults of a game of which no move has been played; the clocks and the increment stay.
+// Resets the record to a game without moves; the clocks and the increment stay.
 void ForgetMoves();
 
 // The defaults of a new game.

@@ -36,7 +36,7 @@ inline Bitboard BishopLines(int square) {
     return MOVES_A1H8[LineIndex(square, 0)] | MOVES_A8H1[LineIndex(square, 0)];
 }
 
-// The colour attacks the square. Every question about attacks ends here.
+// The colour attacks the square. All tests for check and castling end here.
 template <Colour US>
 bool IsAttackedBy(int square) {
     const Bitboard queens = PiecesOf(US, QUEEN);

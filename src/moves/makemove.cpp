@@ -12,8 +12,8 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// The castling keys that the first move of a king or of a rook takes out of the key; asked while
-// the move is not yet on the board.
+// The castling keys that the first move of a king or of a rook takes out of the key. An unmoved
+// rook stands in a corner. Call before `position` changes.
 template <Colour US>
 std::uint64_t LostCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -34,8 +34,8 @@ std::uint64_t LostCastlingKeys(const Move& move) {
     return keys;
 }
 
-// Puts the captured piece back (step 1) or takes it off (step -1), the board square apart; returns
-// its key.
+// Puts the captured piece back (step 1) or takes it off (step -1) everywhere but in `position`,
+// which is the caller's. Returns its key.
 template <Colour THEM>
 std::uint64_t ToggleVictim(PieceType type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);

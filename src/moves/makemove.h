@@ -2,7 +2,6 @@
 #pragma once
 
 #include "board/move.h"
-
 #include "board/position.h"
 
 #include <cstdint>

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-// Appends the game's summary to GameLog; the tags stand under their real colours by now.
+// Appends the game's summary to GameLog. The tags must stand under their real colours.
 void BlogGame(const PgnGameInfo& info);
 
 // Appends a message to ErrorLog.

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Counters beyond this are clamped, so that a game's moves can be counted on from them.
+// Larger counters become this one, so that counting on from them cannot overflow.
 constexpr std::int32_t MAX_COUNTER = 100'000;
 
 constexpr int PAWN_RANK[COLOURS] = {RANK_2, RANK_7};

@@ -8,7 +8,7 @@
 
 namespace {
 
-// The longest header line that is read; what it has beyond is dropped.
+// The longest header line that is read. A longer one loses its end, and so is no tag.
 constexpr std::size_t HEADER_LINE_SIZE = 512;
 
 constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};

@@ -17,7 +17,7 @@ bool SkipToNextGame(std::FILE* file);
 
 // Reads the header's next tag line into the entry, cut to its fields. Returns 0 at the first line
 // that does not begin with '[', an empty one for instance; it belongs to the moves. Lines that
-// begin so and are no tags are skipped.
+// begin so and are no tags are skipped, and so is a tag longer than the buffer of a line.
 std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
 // Reads the next move token, past move numbers; 0 at a result token or the end of the file, which

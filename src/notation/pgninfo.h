@@ -46,7 +46,7 @@ void SwapPgnTagValuesByNames(PgnGameInfo& info, std::string_view a, std::string_
 
 void DefaultPgnTagValues(PgnGameInfo& info);
 
-// Puts the tags of the two players under their real colours.
+// Puts the tags of the two players under their real colours. Once only: a second call undoes it.
 void CorrectPgnTagValues(PgnGameInfo& info);
 
 // An empty header with the default tags.

@@ -1,4 +1,5 @@
-// Games as text after the PGN standard: tags, numbered and wrapped move text, and the game log.
+// Games as text after the PGN standard: tags, numbered and wrapped move text, and the game log. The
+// moves are written in the current notation.
 #pragma once
 
 #include "board/move.h"

@@ -46,7 +46,8 @@ void PlacePieces(const Fen& fen) {
     NewEvaluation();
 }
 
-// The double step becomes the last move; it is in the key only when it can be taken.
+// The double step becomes the last move. Its pieces have no colour, as readers look at type and
+// squares only. It is in the key only when it can be taken.
 void PlaceEnPassant(int square) {
     const Colour pusher = Opponent(side_to_move);
     Move& push = game_state.last_move;

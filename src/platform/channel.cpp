@@ -6,7 +6,7 @@
 
 namespace {
 
-// A console reports its events one by one; a single one is no line yet.
+// On some systems a console counts events, such as a key pressed; one event is no line yet.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
 std::uint8_t in_buffer = 0;         // a line that was only looked at is held in my_buffer

@@ -41,7 +41,7 @@ bool WaitToRepeat(int descriptor, short events) {
 
 // What has happened at standard input and output, as poll tells it.
 struct Events {
-    int count; // of the two that have any; negative: poll failed
+    int count; // how many of the two have an event; negative: poll failed
     short input;
     short output; // only errors are reported: nobody reads any more
 };
@@ -93,7 +93,7 @@ int ReadInputByte() {
     unsigned char byte = 0;
     for (;;) {
         const Events events = PollFrontEnd(-1);
-        if (events.count > 0 && events.input == 0) return END_OF_INPUT;
+        if (events.count > 0 && events.input == 0) return END_OF_INPUT; // nobody reads the output
         const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got == 1) return byte;
         if (got == 0 || !WaitToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;

@@ -88,7 +88,8 @@ void MakeEngineMove() {
     CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
     MakeMove(choice.move);
     RecordEngineMove(choice);
-    // A draw by repetition is near: let later searches see it where the engine stood before.
+    // A draw by repetition is near. In the tables the position before the opponent's last move
+    // becomes a draw, so that later searches see it coming.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
         ForceHashTable(zobrist_keys[zobrist_ply_number - 2], 0);
     }

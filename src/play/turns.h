@@ -5,11 +5,13 @@
 #include <string_view>
 
 // Chooses the engine's move, from the book or by searching, plays and announces it, and ponders
-// afterwards if that is wanted. Does nothing when there is no legal move.
+// afterwards if that is wanted. Without a legal move, or in a history that is full, it only notes
+// that the engine has this colour.
 void MakeEngineMove();
 
-// Plays a move of the game that was made elsewhere, a token in either notation; nothing is said.
-// False, and nothing changed, when it is not legal or the history is full.
+// Plays a move without an answer, and without a test for the end of the game: for programs that
+// replay games. False, and nothing changed, when the token names no legal move or the history is
+// full.
 bool PlayMove(std::string_view token);
 
 // Plays the user's move, a token in either notation. 0, after a complaint to the front end, when it
@@ -19,5 +21,6 @@ std::uint8_t MakeUserMove(std::string_view token);
 // Thinks on the opponent's time until a command comes or the search ends by itself.
 void PonderMove();
 
-// Thinks about the position until a command comes or the search ends by itself.
+// Thinks about the position, in analyze mode without a limit, until a command comes or the search
+// ends by itself.
 void AnalyzePosition();

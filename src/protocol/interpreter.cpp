@@ -74,7 +74,8 @@ void CarryOutPlayOther(std::string_view) {
     if (engine_state.ponder) PonderMove();
 }
 
-// Moves a control and base time do not matter: the clocks are told before every move.
+// The moves and the base time are not used: the front end tells the clocks before every move. The
+// increment counts in whole seconds.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
@@ -93,7 +94,8 @@ void CarryOutSd(std::string_view arguments) {
     engine_state.depth_limit = std::clamp(plies, 0, MAX_DEPTH_PLIES) * QUARTER_PLIES;
 }
 
-// A clock comes as a signed number and is widened with its sign.
+// A clock comes as a signed number and is widened with its sign, so that an overdrawn one becomes
+// huge: the engine then thinks without a limit, as it does before a clock is told.
 void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
     if (ReadArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
@@ -121,8 +123,8 @@ void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
-// The logs get the tags of the players' real colours, and the moves played from the game's start.
-// The game begins anew there.
+// The logs get the tags of the players' real colours. Writing the moves replays them, so the game
+// goes back to its start. There it stays, and nothing can be taken back.
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
@@ -145,7 +147,8 @@ void CarryOutResult(std::string_view arguments) {
     if (!engine_state.force_mode && !engine_state.analyze_mode) LogGame();
 }
 
-// Some front ends pause an analysis by setting up an empty board: that ends the search and is all.
+// Some front ends pause an analysis by setting up an empty board. The search has ended by then, and
+// nothing else happens.
 void CarryOutSetBoard(std::string_view arguments) {
     const std::string_view fen = TextOf(arguments);
     if (IsEmptyBoard(fen)) return;
@@ -219,7 +222,7 @@ void WaitForNextLine(std::string_view) {
     ReceiveCommand(next);
 }
 
-// What they do during a search: on the engine's own time, pondering, analysing.
+// What commands do during a search: on the engine's own time, pondering, analysing.
 using enum Match;
 using enum Hearing;
 constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};

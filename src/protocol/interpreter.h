@@ -8,6 +8,6 @@
 // All commands, for the poll of the search to hear them too.
 std::span<const Command> CommandTable();
 
-// Carries out one command line, thinking included if the command starts it. Every line gets its
-// answer, an unknown one an error line.
+// Carries out one command line, thinking included if the command starts it. An unknown line gets an
+// error line.
 void ParseCommand(const char* line);

@@ -60,7 +60,8 @@ bool MustStop() {
     return PollCommands();
 }
 
-// The position stands for the third time within the window.
+// The position stands for the third time within the window. It cannot come back in less than four
+// plies.
 bool IsRepetition() {
     int occurrences = 1;
     const std::int32_t oldest = std::max(0, zobrist_ply_number - REPETITION_WINDOW);
@@ -86,13 +87,13 @@ bool IsNullMoveAllowed(const Node& node) {
            !HaveKingCaptures() && Evaluate() >= node.beta;
 }
 
-// One, two or three plies beyond the ply that the null move itself takes.
+// The null move takes a ply, and the search below it is shorter still by one, two or three plies.
 std::int32_t NullMoveDepth(std::int32_t depth) {
     if (depth <= 15) return depth - 8;
     return depth <= 31 ? depth - 12 : depth - 16;
 }
 
-// The side to move passes. Returns a score that cuts all the same, or UNKNOWN_EVAL.
+// The side to move passes. Returns a score of at least beta, or UNKNOWN_EVAL.
 std::int32_t SearchNullMove(const Node& node) {
     const ScopedMark below_null_move(search_info.null_move);
     std::int32_t score = -MATE_EVAL;
@@ -146,7 +147,8 @@ void FindHashMove(Node& node) {
     }
 }
 
-// The last move took a piece of its own value.
+// The last move took a piece of its own value. No other move counts: nothing is worth 0, and what
+// is captured en passant does not stand in `captured`.
 bool IsEqualTrade(const Move* last_move) {
     return last_move &&
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
@@ -174,7 +176,7 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
 }
 
 // The index of a searched move in generation order. The hash move and the first one have changed
-// places.
+// places. An index outside the list, from a collision of keys, is passed on; readers ignore it.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -206,8 +208,8 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // Deliberately the place as searched, which after the exchange with the hash move is
-            // not that in generation order: the node counts depend on it.
+            // On purpose the place as searched, which after the exchange with the hash move is not
+            // that in generation order. The recorded node counts depend on it.
             StoreHashTable(zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
@@ -217,8 +219,9 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
 
 // The score of a node when all its moves have been searched; the last batch had `count` of them.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // Deliberately told by the score, which is free: without a legal move every move lost the king
-    // one ply down. The list can also be empty because the captures had their turn before it.
+    // The score tells for free that there may be no legal move: then every move lost the king one
+    // ply down. An empty last batch proves nothing, as captures may have come before it. This is on
+    // purpose; IsStalemate decides.
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;

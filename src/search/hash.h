@@ -31,7 +31,7 @@ static_assert(sizeof(HashEntry) == 24);
 extern HashEntry* hash_table_1; // of the full-width search: always replaced
 extern HashEntry* hash_table_2; // of the full-width search: deeper entries are kept for a while
 extern HashEntry* hash_table_q; // of the quiescence search: always replaced
-extern std::uint32_t hash_table_size; // entries a table, a power of two
+extern std::uint32_t hash_table_size; // entries in each table, a power of two
 extern std::uint32_t HASH_TABLE_MASK;
 
 // The slot of a key, the same in all tables.
@@ -46,8 +46,8 @@ void FinalizeHashTable();
 // Empties the tables.
 void NewHashTable();
 
-// A score usable within the window at the depth, or UNKNOWN_EVAL; `move_index` gets the best move's
-// or NO_MOVE_INDEX.
+// A score that answers the window at the depth, or UNKNOWN_EVAL; an exact one may lie outside the
+// window. `move_index` gets the best move's or NO_MOVE_INDEX.
 std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                             std::int32_t depth, std::int32_t& move_index);
 void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,

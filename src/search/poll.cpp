@@ -22,9 +22,9 @@ std::uint64_t hung_up_at = 0; // when the front end was first seen to be gone; 0
 
 CommandLine line; // the one being judged
 
-// A waiting line hides what comes behind it, but not that the front end has gone: it has hung up,
-// or nothing is left to read. A search without a limit then ends at once. Searches on the engine's
-// clock have a moment together, so that lines that were piped in still get a good answer.
+// The front end has hung up, or nothing is left to read. A search without a limit then ends at
+// once. Searches on the engine's clock still get half a second in all, for lines that were piped
+// in. A waiting line hides what comes behind it, but not this.
 bool IsFrontEndGone() {
     if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) {
         hung_up_at = 0;
@@ -42,6 +42,7 @@ Hearing HearingOf(const Command& command) {
     return engine_state.analyze_mode ? during.analysing : during.on_own_time;
 }
 
+// Rows that wait are passed over, so that a row further down may match.
 const Command* FindCommand() {
     const auto command = std::ranges::find_if(commands, [](const Command& row) {
         return HearingOf(row) != Hearing::WAIT && IsMatch(line, row.name, row.during_search.match);

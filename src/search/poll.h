@@ -19,7 +19,7 @@ enum class Hearing : std::uint8_t {
 };
 
 struct DuringSearch {
-    Match match; // the search is less strict with some names than the main loop is
+    Match match; // what stops a search does so by its first letters, as the front end is not asked
     Hearing on_own_time;
     Hearing pondering;
     Hearing analysing;
@@ -39,8 +39,8 @@ struct Command {
     Match match;
     CommandHandler carry_out; // when no search runs
     DuringSearch during_search = TO_WAIT;
-    // The same during a search; null: as carry_out. The position is somewhere in the tree then, so
-    // the handler must not read it. The functions that do assert that they may.
+    // The same during a search; null: as carry_out. The position is somewhere in the tree then, and
+    // the handler must not read it. Generation, making of moves and FEN assert that nobody does.
     CommandHandler answer = nullptr;
 };
 

@@ -55,7 +55,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
             bound = BOUND_EXACT;
         }
         if (alpha >= beta) {
-            // Deliberately the place as searched, as in the full-width search.
+            // On purpose the place as searched, here and below, as in the full-width search.
             StoreQuiescenceHashTable(zobrist_key, alpha, BOUND_LOWER, best_index);
             return alpha;
         }

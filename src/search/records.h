@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 
-// Nodes between two looks at the clock and the input.
+// Nodes between two looks at the clock and the input, below one root move.
 inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
 
 // Depths and plies are in quarter-plies, times in centiseconds.
@@ -24,7 +24,8 @@ struct SearchInfo {
 };
 extern SearchInfo search_info;
 
-// Adds the nodes since the last time to the total, and puts off the next look by an interval.
+// Adds the nodes since the last time to the total, and puts off the next look by an interval. Done
+// at every look and after every root move.
 inline void CountNodes() {
     search_info.nodes +=
         static_cast<std::uint64_t>(search_info.counted_from - search_info.node_counter);
@@ -55,8 +56,8 @@ struct AnalyzeInfo {
 };
 extern AnalyzeInfo analyze_info;
 
-// How long a search line can become. It has the depth of the iteration, which the user may ask for,
-// extensions beyond it (in quarter-plies), and the captures of a quiescence search.
+// The longest search line: the depth of the iteration, which the user may ask for, the extensions
+// beyond it (in quarter-plies), and the captures of a quiescence search.
 inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
 inline constexpr std::int32_t MAX_EXTRA_PLY = 56;
 inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;

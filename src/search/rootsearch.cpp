@@ -79,7 +79,8 @@ std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t dep
 }
 
 // The score of a root move that has been made. The first move gets a window around its last score,
-// the others a zero window above the best; a score outside is searched for again with a wide one.
+// if it has one, the others a zero window above the best. A score outside is searched for with a
+// wide one.
 std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
     const Move& move = candidate.move;
     const std::int32_t last = candidate.score;
@@ -95,7 +96,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
     return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
 }
 
-// A score that did not beat the best is exact only if the tables hold it as exact.
+// A score that did not beat the best is exact only if the tables hold it as exact: with the full
+// window they answer with no other.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -136,8 +138,8 @@ void Iterate(std::int32_t depth) {
 
 std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
 
-// The first root move; or at random one of the moves with exact scores that are about as good as
-// the first of these.
+// Without randomness the first move. Else one of the exact moves that are at most the margin worse
+// than the first exact move.
 const RootMove& ChooseRootMove() {
     const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);

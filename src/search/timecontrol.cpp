@@ -7,18 +7,19 @@ constexpr std::uint64_t LONG_CLOCK = 5'999;
 constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
 constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;
 
-// What is kept for the delays between front end and engine, over a hundred moves and more.
+// Below this clock no second iteration begins. It covers the delays between front end and engine,
+// over a hundred moves and more.
 constexpr std::uint64_t LAST_RESERVE = 50;
 
-// An iteration may take so many times as long as the one before it.
+// The next iteration is expected to take so many times as long as the last one.
 constexpr std::uint64_t ITERATION_GROWTH = 6;
 
-// Iterations of that length that the clock must have time for.
+// The clock must have time for so many iterations of that length.
 constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
 
-// A clock of so many increments is long enough to give two sixtieths of itself to an iteration, and
-// three increments.
+// A long clock, of so many increments at least, may give two sixtieths of itself and three
+// increments to an iteration.
 constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
 constexpr std::uint64_t CLOCK_PARTS = 60;
 constexpr std::uint64_t PARTS_FOR_ITERATION = 2;
