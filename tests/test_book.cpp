@@ -343,6 +343,11 @@ TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
     EXPECT_EQ(NextMove(), "g1f3");
 }
 
+TEST_F(BookInPlay, DoesNotBeginAgainLater) {
+    Play("a3 a6 e4");
+    EXPECT_EQ(NextMove(), "none");
+}
+
 TEST_F(BookInPlay, EndsWithItsLines) {
     Play("d4 d5");
     EXPECT_STREQ(book_state.help, " Out of book!\n");

@@ -26,15 +26,23 @@ void ExpectError(const std::string& words, const std::string& message) {
     ExpectRun(words, 1, "korvane: " + message + "\n", "");
 }
 
-TEST(CommandLine, RefusesErrors) {
+TEST(CommandLine, RefusesUnknownOptions) {
     for (const std::string word : {"x", "--hash", "--no-books=1", "-", "-of"}) {
         ExpectError("--version -f y " + word, "unrecognized option \"" + word + "\"");
     }
+    EXPECT_EQ(RunEngine("x", "/some\\" + std::string(40, 'k')).errors,
+              std::string(31, 'k') + ": unrecognized option \"x\"\n");
+}
+
+TEST(CommandLine, RefusesOptionsWithoutValue) {
     for (const std::string option : {"--hash-size", "--format", "-f", "-o"}) {
         for (const std::string next : {"", " --verbose", " -f=x", " -o"}) {
             ExpectError(option + next, "option value not specified (\"" + option + "\")");
         }
     }
+}
+
+TEST(CommandLine, RefusesOptionsThatDoNotGoTogether) {
     for (const std::string words :
          {"--version --verbose", "--help --version", "--help -f x", "--make-book",
           "--make-book --format=pgn", "--make-book -f x", "--make-book --format=PGN -f x --no-book",
@@ -42,18 +50,22 @@ TEST(CommandLine, RefusesErrors) {
           "--show-book -o x --format pgn", "--show-book -o x --hash-size=0"}) {
         ExpectError(words, "invalid option configuration");
     }
+}
+
+TEST(CommandLine, RefusesOddValues) {
     ExpectError("--make-book -f x --format PGN", "invalid option value (\"--format=PGN\")");
     for (const std::string value : {"0", "-1", "4096", "4294967297", "many", ""}) {
         ExpectError("--hash-size 1 --hash-size=" + value,
                     "invalid option value (\"--hash-size=" + value + "\")");
     }
-    ExpectRun("--make-book --format txt -f=a=b", 1, "Error (file does not exist): a=b\n", "");
-    ExpectRun("--show-book -o x", 1, "Error (file does not exist): korvane.bk\n", "");
-    EXPECT_EQ(RunEngine("x", "/some\\" + std::string(40, 'k')).errors,
-              std::string(31, 'k') + ": unrecognized option \"x\"\n");
 }
 
-TEST(CommandLine, AppliesSettings) {
+TEST(CommandLine, RefusesMissingFiles) {
+    ExpectRun("--make-book --format txt -f=a=b", 1, "Error (file does not exist): a=b\n", "");
+    ExpectRun("--show-book -o x", 1, "Error (file does not exist): korvane.bk\n", "");
+}
+
+TEST(CommandLine, IsSilentUnlessVerbose) {
     const std::string tables = "verbose: Created hash tables: ";
     ExpectRun("--no-book --no-random --no-resign -f x.pgn -o= --format=any", 0, "", "");
     ExpectRun("--verbose", 0, "",

@@ -23,6 +23,12 @@ void CheckOrder(const TextCase& test) {
 
 const bool ARE_ORDERS_REGISTERED = RegisterFile("Moves/Order", "order.txt", CheckOrder);
 
+TEST(Moves, BitsAreCounted) {
+    for (std::uint32_t set = 0; set < POP_COUNT_SIZE; ++set) {
+        ASSERT_EQ(POP_COUNT[set], static_cast<std::uint32_t>(std::popcount(set))) << set;
+    }
+}
+
 TEST(Moves, KingCapturesAlone) {
     StartAt("4k3/8/8/8/8/8/8/K3R2r b - - 0 1");
     side_to_move = WHITE; // as if black had left its king in check
