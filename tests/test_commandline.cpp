@@ -65,6 +65,23 @@ TEST(CommandLine, RefusesMissingFiles) {
     ExpectRun("--show-book -o x", 1, "Error (file does not exist): korvane.bk\n", "");
 }
 
+// Thirty plies of a line; of games the moves that five have.
+TEST(CommandLine, BuildsAndListsBooks) {
+    std::string line = "a3 a6";
+    for (int i = 0; i < 15; ++i) {
+        line += i % 2 == 0 ? " Nf3 Nf6" : " Ng1 Ng8";
+    }
+    const std::string build = "--make-book --format=pgn -f games";
+    EngineProcess lister("--show-book -o lines", KORVANE_BINARY, LayBook(line));
+    EXPECT_EQ(WaitForExit(lister).status, 0);
+    EXPECT_TRUE(ReadFile(lister, "lines").ends_with(" Ng8 14. Nf3 Nf6 15. Ng1 Ng8 *\n"));
+    EngineProcess builder(build, KORVANE_BINARY,
+                          "for i in 1 2 3 4 5; do echo 1. e4 '*'; done > games; "
+                          "for i in 1 2 3 4; do echo 1. d4 '*'; done >> games");
+    EXPECT_EQ(WaitForExit(builder).status, 0);
+    EXPECT_EQ(ReadFile(builder, "korvane.bk").size(), 40u + 36); // the root and e4
+}
+
 TEST(CommandLine, IsSilentUnlessVerbose) {
     const std::string tables = "verbose: Created hash tables: ";
     ExpectRun("--no-book --no-random --no-resign -f x.pgn -o= --format=any", 0, "", "");
