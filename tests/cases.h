@@ -33,13 +33,14 @@ bool RegisterCases(const char* suite, std::span<const Case> cases, CheckOfCase<C
     return true;
 }
 
-// A line of a file of cases, "NAME | FIELD | FIELD ...".
+// A line of a file of cases, "NAME | FIELD | FIELD ...". In a file of several suites the name
+// begins with the suite's, as in "Claims.Stalemate" for the suite "Protocol/Claims".
 struct TextCase {
     std::string name;
     std::vector<std::string> fields; // what stands behind the name; missing ones are empty
 };
 
-// Registers a test for every line of the file; empty lines and those that begin with '#' are none.
+// Registers a test for every line of the suite; empty lines and those that begin with '#' are none.
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check);
 
 // The text of a file under tests/cases/.

@@ -108,6 +108,21 @@ std::string Ask(EngineProcess& engine, const std::string& lines) {
     return answer.substr(0, answer.rfind("pong "));
 }
 
+std::string ToLines(const std::string& text) {
+    std::string lines;
+    for (std::size_t from = 0, end = 0; end != std::string::npos; from = end + 2) {
+        end = text.find("; ", from);
+        const std::string line = text.substr(from, end - from);
+        lines += line.starts_with("moves ") ? Game(line.substr(6)) : "\n" + line;
+    }
+    return lines.substr(1);
+}
+
+std::string ToAnswer(const std::string& text) {
+    const std::string lines = std::regex_replace(text, std::regex("; "), "\n");
+    return text.empty() ? "" : std::regex_replace(lines + "\n", std::regex("NO_BOOK\n"), NO_BOOK);
+}
+
 std::string Game(const std::string& moves) {
     return std::regex_replace(" " + moves, std::regex(" "), "\nusermove ");
 }

@@ -60,6 +60,10 @@ std::string ReadUntil(EngineProcess& engine, const std::string& pattern);
 // Sends the lines and gives all that comes before the answer to a ping sent behind them.
 std::string Ask(EngineProcess& engine, const std::string& lines);
 
+// Lines and answers of a case's text, as tests/cases/protocol.txt explains them.
+std::string ToLines(const std::string& text);
+std::string ToAnswer(const std::string& text);
+
 // Moves as command lines, with a line feed before each.
 std::string Game(const std::string& moves);
 

@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -52,6 +53,7 @@ bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase
     constexpr std::size_t MAX_FIELDS = 4;
     static std::deque<std::vector<TextCase>> files; // of the whole run
     std::vector<TextCase>& cases = files.emplace_back();
+    const std::string group = std::filesystem::path(suite).filename().string() + ".";
     std::istringstream lines(ReadCases(file_name));
     for (std::string line; std::getline(lines, line);) {
         if (line.empty() || line.front() == '#') continue;
@@ -60,9 +62,12 @@ bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase
             bar = line.find(" | ", from);
             fields.push_back(line.substr(from, bar - from));
         }
-        cases.push_back({fields[0], {fields.begin() + 1, fields.end()}});
+        const std::size_t dot = fields[0].find('.');
+        if (dot != std::string::npos && !fields[0].starts_with(group)) continue;
+        cases.push_back({fields[0].substr(dot + 1), {fields.begin() + 1, fields.end()}});
         cases.back().fields.resize(MAX_FIELDS);
     }
+    if (cases.empty()) std::abort();
     return RegisterCases<TextCase>(suite, cases, check);
 }
 

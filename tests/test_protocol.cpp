@@ -32,83 +32,32 @@ std::string Simplify(std::string answer) {
 }
 
 // A fresh engine that does not ponder answers.
-void CheckAnswer(const Exchange& test) {
+void ExpectAnswer(const std::string& lines, const std::string& answer) {
     EngineProcess engine;
-    EXPECT_EQ(Simplify(Ask(engine, "easy\nnopost\n" + test.lines)), test.answer);
+    EXPECT_EQ(Simplify(Ask(engine, "easy\nnopost\n" + lines)), answer);
 }
 
-const std::string FIFTY_MOVES = "1/2-1/2 {Fifty move rule}\n";
-const std::string SET = "force\nsetboard ";
-const Exchange ILLEGAL_MOVES[] = {
-    {"AtTheStart", "force" + Game("e7e5 O-O Kxx e4 e4"),
-     "Illegal move: e7e5\nIllegal move: O-O\nIllegal move: Kxx\nIllegal move: e4\n"},
-    {"CastlingThroughCheck", SET + "5rk1/8/8/8/8/8/8/R3K2R w KQ - 0 1" + Game("e1g1 O-O-O"),
-     "Illegal move: e1g1\n"},
-    {"Pinned", SET + "4r1k1/8/8/8/8/8/4B3/4K3 w - - 0 1" + Game("e2d3"), "Illegal move: e2d3\n"},
-    {"NoMove", "usermovee7\rx\r\nusermove", "Illegal move: e7\nIllegal move: \n"},
-    {"LongMove", "usermove " + LONGEST, "Illegal move: " + LONGEST.substr(0, 31) + "\n"},
-};
-const bool HAS_MOVES = RegisterCases<Exchange>("Protocol/IllegalMoves", ILLEGAL_MOVES, CheckAnswer);
+void CheckAnswer(const TextCase& test) {
+    ExpectAnswer(ToLines(test.fields[0]), ToAnswer(test.fields[1]));
+}
 
-const std::string ROOK = SET + "4k3/8/8/8/8/8/P7/R3K3 w - - 98 80";
-const std::string FOOLS_MATE = "force" + Game("f3 e5 g4 Qh4");
-const Exchange CLAIMS[] = {
-    {"WhiteMates", "force" + Game("e4 e5 Bc4 a6 Qf3 a5 Qxf7"), "1-0 {White mates}\n"},
-    {"BlackMates", FOOLS_MATE + Game("a3"), "0-1 {Black mates}\nIllegal move: a3\n"},
-    {"Stalemate", SET + "k7/8/1K6/8/8/8/8/2Q5 w - - 0 1" + Game("c1c7"), "1/2-1/2 {Stalemate}\n"},
-    {"Repetition", "force" + Game("Nf3 Nf6 Ng1 Ng8 Nf3 Nf6 Ng1") + "\nbk" + Game("Ng8"),
-     NO_BOOK + "1/2-1/2 {Threefold repetition}\n"},
-    {"FiftyMoves", ROOK + Game("Rb1") + "\nbk" + Game("Ke7"), NO_BOOK + FIFTY_MOVES},
-    {"FiftyMovesWithAPawn", ROOK + Game("a3 Ke7 Ra2"), ""},
-    {"Material", SET + "4k3/8/8/8/8/8/3p4/B3K3 w - - 0 1" + Game("e1d2"),
-     "1/2-1/2 {Insufficient material}\n"},
-    {"NoMoveBehind", "setboard 4k3/8/8/8/8/8/R7/4K3 w - - 99 80\nusermove a2a3", FIFTY_MOVES},
-    {"TakenBack", FOOLS_MATE + "\nsd 3\ngo\nundo\ngo",
-     "0-1 {Black mates}\nmove\n0-1 {Black mates}\n"},
-    {"GoneWithSetBoard", FOOLS_MATE + "\nplayother\n" + MIDDLE_GAME + "sd 3\nusermove a2a3",
-     "0-1 {Black mates}\nmove\n"},
+const bool HAS_TEXTS[] = {
+    RegisterFile("Protocol/IllegalMoves", "protocol.txt", CheckAnswer),
+    RegisterFile("Protocol/Claims", "protocol.txt", CheckAnswer),
+    RegisterFile("Protocol/Replies", "protocol.txt", CheckAnswer),
+    RegisterFile("Protocol/Offers", "protocol.txt", CheckAnswer),
+    RegisterFile("Protocol/Hints", "protocol.txt", CheckAnswer),
 };
-const bool HAS_CLAIMS = RegisterCases<Exchange>("Protocol/Claims", CLAIMS, CheckAnswer);
 
-const Exchange REPLIES[] = {
-    {"AtOnce", "sd 3\nusermove e2e4", "move\n"}, // a game stands ready
-    {"NotInForceMode", "force\nundo\nremove" + Game("e2e4 e7e5"), ""},
-    {"AfterGo", "sd 3\nforce" + Game("e4 e5") + "\ngo\nusermove a7a6", "move\nmove\n"},
-    {"AfterPlayOther", "sd 3\nforce\nusermove h2h3\nplayother\n.\nusermove h7h6", "move\n"},
-    {"AfterNew", "force\nnew\nsd 3\nusermove e2e4", "move\n"},
-};
-const bool HAS_REPLIES = RegisterCases<Exchange>("Protocol/Replies", REPLIES, CheckAnswer);
+void CheckSetting(const TextCase& test) {
+    ExpectAnswer(MIDDLE_GAME + "sd 4\n" + ToLines(test.fields[0]) + "\ngo", "move\n");
+}
 
-// The engine moves, and a line that waits for the move keeps those behind it from the search.
-const std::string GO = "\ngo\nxboard";
-const std::string HOPELESS = "setboard 7k/8/8/8/8/8/P7/KQR5 b - - 0 1\nsd 3\notim ";
-const std::string FOUR_MORE = GO + Game("a3\nxboard a4\nxboard a5\nxboard a6");
-const std::string FIVE = "move\nmove\nmove\nmove\nmove\n";
-// The move's score is -102, and -101.
-const std::string BEHIND = "sd 4\nsetboard 8/8/8/8/Pr4B1/6k1/8/2K5 w - - 0 1" + GO;
-const std::string LESS_BEHIND = "sd 3\nsetboard K7/8/8/3n1P2/8/1N6/8/k7 b - - 0 1" + GO;
-const Exchange OFFERS[] = {
-    {"Resigns", HOPELESS + "3000" + FOUR_MORE, FIVE + "resign\n"},
-    {"ResignsOnlyInTime", HOPELESS + "2999" + FOUR_MORE, FIVE},
-    {"TakesADraw", BEHIND + "\ndraw", "move\noffer draw\n"},
-    {"TakesNoDrawAtTheLimit", LESS_BEHIND + "\ndraw", "move\n"},
-    {"TakesNoDrawInANewGame", BEHIND + "\nnew\ndraw", "move\n"},
-    {"TakesNoDrawInANewPosition", BEHIND + "\n" + MIDDLE_GAME + "draw", "move\n"},
-    {"TakesNoDrawForAMoveTakenBack", BEHIND + "\nundo\ndraw", "move\n"},
-};
-const bool HAS_OFFERS = RegisterCases<Exchange>("Protocol/Offers", OFFERS, CheckAnswer);
-
-const Exchange HINTS[] = {
-    {"GivenAfterAMove", "hint\nsd 3" + GO + "\nhint", "move\nHint: b8c6\n"},
-    {"GoneWithNew", "sd 3" + GO + "\nnew\nhint", "move\n"},
-    {"GoneWithSetBoard", "sd 3" + GO + "\n" + MIDDLE_GAME + "hint", "move\n"},
-    {"GoneWithItsMove", "sd 3" + GO + "\nundo\nhint", "move\n"},
-    {"BackAtRemove", "sd 3" + GO + Game("a6") + "\nremove\nhint", "move\nmove\nHint: b8c6\n"},
-    {"KeptAtUndo", "sd 3" + GO + "\nforce" + Game("a6") + "\nundo\nhint", "move\nHint: b8c6\n"},
-};
-const bool HAS_HINTS = RegisterCases<Exchange>("Protocol/Hints", HINTS, CheckAnswer);
+const bool HAS_SETTINGS = RegisterFile("Protocol/Settings", "protocol.txt", CheckSetting);
 
 const Exchange ODD_LINES[] = {
+    {"NoMove", "usermovee7\rx\r\nusermove", "Illegal move: e7\nIllegal move: \n"},
+    {"LongMove", "usermove " + LONGEST, "Illegal move: " + LONGEST.substr(0, 31) + "\n"},
     {"CarriageReturn", "bk\r", NO_BOOK},
     {"NulByte", std::string("cut\0off", 7), UNKNOWN + "cut off\n"},
     {"Longest", LONGEST, UNKNOWN + "LONGEST\n"},
@@ -121,7 +70,9 @@ const Exchange ODD_LINES[] = {
     {"Pings", "ping\nping x\nping -3\nping8 9", "pong\npong\npong -3\npong 8\n"},
     {"NothingToSay", "draw\n?\n.\npause\nresume\nrandom\ncomputer", ""},
 };
-const bool HAS_ODD_LINES = RegisterCases<Exchange>("Protocol/OddLines", ODD_LINES, CheckAnswer);
+const bool HAS_ODD_LINES =
+    RegisterCases<Exchange>("Protocol/OddLines", ODD_LINES,
+                            [](const Exchange& test) { ExpectAnswer(test.lines, test.answer); });
 
 // Errors are told, and logged.
 void CheckUnknown(const Exchange& test) {
@@ -148,24 +99,6 @@ const Exchange UNKNOWN_LINES[] = {
 const bool HAS_UNKNOWN_LINES =
     RegisterCases<Exchange>("Protocol/UnknownLines", UNKNOWN_LINES, CheckUnknown);
 
-const Exchange SETTINGS[] = {
-    {"NoDepth", "sd 0"},
-    {"NegativeDepth", "sd -99999999999"},
-    {"HugeDepth", "sd 99999999999999\ntime 90\ntime\ntime x"},
-    {"NoTime", "sd 50\ntime 0"},
-    {"NegativeTime", "time -1\notim -1\notim x"},
-    {"HugeTime", "time 99999999999999\notim 99999999999999"},
-    {"ShortLevel", "level\nlevel 40\nlevelx"},
-    {"OddLevel", "level x y z\nlevel 40 2:30 x"},
-    {"NegativeLevel", "level -1 -1:-1 -2147483648"},
-    {"HugeLevel", "time 6000\nlevel 99999999999 9:99 99999999999"},
-    {"NoText", "rating\nrating 1\nname\nics\nresult\nresult *\naccepted\nremove"},
-};
-const bool HAS_SETTINGS =
-    RegisterCases<Exchange>("Protocol/Settings", SETTINGS, [](const Exchange& test) {
-        CheckAnswer({test.name, MIDDLE_GAME + "sd 4\n" + test.lines + "\ngo", "move\n"});
-    });
-
 TEST(Protocol, AnnouncesItsFeatures) {
     EngineProcess engine;
     EXPECT_EQ(Ask(engine, "xboard\nprotover 2"),
@@ -185,7 +118,10 @@ TEST(Protocol, WritesAlgebraicMovesOnceAccepted) {
 
 TEST(Protocol, DoesNotResignWhenToldNotTo) {
     EngineProcess engine("--hash-size=1 --no-random --no-resign");
-    EXPECT_EQ(Simplify(Ask(engine, "easy\nnopost\n" + HOPELESS + "3000" + FOUR_MORE)), FIVE);
+    const std::string hopeless = "setboard 7k/8/8/8/8/8/P7/KQR5 b - - 0 1\nsd 3\notim 3000\n";
+    const std::string moves = "go\nxboard" + Game("a3\nxboard a4\nxboard a5\nxboard a6");
+    EXPECT_EQ(Simplify(Ask(engine, "easy\nnopost\n" + hopeless + moves)),
+              "move\nmove\nmove\nmove\nmove\n");
 }
 
 // Ends a game so that it is logged, which games in force mode are not.
@@ -198,23 +134,15 @@ std::string ReadGames(const EngineProcess& engine) {
 }
 
 // A position that is refused leaves the game as it was.
-void CheckRefusal(const Exchange& test) {
+void CheckRefusal(const TextCase& test) {
     EngineProcess engine;
-    EXPECT_EQ(Ask(engine, "force" + Game("e2e4 e7e5") + "\nsetboard" + test.lines + "\nundo" +
+    EXPECT_EQ(Ask(engine, "force" + Game("e2e4 e7e5") + "\n" + test.fields[0] + "\nundo" +
                               Game("e7e6 g1f3") + Result("1-0")),
-              test.answer);
+              ToAnswer(test.fields[1]));
     EXPECT_TRUE(ReadGames(engine).ends_with("]\n\n1. e2e4 e7e6 2. g1f3 1-0\n\n"));
 }
 
-const Exchange REFUSALS[] = {
-    {"NoText", "", REFUSED},
-    {"EmptyText", " ", REFUSED},
-    {"NoSide", " k7/8/8/8/8/8/8/K7", REFUSED},
-    {"OneKing", " 8/8/8/8/8/8/8/K7 w - - 0 1", REFUSED},
-    {"NoPieces", " 8/8/8/8/8/8/8/8 w - - 0 1"}, // taken without a word
-    {"KingToBeTaken", " 4k3/8/8/8/8/8/8/K3R3 w - -", REFUSED},
-};
-const bool HAS_REFUSALS = RegisterCases<Exchange>("Protocol/Refusals", REFUSALS, CheckRefusal);
+const bool HAS_REFUSALS = RegisterFile("Protocol/Refusals", "protocol.txt", CheckRefusal);
 
 TEST(Protocol, LogsAGame) {
     EngineProcess engine;

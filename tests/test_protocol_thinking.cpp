@@ -10,8 +10,6 @@
 
 namespace {
 
-const std::string EMPTY_BOARD = "setboard 8/8/8/8/8/8/8/8 w - - 0 1";
-
 // A single move is played at once, and the game is long after it.
 const std::string ONE_MOVE = "setboard r5k1/pppq1ppp/2np4/8/8/1Q1P3N/PPPR2PP/4r2K w - - 0 20";
 
@@ -21,29 +19,14 @@ bool IsPondering(EngineProcess& engine) {
     return Ask(engine, ".").find("stat01:") != std::string::npos;
 }
 
-void CheckStop(const Exchange& test) {
+void CheckStop(const TextCase& test) {
     EngineProcess engine;
     StartThinking(engine, "easy\ngo");
-    SendLines(engine, test.lines);
+    SendLines(engine, test.fields[0]);
     ReadUntil(engine, MOVE);
 }
 
-const Exchange STOPS[] = {
-    {"MoveNow", "?"},
-    {"New", "new"},
-    {"Force", "force"},
-    {"Time", "time 9"},
-    {"Otim", "otim 9"},
-    {"Result", "result *"},
-    {"Undo", "undo"},
-    {"Remove", "remove"},
-    {"Exit", "exit"},
-    {"SetBoard", "setboard x"},
-    {"Analyze", "analyze"},
-    {"UserMove", "usermove a1a1"},
-    {"EmptyBoard", EMPTY_BOARD},
-};
-const bool HAS_STOPS = RegisterCases<Exchange>("Protocol/MovesAtOnceFor", STOPS, CheckStop);
+const bool HAS_STOPS = RegisterFile("Protocol/MovesAtOnceFor", "protocol.txt", CheckStop);
 
 TEST(Protocol, OtherLinesWaitForItsMove) {
     EngineProcess engine;
@@ -129,57 +112,35 @@ TEST(Protocol, Analyses) {
     ReadUntil(engine, " Book not available!");
 }
 
-// The answer is how the thinking lines begin.
-void CheckStep(const Exchange& test) {
+void CheckStep(const TextCase& test) {
     EngineProcess engine;
     StartThinking(engine, "analyze");
     SendLines(engine, "usermove e1g1");
     ReadUntil(engine, THINKING + "1\\.\\.\\. .*");
-    SendLines(engine, test.lines);
-    ReadUntil(engine, THINKING + test.answer + ".*");
+    SendLines(engine, test.fields[0]);
+    ReadUntil(engine, THINKING + test.fields[1] + ".*");
 }
 
-const Exchange STEPS[] = {
-    {"UserMove", "usermove a6e2", "2\\. "},
-    {"Undo", "undo", "1\\. "},
-    {"New", "new", "1\\. b1"}, // where no piece was
-    {"SetBoard", "setboard r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 80", "80\\. "},
-};
-const bool HAS_STEPS = RegisterCases<Exchange>("Protocol/AnalysesOn", STEPS, CheckStep);
-
-void CheckEndOfAnalysis(const Exchange& test) {
+void CheckEndOfAnalysis(const TextCase& test) {
     EngineProcess engine;
     StartThinking(engine, "analyze");
     SendLines(engine, "nopost\n.");
     ReadUntil(engine, "stat01:.*");
-    EXPECT_EQ(Ask(engine, test.lines + "\n."), test.answer);
+    EXPECT_EQ(Ask(engine, ToLines(test.fields[0]) + "\n."), ToAnswer(test.fields[1]));
 }
 
-const Exchange ENDS_OF_ANALYSIS[] = {
-    {"Exit", "exit"},
-    {"Remove", "remove"},
-    {"IllegalMove", "usermove e2e5", "Illegal move: e2e5\n"},
-    {"RefusedPosition", "setboard x", REFUSED},
-    {"EmptyBoard", EMPTY_BOARD},
-    {"EndOfGame", "setboard 4k3/8/8/8/8/8/R7/4K3 w - - 99 80\nusermove a2a3\nanalyze",
-     "1/2-1/2 {Fifty move rule}\n"},
-};
-const bool HAS_ENDS_OF_ANALYSIS =
-    RegisterCases<Exchange>("Protocol/AnalysisEndsWith", ENDS_OF_ANALYSIS, CheckEndOfAnalysis);
-
-// The answer is the depth of the last thinking line.
-void CheckDepth(const Exchange& test) {
+void CheckDepth(const TextCase& test) {
     EngineProcess engine;
-    const std::string heard = Ask(engine, "easy\n" + test.lines + "\nsd 7\ngo");
-    EXPECT_EQ(heard.substr(heard.rfind('\n', heard.find("\nmove ") - 1) + 1, 2), test.answer);
+    const std::string heard = Ask(engine, "easy\n" + test.fields[0] + "\nsd 7\ngo");
+    EXPECT_EQ(heard.substr(heard.rfind('\n', heard.find("\nmove ") - 1) + 1, 2),
+              " " + test.fields[1]);
 }
 
-const Exchange DEPTHS[] = {
-    {"OneMove", ONE_MOVE, " 3"},
-    {"OneMoveNotMated", "setboard 8/5r2/1R6/6k1/8/6P1/4r2K/8 w - - 0 1", " 3"},
-    {"Mates", "setboard 3r2k1/pp3ppp/2p5/8/2P1n3/1P2P3/P3BPPP/3R2K1 w - - 0 24", " 3"},
+const bool HAS_TEXTS[] = {
+    RegisterFile("Protocol/AnalysesOn", "protocol.txt", CheckStep),
+    RegisterFile("Protocol/AnalysisEndsWith", "protocol.txt", CheckEndOfAnalysis),
+    RegisterFile("Protocol/ThinksNoDeeper", "protocol.txt", CheckDepth),
 };
-const bool HAS_DEPTHS = RegisterCases<Exchange>("Protocol/ThinksNoDeeper", DEPTHS, CheckDepth);
 
 // A search of eight plies, without its times.
 std::string Think(EngineProcess& engine) {
