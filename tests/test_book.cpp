@@ -249,27 +249,6 @@ TEST_F(Book, TellsAPersonWhereABadMoveStands) {
               "Error (illegal move): e4\nin game 2 of in (Ann - Bob), move 1...\n");
 }
 
-// A number written over a good book of the lines e4 e5 Nf3 and d4 d5: at 0 the root's record, at 44
-// that of its first child.
-struct Damage {
-    const char* name;
-    std::size_t at;
-    std::int32_t number;
-};
-
-const Damage DAMAGES[] = {
-    {"NegativeCount", 32, -1},
-    {"HugeCount", 32, 1'000'000'000},
-    {"CountTooHigh", 32, 3},
-    {"RecordThatIsItsOwnChild", 36, 0},
-    {"ChildThatTwoShare", 40, 44},
-    {"NegativeOffset", 36, -5},
-    {"OffsetOutsideTheFile", 40, 1'000'000'000},
-    {"MoveFromOffTheBoard", 44, 70},
-    {"MoveToOffTheBoard", 48, -1},
-    {"IllegalMove", 44, 13},
-};
-
 void ExpectDamaged(const std::string& file) {
     WriteText("bad.bk", file);
     EXPECT_NE(InitializeBook("bad.bk"), nullptr);
@@ -278,16 +257,17 @@ void ExpectDamaged(const std::string& file) {
                 "Error \\(damaged book file\\): bad.bk");
 }
 
-void CheckDamage(const Damage& test) {
+void CheckDamage(const TextCase& test) {
     const Folder folder;
     BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);
     std::string file = ReadText("out.bk");
     ASSERT_EQ(NumberAt(file, 36), 44);
-    std::memcpy(file.data() + test.at, &test.number, 4);
+    const std::int32_t number = std::stoi(test.fields[1]);
+    std::memcpy(file.data() + std::stoi(test.fields[0]), &number, 4);
     ExpectDamaged(file);
 }
 
-const bool ARE_DAMAGES_REGISTERED = RegisterCases<Damage>("Book/Damaged", DAMAGES, CheckDamage);
+const bool ARE_DAMAGES_REGISTERED = RegisterFile("Book/Damaged", "damages.txt", CheckDamage);
 
 TEST_F(Book, DamagedInLength) {
     BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);

@@ -8,6 +8,9 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <iterator>
+#include <numeric>
+#include <sstream>
 
 namespace {
 
@@ -46,49 +49,17 @@ std::string Turned(std::string board) {
     return Mirrored(board);
 }
 
-// The score for white, which is to move, from what the pieces, pawns and kings add one by one.
-struct Score {
-    const char* name;
-    const char* placement;
-    std::int32_t score;
-};
-
-const Score SCORES[] = {
-    {"Start", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 0},
-    {"PassedIsolatedPawn", "4k3/8/8/8/4P3/8/8/4K3", 100 + 16 + 24 - 15},
-    {"PawnBeforeARook", "r3k3/8/8/8/4P3/8/8/4K3", (100 + 16 + 24 - 33) - (500 - 3)},
-    {"PawnShieldedFromARook", "r3k3/4p3/8/8/4P3/8/8/4K3",
-     (100 + 16 - 15) - (100 + 0 - 15) - (500 - 3)},
-    {"PawnsThatStopEachOther", "4k3/8/3p4/8/4P3/8/8/4K3", (100 + 16 - 15) - (100 + 10 - 15)},
-    {"PawnsSideBySide", "4k3/8/8/3pP3/8/8/8/4K3", (100 + 24 + 24 - 15) - (100 + 16 + 24 - 15)},
-    {"ProtectedAndBackwardPawns", "4k3/8/8/4P3/3P4/8/8/4K3",
-     (100 + 24 + 32) + (100 + 16 + 24 - 12)},
-    {"BackwardPawnBeforeARook", "r3k3/8/8/4P3/3P4/8/8/4K3",
-     (100 + 24 + 32) + (100 + 16 + 24 - 12 - 15) - (500 - 3)},
-    {"BackwardPawnOnTheEdge", "4k3/8/8/8/8/1P6/P7/4K3", (100 + 8 + 32) + (100 + 4 + 24 - 5)},
-    {"DoubledPawns", "4k3/8/8/8/4P3/4P3/8/4K3",
-     (100 + 16 + 24 - 12 - 15) + (100 + 10 + 24 - 12 - 15)},
-    {"BishopPair", "4k3/8/8/8/8/8/8/2B1KB2", 2 * (300 + 14) + 8},
-    {"ThreeBishops", "4k3/8/8/8/8/4B3/8/2B1KB2", 2 * (300 + 14) + (300 + 24)},
-    // nine pieces: two pawns beside the king, one before them, a piece in front of either king
-    {"KingsInDanger", "rn1qk2r/2R5/8/8/8/6bP/5PP1/3Q2K1",
-     (3 * 100 + 4 + 4 + 6 + 24 + 24 + 32) + 900 + (500 + 6) + (2 * 12 + 5 - 12) -
-         (2 * (500 - 3) + (300 + 4) + 900 + (300 + 19) - 20 - 12)},
-    {"EightPieces", "rn1qk3/2R5/8/8/8/6bP/5PP1/3Q2K1",
-     (3 * 100 + 4 + 4 + 6 + 24 + 24 + 32) + 900 + (500 + 6) + 6 -
-         ((500 - 3) + (300 + 4) + 900 + (300 + 19) + 18)},
-    {"FourPieces", "BB6/8/8/8/8/8/3k4/6K1", 2 * (300 + 14) + 8 + 6 - 24},
-    {"ThreePieces", "B7/8/8/8/8/8/3k4/6K1", (300 + 14) + 6 - 48},
-};
-
-void CheckScore(const Score& test) {
-    EXPECT_EQ(ScoreOf(test.placement, "w"), test.score);
-    EXPECT_EQ(ScoreOf(test.placement, "b"), -test.score);
-    EXPECT_EQ(ScoreOf(Turned(Spread(test.placement)), "b"), test.score);
-    EXPECT_EQ(ScoreOf(Mirrored(Spread(test.placement)), "w"), test.score);
+void CheckScore(const TextCase& test) {
+    const std::string& placement = test.fields[0];
+    std::istringstream terms(test.fields[1]);
+    const std::int32_t score = std::accumulate(std::istream_iterator<std::int32_t>(terms), {}, 0);
+    EXPECT_EQ(ScoreOf(placement, "w"), score);
+    EXPECT_EQ(ScoreOf(placement, "b"), -score);
+    EXPECT_EQ(ScoreOf(Turned(Spread(placement.c_str())), "b"), score);
+    EXPECT_EQ(ScoreOf(Mirrored(Spread(placement.c_str())), "w"), score);
 }
 
-const bool ARE_SCORES_REGISTERED = RegisterCases<Score>("Eval/Scores", SCORES, CheckScore);
+const bool ARE_SCORES_REGISTERED = RegisterFile("Eval/Scores", "scores.txt", CheckScore);
 
 // A white piece on a square of a board with kings in the corners h1 and h8, and with white pieces
 // on rank 7 as in the phase: many, some, none.
@@ -115,36 +86,19 @@ TEST(Eval, IsTheSameForBothColoursAndWings) {
     }
 }
 
-// Squares from the best to the worst for a white piece.
-struct Taste {
-    const char* name;
-    int phase;
-    char piece;
-    std::string squares;
-};
-
-const Taste TASTES[] = {
-    {"PawnsInTheMiddle", 2, 'P', "e6 e5 e4 e3 b3 a3 c2 f3 e2"},
-    {"PawnsAhead", 2, 'P', "d6 c6 b6 a6 a5 a4 a2"},
-    {"KnightsInTheMiddle", 2, 'N', "d4 d3 c3 b4 b3 a4 b2 b1 a1"},
-    {"BishopsOffTheEdge", 2, 'B', "e4 d2 c1"},
-    {"BishopsOnTheLongDiagonal", 2, 'B', "b2 b3 a3"},
-    {"RooksOnTheSeventh", 2, 'R', "e7 e8 e5 a1"},
-    {"KingsHiddenFromManyPieces", 0, 'K', "g1 c1 f1 e1 d2 d3 d4"},
-    {"KingsInTheMiddleOfFewPieces", 1, 'K', "d4 d3 d2 d1 c1 b1 a1"},
-    {"KingsAheadAtTheEnd", 2, 'K', "d7 d6 d5 d3 d2 d1 c1 b1 a1"},
-};
-
-void CheckTaste(const Taste& test) {
+void CheckTaste(const TextCase& test) {
+    const std::string& squares = test.fields[2];
     const auto score_of = [&](const std::string& square) {
-        return -ScoreOf(BoardWith(test.phase, test.piece, square[0] - 'a', square[1] - '1'), "b");
+        return -ScoreOf(BoardWith(std::stoi(test.fields[0]), test.fields[1][0], square[0] - 'a',
+                                  square[1] - '1'),
+                        "b");
     };
-    for (std::size_t i = 3; i < test.squares.size(); i += 3) {
-        const std::string better = test.squares.substr(i - 3, 2), worse = test.squares.substr(i, 2);
+    for (std::size_t i = 3; i < squares.size(); i += 3) {
+        const std::string better = squares.substr(i - 3, 2), worse = squares.substr(i, 2);
         EXPECT_GT(score_of(better), score_of(worse)) << better << " and " << worse;
     }
 }
 
-const bool ARE_TASTES_REGISTERED = RegisterCases<Taste>("Eval/Prefers", TASTES, CheckTaste);
+const bool ARE_TASTES_REGISTERED = RegisterFile("Eval/Prefers", "tastes.txt", CheckTaste);
 
 } // namespace

@@ -11,6 +11,7 @@
 #include "search/records.h"
 #include "search/rootsearch.h"
 
+#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -191,38 +192,21 @@ void CheckDraw(const TextCase& test) {
 
 const bool ARE_DRAWS_REGISTERED = RegisterFile("Search/Draws", "draws.txt", CheckDraw);
 
-// A position and the moves that the engine plays, one time or another, when it may choose; the
-// best is the last. The search before, if any, leaves its scores in the tables.
-struct Choice {
-    const char* name;
-    const char* fen;
-    std::int32_t plies_before;
-    std::set<std::string> moves;
-    const char* best;
-};
-
-const Choice CHOICES[] = {
-    // 104, 105, 108
-    {"WithinThreeCentipawns", "8/2K4k/5r2/3R4/8/8/1P6/8 w - - 0 1", 0, {"d5d7", "d5d6"}, "d5d6"},
-    // -116, -113, -112, -109
-    {"NotFourCentipawnsBelow", "8/3K2k1/8/7R/3P4/4r3/8/8 b - - 0 1", 0, {"e3d3", "g7f6"}, "g7f6"},
-    // 107 as the tables know, and d5d7
-    {"KnownToTheTables", "8/8/K7/3R4/3P4/8/8/4k1r1 w - - 0 1", 4, {"d5d7", "d5d8"}, "d5d8"},
-};
-
-void CheckChoice(const Choice& test) {
+void CheckChoice(const TextCase& test) {
+    const std::int32_t plies_before = std::stoi(test.fields[3]);
     std::set<std::string> seen;
     for (std::uint32_t seed = 0; seed < 40; ++seed) {
-        StartAt(test.fen);
-        if (test.plies_before > 0) Think(test.plies_before);
+        StartAt(test.fields[0]);
+        if (plies_before > 0) Think(plies_before);
         SeedRandom(seed * 997);
         seen.insert(Think(3, true).move);
     }
-    EXPECT_EQ(seen, test.moves);
-    EXPECT_EQ(Think(3).move, test.best);
+    std::istringstream moves(test.fields[1]);
+    EXPECT_EQ(seen, std::set<std::string>(std::istream_iterator<std::string>(moves), {}));
+    EXPECT_EQ(Think(3).move, test.fields[2]);
 }
 
-const bool ARE_CHOICES_REGISTERED = RegisterCases<Choice>("Search/Chooses", CHOICES, CheckChoice);
+const bool ARE_CHOICES_REGISTERED = RegisterFile("Search/Chooses", "choices.txt", CheckChoice);
 
 TEST(Search, EndsWhenEveryOtherMoveIsMated) {
     StartAt("2rk4/8/3K4/1Q6/8/4p3/8/8 b - - 0 1");

@@ -11,48 +11,26 @@
 #include "search/rootsearch.h"
 #include "search/timecontrol.h"
 
+#include <sstream>
+
 namespace {
 
-struct LimitCase {
-    const char* name;
-    std::uint64_t clock, limit;
-};
-const LimitCase LIMITS[] = {{"OfAnHour", 360'000, 36'000},
-                            {"OfAMinute", 6'000, 600},
-                            {"BelowAMinute", 5'999, 399},
-                            {"OfNothing", 0, 0},
-                            {"WithoutAClock", UNKNOWN_CLOCK, UNKNOWN_CLOCK / 10}};
-const bool ARE_LIMITS_REGISTERED =
-    RegisterCases<LimitCase>("Time/Limit", LIMITS, [](const LimitCase& test) {
-        EXPECT_EQ(TimeLimit(test.clock), test.limit);
-    });
+std::uint64_t ToNumber(const std::string& text) { return std::stoull(text); }
 
-// Each case is the last that still fits, or the first that does not.
-struct IterationCase {
-    const char* name;
+void CheckLimit(const TextCase& test) {
+    EXPECT_EQ(TimeLimit(ToNumber(test.fields[0])), ToNumber(test.fields[1]));
+}
+
+void CheckIteration(const TextCase& test) {
+    std::istringstream words(test.fields[0] + " " + test.fields[1]);
     TimeLeft left;
-    std::uint64_t used, iteration_time;
-    bool fits;
-};
-const IterationCase ITERATIONS[] = {
-    {"FitsIntoTheClock", {1'200, 0}, 0, 10, true},
-    {"DoesNotFitIntoTheClock", {1'200, 0}, 0, 11, false},
-    {"FitsIntoWhatIsLeft", {1'200, 0}, 240, 8, true},
-    {"DoesNotFitIntoWhatIsLeft", {1'200, 0}, 241, 8, false},
-    {"MayBeLongerWithIncrement", {900, 1}, 0, 10, true},
-    {"MayNotBeMuchLongerWithIncrement", {900, 1}, 1, 10, false},
-    {"MaySpendIncrementsOfALongClock", {6'000, 300}, 0, 183, true},
-    {"MayNotSpendMore", {6'000, 300}, 0, 184, false},
-    {"MayNotSpendTheIncrementsOfAShortClock", {5'999, 299}, 0, 150, false},
-    {"MayNotSpendIncrementsThatOutweighTheClock", {6'000, 301}, 0, 150, false},
-    {"FitsAfterTheFirstOfALongClock", {6'000, 301}, 0, 66, true},
-    {"FitsIntoHalfASecond", {50, 0}, 0, 0, true},
-    {"LeavesTheLastHalfSecond", {49, 1'000}, 0, 0, false},
-};
-const bool ARE_ITERATIONS_REGISTERED =
-    RegisterCases<IterationCase>("Time/Iteration", ITERATIONS, [](const IterationCase& test) {
-        EXPECT_EQ(IsTimeForIteration(test.left, test.used, test.iteration_time), test.fits);
-    });
+    std::uint64_t used = 0, iteration_time = 0;
+    words >> left.clock >> left.increment >> used >> iteration_time;
+    EXPECT_EQ(IsTimeForIteration(left, used, iteration_time), test.fields[2] == "fits");
+}
+
+const bool ARE_RULES_REGISTERED[] = {RegisterFile("Time/Limit", "time.txt", CheckLimit),
+                                     RegisterFile("Time/Iteration", "time.txt", CheckIteration)};
 
 // Searches without a word.
 struct Time : testing::Test {
@@ -120,27 +98,15 @@ TEST_F(Time, KeepsTheLastHalfSecond) {
     }
 }
 
-struct ClockCase {
-    const char* name;
-    const char* line;
-    std::uint64_t engine, opponent, increment;
-};
-const ClockCase CLOCKS[] = {
-    {"Time", "time 30000", 30'000, UNKNOWN_CLOCK, 0},
-    {"Otim", "otim 2999", UNKNOWN_CLOCK, 2'999, 0},
-    {"Overdrawn", "time -1", ~std::uint64_t{0}, UNKNOWN_CLOCK, 0},
-    {"Increment", "level 0 2:30 12", UNKNOWN_CLOCK, UNKNOWN_CLOCK, 1'200},
-    {"NoIncrement", "level 40 5 0", UNKNOWN_CLOCK, UNKNOWN_CLOCK, 0},
-    {"NegativeIncrement", "level 40 5 -3", UNKNOWN_CLOCK, UNKNOWN_CLOCK, 0},
-    {"HugeIncrement", "level 40 5 2000000000", UNKNOWN_CLOCK, UNKNOWN_CLOCK, 1'000'000'000},
-};
-const bool ARE_CLOCKS_REGISTERED =
-    RegisterCases<ClockCase>("Protocol/Clock", CLOCKS, [](const ClockCase& test) {
-        StartAt(INITIAL_FEN);
-        ParseCommand(test.line);
-        EXPECT_EQ(game_state.engine_time, test.engine);
-        EXPECT_EQ(game_state.opponent_time, test.opponent);
-        EXPECT_EQ(game_state.time_increment, test.increment);
-    });
+void CheckClock(const TextCase& test) {
+    StartAt(INITIAL_FEN);
+    ParseCommand(test.fields[0].c_str());
+    EXPECT_EQ(std::to_string(game_state.engine_time) + " " +
+                  std::to_string(game_state.opponent_time) + " " +
+                  std::to_string(game_state.time_increment),
+              test.fields[1]);
+}
+
+const bool ARE_CLOCKS_REGISTERED = RegisterFile("Protocol/Clock", "clocks.txt", CheckClock);
 
 } // namespace
