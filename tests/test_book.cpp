@@ -7,6 +7,7 @@
 #include "game/bookstate.h"
 #include "game/enginestate.h"
 #include "game/history.h"
+#include "moves/makemove.h"
 #include "notation/notation.h"
 #include "play/newgame.h"
 
@@ -313,6 +314,22 @@ TEST_F(BookInPlay, TellsItsMoves) {
     engine_state.san_notation = 1;
     EXPECT_STREQ(WrittenBookHelp(), " 2. Nf3\n");
     engine_state.san_notation = 0;
+}
+
+// Of two hundred moves, in lines of nine characters.
+TEST_F(BookInPlay, TellsAsManyMovesAsFit) {
+    StartAt("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
+    MoveTrieNode node{};
+    MoveList moves;
+    GenerateAllLegalMoves(moves, nullptr);
+    for (const Move& move : moves) {
+        InsertIntoMoveTrie(node, {&move, 1}, false);
+    }
+    book_state = {1, &node, ""};
+    UpdateBookHelp();
+    EXPECT_EQ(std::string(book_state.help), std::string(WrittenBookHelp()).substr(0, 56 * 9));
+    NewBookState();
+    FreeMoveTrie(node);
 }
 
 TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
