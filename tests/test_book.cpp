@@ -8,6 +8,7 @@
 #include "game/enginestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
+#include "notation/gamefile.h"
 #include "notation/notation.h"
 #include "play/newgame.h"
 
@@ -162,6 +163,18 @@ void CheckListing(const Listing& test) {
 }
 
 const bool ARE_LISTINGS_REGISTERED = RegisterCases<Listing>("Book/Keeps", LISTINGS, CheckListing);
+
+TEST_F(Book, ReadsTagsWithBackslashes) {
+    WriteText("in", "[A \"x \\\"y\\\" \\\\z\"]\n[no tag]\n[B \"x\\\"]\n\n[C \"in the moves\"]");
+    std::FILE* file = std::fopen("in", "r");
+    PgnTag tag;
+    std::string tags;
+    while (ReadNextPgnTag(file, tag)) {
+        tags += std::string(tag.name) + ": " + tag.value + "; ";
+    }
+    std::fclose(file);
+    EXPECT_EQ(tags, "A: x \"y\" \\z; B: x\\; ");
+}
 
 TEST_F(Book, KeepsThirtyPliesOfGamesOfAnyLength) {
     std::string game;

@@ -65,6 +65,13 @@ TEST(Protocol, PondersUntilAMoveOrEasy) {
     EXPECT_FALSE(IsPondering(engine));
 }
 
+TEST(Protocol, HasAClockAgainAfterPondering) {
+    EngineProcess engine;
+    StartThinking(engine, "hard\nplayother");
+    SendLines(engine, "time 40\nusermove e1g1");
+    ReadUntil(engine, MOVE);
+}
+
 TEST(Protocol, AnswersWhilePondering) {
     EngineProcess engine;
     SendLines(engine, "nopost\n" + ONE_MOVE + "\ngo");
@@ -234,6 +241,16 @@ void CheckDeafEnd(const Exchange& state) {
 
 const bool HAS_DEAF_ENDS =
     RegisterCases<Exchange>("Protocol/EndsWhenNobodyListens", STATES, CheckDeafEnd);
+
+// A line that waits and one that is not yet read do not hide it.
+TEST(Protocol, EndsWhenNobodyListensBehindLines) {
+    EngineProcess engine;
+    StartThinking(engine, "analyze");
+    SendLines(engine, "nopost\n.\nst 5\nst 6");
+    ReadUntil(engine, "stat01:.*");
+    CloseOutput(engine);
+    EXPECT_EQ(WaitForExit(engine).status, -SIGPIPE);
+}
 
 TEST(Protocol, AnswersLinesThatPourInWhileItThinks) {
     EngineProcess engine;

@@ -240,6 +240,11 @@ TEST(Search, ExpectsNoReplyToMate) {
     EXPECT_EQ(thought.reply, "none");
 }
 
+TEST(Search, ExpectsTheLastMoveOfItsLine) {
+    StartAt("6k1/8/5KQ1/8/8/8/8/8 b - - 0 1");
+    EXPECT_NE(Think(8).reply, "none"); // it mates
+}
+
 TEST(Search, HasNothingToChooseInStalemate) {
     StartAt("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
     const Thought thought = Think(8);
