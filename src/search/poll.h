@@ -19,7 +19,7 @@ enum class Hearing : std::uint8_t {
 };
 
 struct DuringSearch {
-    Match match; // what stops a search does so by its first letters, as the front end is not asked
+    Match match; // a search is ended by the first letters alone; the main loop reads more strictly
     Hearing on_own_time;
     Hearing pondering;
     Hearing analysing;
