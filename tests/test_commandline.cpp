@@ -36,7 +36,7 @@ TEST(CommandLine, RefusesUnknownOptions) {
 
 TEST(CommandLine, RefusesOptionsWithoutValue) {
     for (const std::string option : {"--hash-size", "--format", "-f", "-o"}) {
-        for (const std::string next : {"", " --verbose", " -f=x", " -o"}) {
+        for (const std::string next : {"", " --verbose", " -f=x", " --hash-size 1"}) {
             ExpectError(option + next, "option value not specified (\"" + option + "\")");
         }
     }
