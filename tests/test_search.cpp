@@ -241,8 +241,8 @@ TEST(Search, ExpectsNoReplyToMate) {
 }
 
 TEST(Search, ExpectsTheLastMoveOfItsLine) {
-    StartAt("6k1/8/5KQ1/8/8/8/8/8 b - - 0 1");
-    EXPECT_NE(Think(8).reply, "none"); // it mates
+    StartAt("7K/8/8/8/3k4/3P4/8/8 w - - 0 1");
+    EXPECT_EQ(Think(3).reply, "d4d3"); // takes the last pawn
 }
 
 TEST(Search, HasNothingToChooseInStalemate) {
