@@ -24,6 +24,11 @@ std::string ReadLog(const EngineProcess& engine, const std::string& name) {
     return std::regex_replace(std::regex_replace(ReadFile(engine, name), date, "D"), time, "T");
 }
 
+std::string ReadLogs(const EngineProcess& engine) {
+    return ReadLog(engine, "GameLog.fen") + ReadLog(engine, "GameLog") +
+           ReadLog(engine, "GameLog.pgn");
+}
+
 // Every move in coordinates stands as "move", the longest line as "LONGEST".
 std::string Simplify(std::string answer) {
     const std::size_t place = answer.find(LONGEST);
@@ -101,12 +106,7 @@ const bool HAS_UNKNOWN_LINES =
 
 TEST(Protocol, AnnouncesItsFeatures) {
     EngineProcess engine;
-    EXPECT_EQ(Ask(engine, "xboard\nprotover 2"),
-              "feature done=0\nfeature myname=\"Korvane 1.0.3\"\nfeature ping=1\n"
-              "feature setboard=1\nfeature playother=1\nfeature san=1\nfeature usermove=1\n"
-              "feature time=1\nfeature draw=1\nfeature sigint=0\nfeature sigterm=0\n"
-              "feature reuse=1\nfeature analyze=1\nfeature variants=\"normal\"\nfeature colors=0\n"
-              "feature ics=1\nfeature pause=1\nfeature name=1\nfeature done=1\n");
+    EXPECT_EQ(Ask(engine, "xboard\nprotover 2"), ReadCases("features.txt"));
 }
 
 TEST(Protocol, WritesAlgebraicMovesOnceAccepted) {
@@ -127,19 +127,13 @@ TEST(Protocol, DoesNotResignWhenToldNotTo) {
 // Ends a game so that it is logged, which games in force mode are not.
 std::string Result(const std::string& result) { return "\neasy\nplayother\nresult " + result; }
 
-// The PGN log without the tags that tell nothing of players and moves.
-std::string ReadGames(const EngineProcess& engine) {
-    const std::regex others("\\[(Event|Site|Date|Round|Time) [^\n]*\n");
-    return std::regex_replace(ReadFile(engine, "GameLog.pgn"), others, "");
-}
-
 // A position that is refused leaves the game as it was.
 void CheckRefusal(const TextCase& test) {
     EngineProcess engine;
     EXPECT_EQ(Ask(engine, "force" + Game("e2e4 e7e5") + "\n" + test.fields[0] + "\nundo" +
                               Game("e7e6 g1f3") + Result("1-0")),
               ToAnswer(test.fields[1]));
-    EXPECT_TRUE(ReadGames(engine).ends_with("]\n\n1. e2e4 e7e6 2. g1f3 1-0\n\n"));
+    EXPECT_TRUE(ReadLog(engine, "GameLog.pgn").ends_with("]\n\n1. e2e4 e7e6 2. g1f3 1-0\n\n"));
 }
 
 const bool HAS_REFUSALS = RegisterFile("Protocol/Refusals", "protocol.txt", CheckRefusal);
@@ -151,44 +145,21 @@ TEST(Protocol, LogsAGame) {
                         Game("e4 e5 Nf3 Nf6 Ng1 Ng8 Nc3 Nf6 Nb1 Nc6 Nf3 Nb8 Nc3 d5") +
                         Result("1/2-1/2 {Draw (agreed)} more")),
         "");
-    EXPECT_EQ(ReadFile(engine, "GameLog.fen"),
-              "rnbqkb1r/ppp2ppp/5n2/3pp3/4P3/2N2N2/PPPP1PPP/R1BQKB1R w KQkq d6 0 8\n");
-    EXPECT_EQ(ReadLog(engine, "GameLog"), "1.0.3_D_T_x.org_level 40 5 0_white_J \"J\" \\D_program_"
-                                          "2100_-_draw_Draw (agreed)\n");
-    EXPECT_EQ(ReadLog(engine, "GameLog.pgn"),
-              "[Event \"?\"]\n[Site \"x.org\"]\n[Date \"D\"]\n[Round \"?\"]\n"
-              "[White \"Korvane 1.0.3\"]\n[Black \"J \\\"J\\\" \\\\D\"]\n[Result \"1/2-1/2\"]\n"
-              "[WhiteElo \"2100\"]\n[BlackElo \"-\"]\n[WhiteType \"program\"]\n"
-              "[BlackType \"program\"]\n[Time \"T\"]\n\n"
-              "1. e2e4 e7e5 2. g1f3 g8f6 3. f3g1 f6g8 4. b1c3 g8f6 5. c3b1 b8c6 6. g1f3 c6b8\n"
-              "7. b1c3 d7d5 1/2-1/2\n\n");
+    EXPECT_EQ(ReadLogs(engine), ReadCases("log-of-a-game.txt"));
 }
 
 // Of what was told of an opponent, nothing is left in a new game. A game that follows a logged one
 // without a "new" starts where that did.
 TEST(Protocol, LogsGamesInARow) {
     EngineProcess engine;
-    const std::string fen = "1r2k3/P7/8/8/4p3/8/3P4/4K2R b K - 5 30";
     EXPECT_EQ(Ask(engine, "name Ann\nics x.org\ncomputer\nrating 1 2\nlevel 40 5 0\nnew\nics -\n"
-                          "name Bob\nrating 1900 0\nforce\nsetboard " +
-                              fen + Game("e8d8 d2d4 exd3 a7b8r d8d7 O-O d3d2 b8b1") +
+                          "name Bob\nrating 1900 0\nforce\n"
+                          "setboard 1r2k3/P7/8/8/4p3/8/3P4/4K2R b K - 5 30" +
+                              Game("e8d8 d2d4 exd3 a7b8r d8d7 O-O d3d2 b8b1") +
                               Result("0-1 {Black wins}") + "\nforce" + Game("e8d8 axb8=R+ d8d7") +
                               Result("1-0")),
               "");
-    EXPECT_EQ(ReadFile(engine, "GameLog.fen"), "8/3k4/8/8/8/8/3p4/1R3RK1 b - - 1 34\n"
-                                               "1R6/3k4/8/8/4p3/8/3P4/4K2R w K - 1 32\n");
-    EXPECT_EQ(ReadLog(engine, "GameLog"), "1.0.3_D_T_?__black_Bob_human_1900_-_win_Black wins\n"
-                                          "1.0.3_D_T_?__white_Bob_human_1900_-_win_\n");
-    const std::string start = "[SetUp \"1\"]\n[FEN \"" + fen + "\"]\n\n30... e8d8 31. ";
-    const std::string first = "[White \"Bob\"]\n[Black \"Korvane 1.0.3\"]\n[Result \"0-1\"]\n"
-                              "[WhiteElo \"-\"]\n[BlackElo \"1900\"]\n[WhiteType \"human\"]\n"
-                              "[BlackType \"program\"]\n";
-    const std::string second = "[White \"Korvane 1.0.3\"]\n[Black \"Bob\"]\n[Result \"1-0\"]\n"
-                               "[WhiteElo \"1900\"]\n[BlackElo \"-\"]\n[WhiteType \"program\"]\n"
-                               "[BlackType \"human\"]\n";
-    EXPECT_EQ(ReadGames(engine), first + start +
-                                     "d2d4 e4d3 32. a7b8r d8d7 33. e1g1 d3d2 34. b8b1 0-1\n\n" +
-                                     second + start + "a7b8r d8d7 1-0\n\n");
+    EXPECT_EQ(ReadLogs(engine), ReadCases("log-of-games.txt"));
 }
 
 TEST(Protocol, LogsNothingOutsideAGame) {
