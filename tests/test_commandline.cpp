@@ -72,8 +72,11 @@ TEST(CommandLine, BuildsAndListsBooks) {
         line += i % 2 == 0 ? " Nf3 Nf6" : " Ng1 Ng8";
     }
     const std::string build = "--make-book --format=pgn -f games";
-    EngineProcess lister("--show-book -o lines", KORVANE_BINARY, LayBook(line));
+    EngineProcess lister("--show-book -o lines", KORVANE_BINARY,
+                         LayBook(line) + "; cat korvane.bk | " KORVANE_BINARY
+                                         " --show-book -f /dev/stdin -o piped");
     EXPECT_EQ(WaitForExit(lister).status, 0);
+    EXPECT_EQ(ReadFile(lister, "piped"), ReadFile(lister, "lines"));
     EXPECT_TRUE(ReadFile(lister, "lines").ends_with(" Ng8 14. Nf3 Nf6 15. Ng1 Ng8 *\n"));
     EngineProcess builder(build, KORVANE_BINARY,
                           "for i in 1 2 3 4 5; do echo 1. e4 '*'; done > games; "

@@ -9,6 +9,7 @@
 #include "notation/notation.h"
 #include "notation/portable.h"
 #include "notation/text.h"
+#include "platform/enforce.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -97,7 +98,10 @@ const char* ReadBook(MoveTrieNode& root, const char* file_name) {
     return "a move is not legal";
 }
 
-const char* InitializeBook(const char* file_name) { return ReadBook(book, file_name); }
+const char* InitializeBook(const char* file_name) {
+    // To read a named pipe would hold up the start until somebody writes to it.
+    return IsPlainFile(file_name) ? ReadBook(book, file_name) : "it is no plain file";
+}
 
 void FinalizeBook() {
     FreeMoveTrie(book);

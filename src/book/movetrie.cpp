@@ -215,7 +215,6 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name) {
     RequireFile(file_name);
     InitMoveTrie(root);
-    if (!IsPlainFile(file_name)) return "it is no plain file";
     const Bytes image = ReadBytes(file_name);
     std::size_t offset = 0;
     const char* error = ReadNode(image, offset, root, 0);

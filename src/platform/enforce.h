@@ -10,7 +10,8 @@
 // 1 if it is a file on a disk, and no pipe, folder or device.
 std::uint8_t IsPlainFile(const char* path);
 
-// 1 if the file can be opened for reading, else 0. Does not wait for the other end of a named pipe.
+// 1 if the file can be opened for reading, else 0. A named pipe is taken for one that can, as to
+// open it would mean to wait for its other end.
 std::uint8_t FileExists(const char* path);
 
 // Returns when the file can be opened for reading; otherwise a fatal error that names it.

@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
-// What a search returns that was told to stop. It lies above every score, so that it never beats
-// alpha for the caller, who then looks at search_info.stop and drops it.
+// What a search returns that was told to stop. It lies above every score and so, seen from the
+// caller's side, beats nothing. The caller then looks at search_info.stop and drops it.
 inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
 // Fail-soft score of the position within the window, from the side to move's point of view, or

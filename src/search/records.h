@@ -14,7 +14,7 @@ inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
 struct SearchInfo {
     std::uint64_t nodes;       // up to the latest CountNodes, the root included
     std::int32_t node_counter; // nodes left until clock and input are looked at; below 0: overdue
-    std::int32_t counted_from; // what node_counter was at the latest CountNodes
+    std::int32_t counted_from; // what node_counter began to count down from
     std::uint64_t start_time;
     std::uint64_t time_limit; // the longest a search on the engine's own clock may run
     std::uint8_t stop;        // the search must unwind

@@ -88,7 +88,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t low = last - ASPIRATION_WINDOW;
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
-        if (search_info.stop || (score > low && score < high)) return score;
+        if (score > low && score < high) return score;
+        // A stopped search seems too narrow as well. The second one then ends at its first leaf.
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
     }
     const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);

@@ -46,5 +46,6 @@ bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t 
     }
     const std::uint64_t iterations =
         left.increment > 0 ? ITERATIONS_IN_CLOCK_WITH_INCREMENT : ITERATIONS_IN_CLOCK;
-    return used < left.clock && next * iterations <= left.clock - used;
+    // On purpose unsigned: a search that has used more than its clock, as after a pause, goes on.
+    return next * iterations <= left.clock - used;
 }
