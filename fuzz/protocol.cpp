@@ -5,7 +5,9 @@
 #include "harness.h"
 #include "platform/channel.h"
 #include "protocol/interpreter.h"
-#include "search/poll.h"
+#include "protocol/poll.h"
+#include "protocol/thinking.h"
+#include "search/request.h"
 
 #include <algorithm>
 
@@ -18,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return InitializeBook("games.bk") == nullptr;
     }();
     Require(has_book, "the book is read");
-    SetCommandTable(CommandTable());
+    search_host = {.must_stop = PollCommands, .tell_line = PrintThinking};
     ResetEngine(true);
     SetInput({reinterpret_cast<const char*>(data), size});
     CommandLine line;

@@ -8,7 +8,9 @@
 #include "notation/notation.h"
 #include "play/newgame.h"
 #include "play/turns.h"
+#include "protocol/thinking.h"
 #include "search/hash.h"
+#include "search/request.h"
 
 #include <cstdlib>
 #include <deque>
@@ -76,6 +78,7 @@ int main(int argc, char** argv) {
     InitializeTables();
     engine_state.use_book = 0;
     InitializeHashTable(engine_state.hash_size);
+    search_host.tell_line = PrintThinking;
     const int result = RUN_ALL_TESTS();
     FinalizeHashTable();
     return result;

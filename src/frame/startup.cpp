@@ -11,9 +11,10 @@
 #include "notation/text.h"
 #include "platform/enforce.h"
 #include "play/newgame.h"
-#include "protocol/interpreter.h"
+#include "protocol/poll.h"
+#include "protocol/thinking.h"
 #include "search/hash.h"
-#include "search/poll.h"
+#include "search/request.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -184,7 +185,8 @@ void ParseParameters(const char* const* arguments, int argument_count) {
 
 void Initialize(int argument_count, const char* const* arguments) {
     ParseParameters(arguments, argument_count);
-    SetCommandTable(CommandTable());
+    search_host.must_stop = PollCommands;
+    search_host.tell_line = PrintThinking;
     NewGame();
 }
 

@@ -13,8 +13,8 @@
 #include "platform/channel.h"
 #include "play/newgame.h"
 #include "play/turns.h"
+#include "protocol/command.h"
 #include "protocol/features.h"
-#include "search/poll.h"
 #include "search/records.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The command interpreter of the Chess Engine Communication Protocol, version 2.
 #pragma once
 
-#include "search/poll.h"
+#include "protocol/command.h"
 
 #include <span>
 

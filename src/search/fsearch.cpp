@@ -11,9 +11,9 @@
 #include "moves/makemove.h"
 #include "moves/predicates.h"
 #include "search/hash.h"
-#include "search/poll.h"
 #include "search/prefetch.h"
 #include "search/quiesce.h"
+#include "search/request.h"
 
 #include <algorithm>
 #include <cassert>
@@ -50,14 +50,12 @@ struct Node {
 // The lines of the nodes on the search line, by ply.
 PvLine pv_lines[MAX_LINE_PLIES];
 
-// Every so many nodes: is the time up, or has a command come that ends the search?
+// Every so many nodes: is a limit reached, or has the program around the search a reason to stop?
 bool MustStop() {
     CountNodes();
-    if (!engine_state.pondering && !engine_state.analyze_mode &&
-        CurrentTimeU64() - search_info.start_time > search_info.time_limit) {
-        return true;
-    }
-    return PollCommands();
+    return IsNodeLimitReached() ||
+           CurrentTimeU64() - search_info.start_time > search_info.time_limit ||
+           (search_host.must_stop && search_host.must_stop());
 }
 
 // The position stands for the third time within the window. It cannot come back in less than four

@@ -10,6 +10,7 @@
 #include "search/prefetch.h"
 #include "search/records.h"
 
+#include <algorithm>
 #include <cassert>
 
 std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
@@ -17,6 +18,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     assert(alpha < beta);
     assert(ply > 0);
     --search_info.node_counter;
+    search_info.deepest_ply = std::max(search_info.deepest_ply, ply);
 
     std::int32_t hash_index = NO_MOVE_INDEX;
     const std::int32_t known = ProbeQuiescenceHashTable(zobrist_key, alpha, beta, hash_index);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 // Nodes between two looks at the clock and the input, below one root move.
 inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
@@ -15,21 +16,30 @@ struct SearchInfo {
     std::uint64_t nodes;       // up to the latest CountNodes, the root included
     std::int32_t node_counter; // nodes left until clock and input are looked at; below 0: overdue
     std::int32_t counted_from; // what node_counter began to count down from
+    std::uint64_t node_limit;  // 0: none
     std::uint64_t start_time;
-    std::uint64_t time_limit; // the longest a search on the engine's own clock may run
+    std::uint64_t time_limit; // the longest that the search may run, or NO_TIME_LIMIT
     std::uint8_t stop;        // the search must unwind
     std::uint8_t null_move;   // a null move is on the line being searched
     std::uint8_t iid;         // an internal iterative deepening search runs
     std::int32_t max_ply;     // where full width ends and the quiescence search begins
+    std::int32_t deepest_ply; // that the iteration's quiescence search has reached
 };
+inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
 extern SearchInfo search_info;
 
-// Adds the nodes since the last time to the total, and puts off the next look by an interval. Done
-// at every look and after every root move.
+inline bool IsNodeLimitReached() {
+    return search_info.node_limit != 0 && search_info.nodes >= search_info.node_limit;
+}
+
+// Adds the nodes since the last time to the total, and puts off the next look by an interval, or to
+// the limit of nodes. Done at every look and after every root move.
 inline void CountNodes() {
     search_info.nodes +=
         static_cast<std::uint64_t>(search_info.counted_from - search_info.node_counter);
-    search_info.node_counter = search_info.counted_from = NODE_CHECK_INTERVAL;
+    const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge without a limit
+    search_info.node_counter = search_info.counted_from =
+        static_cast<std::int32_t>(std::min<std::uint64_t>(left, NODE_CHECK_INTERVAL));
 }
 
 // Sets a mark of the search for a scope; behind it the mark is what it was before.
@@ -45,7 +55,7 @@ struct ScopedMark {
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 
-// What the status line tells.
+// How far the search is.
 struct AnalyzeInfo {
     std::uint64_t elapsed;
     std::uint64_t nodes;

@@ -8,16 +8,14 @@
 #include "moves/makemove.h"
 #include "moves/predicates.h"
 #include "notation/notation.h"
-#include "notation/portable.h"
 #include "notation/text.h"
 #include "search/fsearch.h"
 #include "search/hash.h"
 #include "search/records.h"
+#include "search/request.h"
 #include "search/timecontrol.h"
 
 #include <algorithm>
-#include <cinttypes>
-#include <cstdio>
 #include <functional>
 #include <span>
 
@@ -27,7 +25,6 @@ constexpr std::int32_t FIRST_DEPTH = 12;       // quarter-plies
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
 constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
 constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
-constexpr int THINKING_WIDTH = 1'000'000;      // a thinking line is never wrapped
 
 struct RootMove {
     Move move;
@@ -42,35 +39,45 @@ struct Root {
     std::int32_t best; // score of the iteration
     PvLine best_line;
     PvLine child_line;
+    TimeLeft clock;
+    bool is_forced; // there is just one legal move
 };
 Root root;
 
-void StartSearch(const Move* last_move) {
-    search_info.nodes = 1;                                   // the root
-    search_info.node_counter = search_info.counted_from = 1; // the first node looks around at once
+std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
+
+void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
     MoveList list;
     GenerateAllLegalMoves(list, last_move);
-    root.count = list.count;
-    for (std::int32_t i = 0; i < list.count; ++i) {
-        root.moves[i] = {list.moves[i], UNSEARCHED_EVAL, false};
+    root.count = 0;
+    for (const Move& move : list) {
+        const auto is_it = [&](const Move& other) {
+            return IsEqualMove(move, other) && move.promoted == other.promoted;
+        };
+        if (!wanted.empty() && std::ranges::none_of(wanted, is_it)) continue;
+        root.moves[root.count++] = {move, UNSEARCHED_EVAL, false};
     }
+}
+
+void StartSearch(const Move* last_move, const SearchLimits& limits) {
+    search_info.nodes = 1;                                   // the root
+    search_info.node_counter = search_info.counted_from = 1; // the first node looks around at once
+    search_info.node_limit = limits.nodes;
+    TakeRootMoves(last_move, limits.moves);
+    root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
     search_info.start_time = CurrentTimeU64();
-    search_info.time_limit = TimeLimit(game_state.engine_time);
+    search_info.time_limit = NO_TIME_LIMIT;
+    if (limits.clock) StartClock(*limits.clock);
     search_info.stop = 0;
     search_info.null_move = 0;
     search_info.iid = 0;
 }
 
-// A thinking line: plies, score, centiseconds, nodes and the principal variation.
-void PrintThinking(std::int32_t plies, std::int32_t score) {
-    std::printf("%2d%8d%8" PRIu64 "%11" PRIu64 "   ", plies, score,
-                CurrentTimeU64() - search_info.start_time, search_info.nodes);
-    const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
-    const std::span<const Move> line(root.best_line.moves,
-                                     static_cast<std::size_t>(root.best_line.length));
-    WritePgnMoveList(stdout, line, {first_ply, THINKING_WIDTH, nullptr});
-    std::printf("\n");
+// The best line of the iteration.
+SearchLine BestLine(std::int32_t plies) {
+    return {
+        plies, root.best, {root.best_line.moves, static_cast<std::size_t>(root.best_line.length)}};
 }
 
 std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t depth,
@@ -111,13 +118,19 @@ bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
 void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies) {
     root.best = score;
     TakePv(root.best_line, candidate.move, root.child_line);
-    if (engine_state.post_thinking) PrintThinking(plies, score);
+    if (search_host.tell_line) search_host.tell_line(BestLine(plies));
+}
+
+// The next root move is not begun when the limit of nodes is reached, or the host wants no more.
+bool MayGoOn() {
+    return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on());
 }
 
 // One iteration over the root moves; ends early when the search is stopped.
 void Iterate(std::int32_t depth) {
     const std::int32_t plies = depth / QUARTER_PLIES;
     search_info.max_ply = depth + std::min(8 * plies, MAX_EXTRA_PLY);
+    search_info.deepest_ply = 0;
     root.best = -MATE_EVAL;
     analyze_info.depth = plies;
     analyze_info.moves_left = analyze_info.moves_total = root.count;
@@ -126,6 +139,8 @@ void Iterate(std::int32_t depth) {
         if (candidate.score != UNSEARCHED_EVAL && IsMateEval(candidate.score)) continue;
         --analyze_info.moves_left;
         CopyText(analyze_info.move_text, WrittenMove(candidate.move));
+        if (!MayGoOn()) search_info.stop = 1;
+        if (search_info.stop) return;
         MakeMove(candidate.move);
         const std::int32_t score = SearchRootMove(candidate, i == 0, depth);
         CountNodes();
@@ -135,9 +150,8 @@ void Iterate(std::int32_t depth) {
         candidate.score = candidate.is_exact ? score : score - BOUND_PENALTY;
         if (score > root.best) TakeBest(candidate, score, plies);
     }
+    if (search_host.tell_iteration) search_host.tell_iteration(BestLine(plies));
 }
-
-std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
 
 // Without randomness the first move. Else one of the exact moves that are at most the margin worse
 // than the first exact move.
@@ -159,11 +173,12 @@ const RootMove& ChooseRootMove() {
 }
 
 bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
-    if (IsMateEval(score) || root.count == 1 || IsMateEval(root.moves[1].score)) return true;
+    if (IsMateEval(score) || root.is_forced) return true;
+    if (root.count > 1 && IsMateEval(root.moves[1].score)) return true;
     if (search_info.stop) return true;
-    if (engine_state.pondering || engine_state.analyze_mode) return false;
-    return !IsTimeForIteration({game_state.engine_time, game_state.time_increment},
-                               CurrentTimeU64() - search_info.start_time, iteration_time);
+    if (search_info.time_limit == NO_TIME_LIMIT) return false;
+    return !IsTimeForIteration(root.clock, CurrentTimeU64() - search_info.start_time,
+                               iteration_time);
 }
 
 // The expected reply is the second move of the best line. There is none when another move than the
@@ -180,8 +195,23 @@ void FindExpectedReply(const Move& chosen, Move& expected_reply) {
 
 } // namespace
 
-std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move) {
-    StartSearch(last_move);
+SearchLimits GameLimits() {
+    SearchLimits limits{.depth = engine_state.depth_limit, .clock = {}};
+    if (!engine_state.pondering && !engine_state.analyze_mode) {
+        limits.clock = {game_state.engine_time, game_state.time_increment};
+    }
+    return limits;
+}
+
+void StartClock(const TimeLeft& left) {
+    root.clock = left;
+    search_info.start_time = CurrentTimeU64();
+    search_info.time_limit = TimeLimit(left.clock);
+}
+
+std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,
+                          const SearchLimits& limits) {
+    StartSearch(last_move, limits);
     if (root.count == 0) {
         if (best_move) SetFakeMove(*best_move);
         if (expected_reply) SetFakeMove(*expected_reply);
@@ -189,7 +219,7 @@ std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* las
     }
     RootMove chosen;
     std::int32_t depth = FIRST_DEPTH;
-    const std::int32_t last_depth = std::max(engine_state.depth_limit, FIRST_DEPTH);
+    const std::int32_t last_depth = std::max(limits.depth, FIRST_DEPTH);
     for (bool is_over = false; !is_over && depth <= last_depth; depth += QUARTER_PLIES) {
         const std::uint64_t iteration_start = CurrentTimeU64();
         Iterate(depth);

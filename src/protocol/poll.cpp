@@ -1,18 +1,20 @@
-#include "search/poll.h"
+#include "protocol/poll.h"
 
 #include "board/position.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "platform/channel.h"
 #include "platform/system.h"
+#include "protocol/command.h"
+#include "protocol/interpreter.h"
 
 #include <algorithm>
+#include <span>
+#include <string_view>
 
 namespace {
 
 constexpr std::uint64_t LAST_THOUGHT = 50; // centiseconds
-
-std::span<const Command> commands;
 
 std::int32_t last_timestamp = 0; // of the waiting line judged last
 std::uint8_t last_pondering = 0; // whether that was while pondering
@@ -44,6 +46,7 @@ Hearing HearingOf(const Command& command) {
 
 // Rows that wait are passed over, so that a row further down may match.
 const Command* FindCommand() {
+    const std::span<const Command> commands = CommandTable();
     const auto command = std::ranges::find_if(commands, [](const Command& row) {
         return HearingOf(row) != Hearing::WAIT && IsMatch(line, row.name, row.during_search.match);
     });
@@ -59,17 +62,10 @@ void Answer(const Command& command) {
 
 } // namespace
 
-void SetCommandTable(std::span<const Command> table) { commands = table; }
-
-bool IsMatch(std::string_view text, std::string_view name, Match match) {
-    return match == Match::EXACT ? text == name : text.starts_with(name);
-}
-
-std::uint8_t PollCommands() {
-    if (commands.empty()) return 0;
+bool PollCommands() {
     for (;;) {
         std::int32_t timestamp = 0;
-        if (!NextCommand(line, &timestamp, false)) return 0;
+        if (!NextCommand(line, &timestamp, false)) return false;
         if (timestamp == last_timestamp && engine_state.pondering == last_pondering) {
             return last_answer || IsFrontEndGone();
         }
@@ -78,10 +74,10 @@ std::uint8_t PollCommands() {
         const Command* const command = FindCommand();
         const Hearing hearing = command ? HearingOf(*command) : Hearing::WAIT;
         last_answer = hearing == Hearing::STOP;
-        if (hearing == Hearing::STOP) return 1;
+        if (hearing == Hearing::STOP) return true;
         if (hearing == Hearing::WAIT) return IsFrontEndGone();
         ReceiveCommand(line); // takes the line that was looked at
         if (hearing != Hearing::DROP) Answer(*command);
-        if (hearing == Hearing::ANSWER_AND_STOP) return 1;
+        if (hearing == Hearing::ANSWER_AND_STOP) return true;
     }
 }

@@ -1,9 +1,8 @@
-// The command poll: the front end is heard while the search thinks. What it may say is a table that
-// the start-up hands down, so the search need not know who carries commands out.
+// What a row of the command table holds: a command's name, and what it does idle and during a
+// search.
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 // How a line is compared with a command's name.
@@ -44,12 +43,7 @@ struct Command {
     CommandHandler answer = nullptr;
 };
 
-// Gives the poll its table; without one it hears nothing.
-void SetCommandTable(std::span<const Command> table);
-
 // The line has the name, as a whole or at its beginning.
-bool IsMatch(std::string_view line, std::string_view name, Match match);
-
-// Looks at the waiting lines and treats each as its row says; a line without a row waits. 1: the
-// search must stop; 0: it goes on.
-std::uint8_t PollCommands();
+inline bool IsMatch(std::string_view line, std::string_view name, Match match) {
+    return match == Match::EXACT ? line == name : line.starts_with(name);
+}
