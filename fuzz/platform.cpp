@@ -19,7 +19,7 @@ int looks = 0; // at the input since the last byte was read
 
 void SetInput(std::string_view text) { input = text; }
 
-void PrepareProcess() {}
+void PrepareProcess(Interrupts) {}
 
 std::uint64_t SystemTime() {
     static std::uint64_t now = 0;
@@ -36,12 +36,11 @@ int WaitingInput() {
 
 bool IsHungUp() { return input.empty() || looks > PATIENCE; }
 
-int ReadInputByte() {
+std::size_t ReadInput(std::span<char> room) {
     looks = 0;
-    if (input.empty()) return END_OF_INPUT;
-    const char byte = input.front();
-    input.remove_prefix(1);
-    return static_cast<unsigned char>(byte);
+    const std::size_t count = input.copy(room.data(), room.size());
+    input.remove_prefix(count);
+    return count;
 }
 
 void WriteOutput(std::string_view) {}

@@ -1,11 +1,7 @@
-// perft: counts the positions that the move machinery reaches, every leaf made and unmade, against
-// which move generators are checked.
+// perft: counts positions, see measure/perft.h, or checks a file of known counts.
+#include "measure/perft.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
-#include "moves/attacks.h"
-#include "moves/generate.h"
-#include "moves/makemove.h"
-#include "notation/notation.h"
 #include "notation/text.h"
 #include "play/newgame.h"
 
@@ -21,44 +17,6 @@
 namespace {
 
 constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-constexpr std::int32_t MAX_DEPTH = 64;
-
-template <Colour US>
-std::uint64_t CountNodesOf(std::int32_t depth, const Move* last_move) {
-    constexpr Colour THEM = Opponent(US);
-    if (depth == 0) return 1;
-    MoveList list;
-    std::uint64_t nodes = 0;
-    GenerateAllMoves(list, last_move);
-    const Bitboard risky = RiskySquares<US>();
-    for (const Move& move : list) {
-        const bool is_legal = !IsRiskyMove(move, risky);
-        MakeMoveOf<US>(move);
-        if (is_legal || !IsKingCapturableBy<THEM>()) nodes += CountNodesOf<THEM>(depth - 1, &move);
-        UnMakeMoveOf<US>(move);
-    }
-    return nodes;
-}
-
-std::uint64_t CountNodes(std::int32_t depth, const Move* last_move) {
-    return side_to_move == WHITE ? CountNodesOf<WHITE>(depth, last_move)
-                                 : CountNodesOf<BLACK>(depth, last_move);
-}
-
-// The counts of the root moves one by one.
-void Divide(std::int32_t depth) {
-    std::uint64_t nodes = depth == 0 ? 1 : 0;
-    MoveList list;
-    if (depth > 0) GenerateAllLegalMoves(list, LastMove());
-    for (const Move& move : list) {
-        MakeMove(move);
-        const std::uint64_t below = CountNodes(depth - 1, &move);
-        UnMakeMove(move);
-        std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);
-        nodes += below;
-    }
-    std::printf("nodes %" PRIu64 "\n", nodes);
-}
 
 struct Tally {
     int passed;
@@ -85,7 +43,7 @@ void CheckField(std::string_view field, std::int32_t max_depth, std::string_view
     }
     if (depth > max_depth) return;
     const std::uint64_t expected = std::strtoull(std::string(count_word).c_str(), nullptr, 10);
-    const std::uint64_t nodes = CountNodes(depth, LastMove());
+    const std::uint64_t nodes = CountLeaves(depth, LastMove());
     if (nodes == expected) {
         ++tally.passed;
         return;
@@ -131,7 +89,7 @@ int Refuse() {
 }
 
 bool ReadDepth(const char* text, std::int32_t& depth) {
-    return ReadNumber(text, depth) && depth >= 0 && depth <= MAX_DEPTH;
+    return ReadNumber(text, depth) && depth >= 0 && depth <= PERFT_MAX_DEPTH;
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 int main(int argument_count, char** arguments) {
-    PrepareProcess();
+    PrepareProcess(Interrupts::IGNORED);
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     // A line goes out at once, and whole: a front end that gets pieces waits for the rest.
     static char line_buffer[BUFSIZ];

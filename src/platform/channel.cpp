@@ -25,6 +25,13 @@ bool IsInputWaiting() {
     return waiting > (pipe ? 0 : CONSOLE_QUIET_EVENTS);
 }
 
+// The next byte, or END_OF_INPUT.
+constexpr int END_OF_INPUT = -1;
+int ReadInputByte() {
+    char byte = 0;
+    return ReadInput({&byte, 1}) == 1 ? static_cast<unsigned char>(byte) : END_OF_INPUT;
+}
+
 } // namespace
 
 void NextBuffer(CommandLine& line) {

@@ -5,12 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <span>
 #include <string_view>
 
-// Ignores the interrupt and termination signals, which front ends send as a matter of course, and
-// the one about files that grow too large, so that the write just fails. When nobody reads standard
-// output any more, the next write ends the process. When it is only full, the write waits.
-void PrepareProcess();
+// What the interrupt and termination signals do, which some front ends send as a matter of course
+// and others to be rid of an engine.
+enum class Interrupts : std::uint8_t { IGNORED, FATAL };
+
+// Sets what these signals do, and ignores the one about files that grow too large, so that the
+// write just fails. When nobody reads standard output any more, the next write ends the process.
+// When it is only full, the write waits.
+void PrepareProcess(Interrupts interrupts);
 
 // A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
 std::uint64_t SystemTime();
@@ -31,10 +36,10 @@ int WaitingInput();
 // nobody reads standard output.
 bool IsHungUp();
 
-// Waits for the next byte of standard input (0 to 255). END_OF_INPUT when the input has ended or
-// cannot be read, and when nothing is there and nobody reads standard output any more.
-inline constexpr int END_OF_INPUT = -1;
-int ReadInputByte();
+// Waits for standard input and takes what is there, as far as there is room: how many bytes. 0 when
+// the input has ended or cannot be read, and when nothing is there and nobody reads standard output
+// any more.
+std::size_t ReadInput(std::span<char> room);
 
 // Writes the bytes to standard output at once, all of them unless the output is broken.
 void WriteOutput(std::string_view bytes);

@@ -55,9 +55,10 @@ Events PollFrontEnd(int timeout) {
 
 } // namespace
 
-void PrepareProcess() {
-    std::signal(SIGINT, SIG_IGN);
-    std::signal(SIGTERM, SIG_IGN);
+void PrepareProcess(Interrupts interrupts) {
+    const auto on_interrupt = interrupts == Interrupts::FATAL ? SIG_DFL : SIG_IGN;
+    std::signal(SIGINT, on_interrupt);
+    std::signal(SIGTERM, on_interrupt);
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_DFL);
     const int flags = fcntl(STDOUT_FILENO, F_GETFL);
@@ -89,14 +90,13 @@ bool IsHungUp() {
     return ((events.input | events.output) & GONE) != 0;
 }
 
-int ReadInputByte() {
-    unsigned char byte = 0;
+std::size_t ReadInput(std::span<char> room) {
     for (;;) {
         const Events events = PollFrontEnd(-1);
-        if (events.count > 0 && events.input == 0) return END_OF_INPUT; // nobody reads the output
-        const ssize_t got = read(STDIN_FILENO, &byte, 1);
-        if (got == 1) return byte;
-        if (got == 0 || !WaitToRepeat(STDIN_FILENO, POLLIN)) return END_OF_INPUT;
+        if (events.count > 0 && events.input == 0) return 0; // nobody reads the output
+        const ssize_t got = read(STDIN_FILENO, room.data(), room.size());
+        if (got >= 0) return static_cast<std::size_t>(got);
+        if (!WaitToRepeat(STDIN_FILENO, POLLIN)) return 0;
     }
 }
 

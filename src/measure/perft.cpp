@@ -1,0 +1,50 @@
+#include "measure/perft.h"
+
+#include "game/gamestate.h"
+#include "moves/attacks.h"
+#include "moves/generate.h"
+#include "moves/makemove.h"
+#include "notation/notation.h"
+
+#include <cinttypes>
+#include <cstdio>
+
+namespace {
+
+template <Colour US>
+std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
+    constexpr Colour THEM = Opponent(US);
+    if (depth == 0) return 1;
+    MoveList list;
+    std::uint64_t nodes = 0;
+    GenerateAllMoves(list, last_move);
+    const Bitboard risky = RiskySquares<US>();
+    for (const Move& move : list) {
+        const bool is_legal = !IsRiskyMove(move, risky);
+        MakeMoveOf<US>(move);
+        if (is_legal || !IsKingCapturableBy<THEM>()) nodes += CountLeavesOf<THEM>(depth - 1, &move);
+        UnMakeMoveOf<US>(move);
+    }
+    return nodes;
+}
+
+} // namespace
+
+std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move) {
+    return side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move)
+                                 : CountLeavesOf<BLACK>(depth, last_move);
+}
+
+void Divide(std::int32_t depth) {
+    std::uint64_t nodes = depth == 0 ? 1 : 0;
+    MoveList list;
+    if (depth > 0) GenerateAllLegalMoves(list, LastMove());
+    for (const Move& move : list) {
+        MakeMove(move);
+        const std::uint64_t below = CountLeaves(depth - 1, &move);
+        UnMakeMove(move);
+        std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);
+        nodes += below;
+    }
+    std::printf("nodes %" PRIu64 "\n", nodes);
+}
