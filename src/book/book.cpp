@@ -87,6 +87,11 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
     }
 }
 
+// To read a named pipe would hold up play until somebody writes to it.
+const char* ReadPlainBook(MoveTrieNode& root, const char* file_name) {
+    return IsPlainFile(file_name) ? ReadBook(root, file_name) : "it is no plain file";
+}
+
 } // namespace
 
 const char* ReadBook(MoveTrieNode& root, const char* file_name) {
@@ -98,14 +103,20 @@ const char* ReadBook(MoveTrieNode& root, const char* file_name) {
     return "a move is not legal";
 }
 
-const char* InitializeBook(const char* file_name) {
-    // To read a named pipe would hold up the start until somebody writes to it.
-    return IsPlainFile(file_name) ? ReadBook(book, file_name) : "it is no plain file";
-}
+const char* InitializeBook(const char* file_name) { return ReadPlainBook(book, file_name); }
 
 void FinalizeBook() {
     FreeMoveTrie(book);
     InitMoveTrie(book);
+}
+
+const char* ReplaceBook(const char* file_name) {
+    MoveTrieNode root;
+    InitMoveTrie(root);
+    if (const char* error = ReadPlainBook(root, file_name)) return error;
+    FinalizeBook();
+    book = root;
+    return nullptr;
 }
 
 void NewBookState() {

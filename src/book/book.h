@@ -16,6 +16,10 @@ extern MoveTrieNode book;
 const char* InitializeBook(const char* file_name);
 void FinalizeBook();
 
+// Reads a book in place of the loaded one, which stays when the new one is damaged. The position is
+// the initial one afterwards. Returns null, or what is wrong.
+const char* ReplaceBook(const char* file_name);
+
 // Reads the trie of a book file whose every move can be played from the initial position; the
 // position is the initial one afterwards. Returns null, or what is wrong; the root is then a leaf.
 const char* ReadBook(MoveTrieNode& root, const char* file_name);

@@ -24,13 +24,8 @@
 
 namespace {
 
-constexpr const char* AUTHORSHIP = "by the Korvane developers";
-
 constexpr std::int32_t BOOK_MAX_PLIES = 30; // of a game that go into a book
 constexpr std::int32_t BOOK_MIN_COUNT = 5;  // games in which a move must occur
-
-constexpr std::int32_t MIN_HASH_SIZE = 1; // megabytes
-constexpr std::int32_t MAX_HASH_SIZE = 4095;
 
 constexpr std::uint8_t SWITCH = 1;
 constexpr std::uint8_t VALUE = 0;
@@ -154,9 +149,7 @@ void LoadBook() {
 
 } // namespace
 
-void PrintVersion() {
-    std::printf("%s %s %s\n", PROGRAM_NAME.data(), PROGRAM_VERSION.data(), AUTHORSHIP);
-}
+void PrintVersion() { std::printf("%s\n", PROGRAM_TITLE.data()); }
 
 void InitializeTables() {
     InitializeUtility();

@@ -10,6 +10,7 @@
 #include "platform/channel.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace {
 
@@ -71,6 +72,19 @@ std::uint8_t IsInsufficientMaterial() {
 
 std::uint8_t IsEndOfGame(const Move* last_move) {
     return IsMate(last_move) || IsStalemate(last_move) || IsInsufficientMaterial();
+}
+
+std::span<const Move> PlayablePart(std::span<const Move> line) {
+    std::size_t played = 0;
+    for (bool goes_on = true; goes_on && played < line.size() && IsLegalMove(line[played]);) {
+        MakeMove(line[played]);
+        goes_on = !IsEndOfGame(&line[played]);
+        ++played;
+    }
+    for (std::size_t i = played; i > 0; --i) {
+        UnMakeMove(line[i - 1]);
+    }
+    return line.first(played);
 }
 
 std::uint8_t ShouldResign() {

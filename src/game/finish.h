@@ -5,6 +5,7 @@
 #include "board/move.h"
 
 #include <cstdint>
+#include <span>
 
 // In centipawns. A side that can take the enemy king at ply p of the search scores MATE_EVAL - p,
 // so that a mate found sooner scores higher; scores beyond the threshold are mate scores.
@@ -38,6 +39,10 @@ std::uint8_t IsInsufficientMaterial();
 
 // Mate, stalemate or insufficient material.
 std::uint8_t IsEndOfGame(const Move* last_move);
+
+// What can be played of a line that starts from the position: all before a move that is not legal,
+// and nothing behind one that ends the game.
+std::span<const Move> PlayablePart(std::span<const Move> line);
 
 // The engine should resign: its last five moves were all judged hopeless. Ask after the engine's
 // move and before that move is saved in the history.

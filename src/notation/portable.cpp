@@ -22,14 +22,6 @@ constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Roun
                                      "White",    "Black",     "Result",    "WhiteElo",
                                      "BlackElo", "WhiteType", "BlackType", "Time"};
 
-// Writes move i, plays it, and tells whether the list goes on behind it.
-bool WriteAndPlay(std::FILE* file, std::span<const Move> moves, std::size_t i, int width) {
-    WriteNextPgnToken(file, width, WrittenMove(moves[i]));
-    MakeForceMove(moves[i]);
-    if (IsEndOfGame(&moves[i])) return false;
-    return i + 1 >= moves.size() || IsLegalMove(moves[i + 1]);
-}
-
 } // namespace
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value) {
@@ -67,18 +59,20 @@ const char* WrittenMoveNumber(std::int32_t ply) {
 
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style) {
     const GameState saved = game_state;
+    const std::span<const Move> played = PlayablePart(moves);
     WriteNextPgnToken(file, style.width, nullptr);
-    std::size_t played = 0;
-    for (bool goes_on = true; goes_on && played < moves.size(); ++played) {
-        if (played == 0 || IsWhiteMove(moves[played])) {
-            const std::int32_t ply = style.first_ply + static_cast<std::int32_t>(played);
+    std::int32_t ply = style.first_ply;
+    for (const Move& move : played) {
+        if (&move == played.data() || IsWhiteMove(move)) {
             WriteNextPgnToken(file, style.width, WrittenMoveNumber(ply));
         }
-        goes_on = WriteAndPlay(file, moves, played, style.width);
+        WriteNextPgnToken(file, style.width, WrittenMove(move));
+        MakeForceMove(move);
+        ++ply;
     }
     if (style.trailer) WriteNextPgnToken(file, style.width, style.trailer);
-    while (played > 0) {
-        UnMakeMove(moves[--played]);
+    for (std::size_t i = played.size(); i > 0; --i) {
+        UnMakeMove(played[i - 1]);
     }
     game_state = saved;
 }

@@ -15,6 +15,15 @@ std::int32_t command_timestamp = 0; // lines read so far
 std::uint8_t init = 0;              // the kind of standard input is known
 std::uint8_t pipe = 0;              // standard input is no console
 
+// The next byte, or END_OF_INPUT.
+constexpr int END_OF_INPUT = -1;
+int ReadInputByte() {
+    char byte = 0;
+    return ReadInput({&byte, 1}) == 1 ? static_cast<unsigned char>(byte) : END_OF_INPUT;
+}
+
+} // namespace
+
 bool IsInputWaiting() {
     if (!init) {
         init = 1;
@@ -24,15 +33,6 @@ bool IsInputWaiting() {
     if (waiting == INPUT_UNKNOWN) return true;
     return waiting > (pipe ? 0 : CONSOLE_QUIET_EVENTS);
 }
-
-// The next byte, or END_OF_INPUT.
-constexpr int END_OF_INPUT = -1;
-int ReadInputByte() {
-    char byte = 0;
-    return ReadInput({&byte, 1}) == 1 ? static_cast<unsigned char>(byte) : END_OF_INPUT;
-}
-
-} // namespace
 
 void NextBuffer(CommandLine& line) {
     std::size_t length = 0;

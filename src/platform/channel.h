@@ -27,5 +27,8 @@ std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consum
 // Waits for the next command line and takes it.
 void ReceiveCommand(CommandLine& line);
 
+// Something waits to be read, or a read will tell at once that nothing more comes.
+bool IsInputWaiting();
+
 // Sends one line to the front end at once; the line end is added here.
 void SendCommand(std::string_view text);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <span>
+#include <string>
 #include <string_view>
 
 // What the interrupt and termination signals do, which some front ends send as a matter of course
@@ -43,6 +44,9 @@ std::size_t ReadInput(std::span<char> room);
 
 // Writes the bytes to standard output at once, all of them unless the output is broken.
 void WriteOutput(std::string_view bytes);
+
+// The folder that the running program lies in; empty when that cannot be told.
+std::string ProgramFolder();
 
 // A file to append to; null when it cannot be opened at once.
 std::FILE* OpenLog(const char* name);

@@ -4,7 +4,9 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -109,6 +111,11 @@ void WriteOutput(std::string_view bytes) {
             return;
         }
     }
+}
+
+std::string ProgramFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
 std::FILE* OpenLog(const char* name) {

@@ -6,6 +6,7 @@
 #include "platform/enforce.h"
 #include "platform/system.h"
 
+#include <algorithm>
 #include <bit>
 #include <cassert>
 #include <cstdio>
@@ -75,10 +76,9 @@ bool IsToKeep(const HashEntry& entry, std::uint64_t key, std::int32_t depth) {
            (entry.key == key || std::abs(entry.age - game_state.ply_count) <= MAX_AGE_DIFFERENCE);
 }
 
-} // namespace
-
-void InitializeHashTable(std::int32_t megabytes) {
-    assert(megabytes >= 1 && megabytes < 4096);
+// False when there is no memory for one of them.
+bool AllocateTables(std::int32_t megabytes) {
+    assert(megabytes >= MIN_HASH_SIZE && megabytes <= MAX_HASH_SIZE);
     const std::uint32_t bytes = static_cast<std::uint32_t>(megabytes) * MEGABYTE;
     hash_table_size = std::bit_floor(bytes / (TABLES * ENTRY_SIZE));
     HASH_TABLE_MASK = hash_table_size - 1;
@@ -86,17 +86,43 @@ void InitializeHashTable(std::int32_t megabytes) {
         *table = static_cast<HashEntry*>(AllocateTable(TableBytes()));
     }
     is_fresh = true;
+    return hash_table_1 && hash_table_2 && hash_table_q;
+}
+
+} // namespace
+
+void InitializeHashTable(std::int32_t megabytes) {
+    const bool is_allocated = AllocateTables(megabytes);
     char size[TEXT_SIZE];
     char message[2 * TEXT_SIZE];
     std::snprintf(size, sizeof size, "%d MB total, %d MB with %d entries each",
                   static_cast<int>((TableBytes() * TABLES) >> 20),
                   static_cast<int>(TableBytes() >> 20), static_cast<int>(hash_table_size));
-    if (!hash_table_1 || !hash_table_2 || !hash_table_q) {
+    if (!is_allocated) {
         std::snprintf(message, sizeof message, "Error (cannot create hash tables): %s", size);
         FatalError(message);
     }
     std::snprintf(message, sizeof message, "Created hash tables: %s.", size);
     PrintVerbose(message);
+}
+
+bool ResizeHashTable(std::int32_t megabytes) {
+    FinalizeHashTable();
+    const bool is_resized = AllocateTables(megabytes);
+    if (is_resized) {
+        engine_state.hash_size = megabytes;
+    } else {
+        FinalizeHashTable();
+        InitializeHashTable(engine_state.hash_size);
+    }
+    NewHashTable();
+    return is_resized;
+}
+
+std::int32_t HashFullness() {
+    constexpr std::uint32_t SAMPLE = 1000; // no table is smaller
+    return static_cast<std::int32_t>(std::count_if(
+        hash_table_1, hash_table_1 + SAMPLE, [](const HashEntry& entry) { return entry.key > 1; }));
 }
 
 void FinalizeHashTable() {

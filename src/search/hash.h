@@ -39,9 +39,20 @@ inline std::uint32_t SlotOf(std::uint64_t key) {
     return static_cast<std::uint32_t>(key) & HASH_TABLE_MASK;
 }
 
-// Allocates the tables, of the given megabytes (1 to 4095) together; a fatal error on failure.
+// Megabytes of the tables together.
+inline constexpr std::int32_t MIN_HASH_SIZE = 1;
+inline constexpr std::int32_t MAX_HASH_SIZE = 4095;
+
+// Allocates the tables; a fatal error on failure.
 void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();
+
+// Empty tables of another size in place of the present ones. False when there is no memory for
+// them; the tables then have the size of before, and are empty too.
+bool ResizeHashTable(std::int32_t megabytes);
+
+// How full the tables are, as thousandths of a sample of the full-width entries.
+std::int32_t HashFullness();
 
 // Empties the tables.
 void NewHashTable();

@@ -1,0 +1,56 @@
+// The program for UCI front ends. The words of its command line are a first and only command line
+// of theirs, as in "korvane-uci bench".
+#include "book/book.h"
+#include "frame/startup.h"
+#include "game/enginestate.h"
+#include "platform/system.h"
+#include "search/hash.h"
+#include "uci/commands.h"
+#include "uci/lines.h"
+#include "uci/options.h"
+#include "uci/setup.h"
+#include "uci/thinking.h"
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+void RunCommandLine(int argument_count, char** arguments) {
+    std::string line;
+    for (int i = 1; i < argument_count; ++i) {
+        line += ' ';
+        line += arguments[i];
+    }
+    CarryOutLine(line);
+}
+
+void RunConversation() {
+    std::string line;
+    do {
+        WaitForLine(line);
+    } while (CarryOutLine(line));
+}
+
+} // namespace
+
+int main(int argument_count, char** arguments) {
+    PrepareProcess(Interrupts::FATAL);
+    static char line_buffer[BUFSIZ];
+    std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
+    InitializeTables();
+    engine_state.use_random = 0; // the best move is that of the best line
+    InitializeHashTable(engine_state.hash_size);
+    ForgetGame();
+    InitializeUciOptions();
+    ForgetGame();
+    search_host = UCI_HOST;
+    if (argument_count > 1) {
+        RunCommandLine(argument_count, arguments);
+    } else {
+        RunConversation();
+    }
+    FinalizeHashTable();
+    FinalizeBook();
+    return 0;
+}

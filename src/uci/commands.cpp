@@ -1,0 +1,147 @@
+#include "uci/commands.h"
+
+#include "board/position.h"
+#include "game/enginestate.h"
+#include "measure/bench.h"
+#include "measure/perft.h"
+#include "notation/characters.h"
+#include "notation/setboard.h"
+#include "notation/text.h"
+#include "uci/lines.h"
+#include "uci/options.h"
+#include "uci/setup.h"
+#include "uci/thinking.h"
+
+#include <algorithm>
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <iterator>
+#include <string>
+
+namespace {
+
+void CarryOutUci(std::string_view) {
+    Tell("id name " + std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION));
+    Tell("id author the Korvane developers");
+    TellOptions();
+    Tell("uciok");
+}
+
+void CarryOutDebug(std::string_view arguments) {
+    uci_options.is_debugging = NextWord(arguments) == "on";
+}
+
+void CarryOutIsReady(std::string_view) { Tell("readyok"); }
+
+void CarryOutNewGame(std::string_view) { ForgetGame(); }
+
+void Ignore(std::string_view) {}
+
+// The board from white's side, the position as FEN and its hash key.
+void ShowBoard(std::string_view) {
+    for (int rank = RANK_8; rank >= RANK_1; --rank) {
+        std::string row = {CharByRank(rank), ' '};
+        for (int file = FILE_A; file <= FILE_H; ++file) {
+            const Piece piece = position[SquareOf(file, rank)];
+            const char letter = CharByPiece(TypeOf(piece));
+            row += ' ';
+            row += piece == NO_PIECE ? '.' : ColourOf(piece) == WHITE ? letter : LowerCase(letter);
+        }
+        Tell(row);
+    }
+    Tell("   a b c d e f g h");
+    char key[32];
+    std::snprintf(key, sizeof key, "%016" PRIx64, zobrist_key);
+    Tell(std::string("Fen: ") + GetBoardFen());
+    Tell(std::string("Key: ") + key);
+}
+
+// Reads a depth between the bounds; a missing one is the default, a wrong one is told.
+bool ReadDepth(std::string_view arguments, std::int32_t least, std::int32_t most,
+               std::int32_t& depth) {
+    const std::string_view word = NextWord(arguments);
+    if (word.empty() || (ReadNumber(word, depth) && depth >= least && depth <= most)) return true;
+    TellInfo("Not a depth from " + std::to_string(least) + " to " + std::to_string(most) + ": " +
+             std::string(word));
+    return false;
+}
+
+void CarryOutPerft(std::string_view arguments) {
+    std::int32_t depth = 1;
+    if (ReadDepth(arguments, 0, PERFT_MAX_DEPTH, depth)) Divide(depth);
+}
+
+void CarryOutBench(std::string_view arguments) {
+    std::int32_t depth = BENCH_DEFAULT_DEPTH;
+    if (!ReadDepth(arguments, BENCH_MIN_DEPTH, BENCH_MAX_DEPTH, depth)) return;
+    RunBench(depth);
+    RestoreGame();
+}
+
+// What becomes of a command that comes during a search.
+enum class Hearing : std::uint8_t {
+    ANSWER, // it is carried out at once
+    STOP,   // it ends the search
+    HIT,    // the opponent has played the move that is pondered on
+    WAIT    // it ends the search, and is carried out behind it
+};
+
+struct UciCommand {
+    std::string_view name;
+    Hearing during_search;
+    void (*carry_out)(std::string_view arguments); // the arguments stand behind the name
+};
+
+using enum Hearing;
+constexpr UciCommand COMMANDS[] = {
+    {"uci", ANSWER, CarryOutUci},
+    {"debug", ANSWER, CarryOutDebug},
+    {"isready", ANSWER, CarryOutIsReady},
+    {"setoption", WAIT, SetUciOption},
+    {"register", ANSWER, Ignore},
+    {"ucinewgame", WAIT, CarryOutNewGame},
+    {"position", WAIT, SetUpGame},
+    {"go", WAIT, Go},
+    {"stop", STOP, Ignore},
+    {"ponderhit", HIT, Ignore},
+    {"d", WAIT, ShowBoard},
+    {"perft", WAIT, CarryOutPerft},
+    {"bench", WAIT, CarryOutBench},
+    {QUIT_LINE, WAIT, Ignore}, // whoever carries it out ends
+};
+
+// The command of a line, or null; `arguments` gets what stands behind its name.
+const UciCommand* FindCommand(std::string_view line, std::string_view& arguments) {
+    arguments = line;
+    for (std::string_view word; !(word = NextWord(arguments)).empty();) {
+        const auto command = std::ranges::find(COMMANDS, word, &UciCommand::name);
+        if (command != std::end(COMMANDS)) return command;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool CarryOutLine(std::string_view line) {
+    std::string_view arguments;
+    const UciCommand* const command = FindCommand(line, arguments);
+    if (command) {
+        command->carry_out(arguments);
+    } else if (uci_options.is_debugging) {
+        TellInfo("No command: " + std::string(line));
+    }
+    return !command || command->name != QUIT_LINE;
+}
+
+bool HearDuringSearch(std::string_view line) {
+    std::string_view arguments;
+    const UciCommand* const command = FindCommand(line, arguments);
+    if (!command) return false;
+    switch (command->during_search) {
+    case ANSWER: command->carry_out(arguments); return false;
+    case STOP: return StopSearch();
+    case HIT: return HitPonderMove();
+    default: ReturnLine(line); return StopSearch();
+    }
+}

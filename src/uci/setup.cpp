@@ -1,0 +1,114 @@
+#include "uci/setup.h"
+
+#include "game/history.h"
+#include "moves/makemove.h"
+#include "notation/fen.h"
+#include "notation/notation.h"
+#include "notation/pgninfo.h"
+#include "notation/text.h"
+#include "play/newgame.h"
+#include "play/turns.h"
+#include "uci/lines.h"
+
+#include <cassert>
+#include <cstddef>
+#include <string>
+
+namespace {
+
+// Told as a FEN it is the initial position all the same, which the book knows.
+constexpr std::string_view INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+struct Setup {
+    std::string fen; // empty: the initial position
+    std::string moves;
+};
+Setup in_force;
+
+// Takes the words up to the one that is given, or all; a blank stands between them.
+std::string TakeWordsBefore(std::string_view& text, std::string_view end) {
+    std::string words;
+    for (std::string_view word; !(word = NextWord(text)).empty() && word != end;) {
+        if (!words.empty()) words += ' ';
+        words += word;
+    }
+    return words;
+}
+
+bool Begin(const std::string& fen) {
+    if (!fen.empty()) return SetBoardFen(fen);
+    NewPgnGameInfo();
+    RestartGame();
+    return true;
+}
+
+// Plays the moves as far as they are legal; the first that is not, or an empty word.
+std::string_view PlayMoves(std::string_view moves) {
+    for (std::string_view word; !(word = NextWord(moves)).empty();) {
+        Move move;
+        if (!FindMove(word, move) || !PlayMove(word)) return word;
+    }
+    return {};
+}
+
+// A game that goes on from the one in force needs only its new moves.
+bool IsContinued(const Setup& setup) {
+    return setup.fen == in_force.fen && setup.moves.starts_with(in_force.moves) &&
+           (in_force.moves.empty() || setup.moves.size() == in_force.moves.size() ||
+            setup.moves[in_force.moves.size()] == ' ');
+}
+
+// What is wrong with the game; empty when it is set up.
+std::string Apply(const Setup& setup) {
+    std::string_view moves = setup.moves;
+    if (IsContinued(setup)) {
+        moves.remove_prefix(in_force.moves.size());
+    } else if (!Begin(setup.fen)) {
+        return "Illegal position: " + setup.fen;
+    }
+    const std::string_view wrong = PlayMoves(moves);
+    if (wrong.empty()) return "";
+    return (IsHistoryFull() ? "Too long a game: " : "Illegal move: ") + std::string(wrong);
+}
+
+} // namespace
+
+bool FindMove(std::string_view word, Move& move) {
+    return ParseMove(word, move) && IsLegalMove(move) && word == WrittenMove(move);
+}
+
+void SetUpGame(std::string_view arguments) {
+    Setup setup;
+    const std::string_view kind = NextWord(arguments);
+    if (kind == "fen") {
+        setup.fen = TakeWordsBefore(arguments, "moves");
+        if (setup.fen == INITIAL_FEN) setup.fen.clear();
+    } else if (kind == "startpos") {
+        TakeWordsBefore(arguments, "moves");
+    } else {
+        TellInfo("Neither startpos nor fen: " + std::string(kind));
+        return;
+    }
+    setup.moves = TakeWordsBefore(arguments, "");
+    const std::string error = Apply(setup);
+    if (error.empty()) {
+        in_force = setup;
+        return;
+    }
+    TellInfo(error);
+    RestoreGame();
+}
+
+void ForgetGame() {
+    in_force = {};
+    NewGame();
+}
+
+void RestoreGame() {
+    const Setup setup = in_force;
+    in_force = {};
+    Begin("");
+    [[maybe_unused]] const std::string error = Apply(setup);
+    assert(error.empty()); // it was accepted once
+    in_force = setup;
+}

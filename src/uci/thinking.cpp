@@ -1,0 +1,273 @@
+#include "uci/thinking.h"
+
+#include "book/book.h"
+#include "game/bookstate.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "moves/predicates.h"
+#include "notation/notation.h"
+#include "notation/text.h"
+#include "platform/system.h"
+#include "play/strength.h"
+#include "search/hash.h"
+#include "search/records.h"
+#include "search/rootsearch.h"
+#include "uci/commands.h"
+#include "uci/lines.h"
+#include "uci/options.h"
+#include "uci/setup.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <string>
+
+namespace {
+
+constexpr std::uint64_t TICKS_PER_MILLISECOND = 10'000;
+constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
+constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are told one by one
+
+// What "go" asks for. Times are in milliseconds.
+struct Request {
+    bool is_infinite = false;
+    bool is_pondering = false;
+    bool has_clock[COLOURS] = {};
+    std::int64_t clock[COLOURS] = {};
+    std::int64_t increment[COLOURS] = {};
+    std::int64_t move_time = 0; // 0: none
+    std::int64_t depth = 0;     // plies; 0: none
+    std::int64_t nodes = 0;     // 0: none
+    std::int64_t mate = 0;      // moves; 0: none
+    MoveList moves;             // to be searched; none: all
+};
+
+// The search that runs.
+struct Thinking {
+    bool is_stopped;
+    bool is_infinite;
+    bool is_pondering;
+    std::int64_t start;     // of the search, in milliseconds
+    std::int64_t clock_run; // since when its limits of time count
+    std::int64_t move_time; // 0: none
+    std::int64_t last_look; // at the input, in milliseconds
+    std::optional<TimeLeft> clock;
+    Move told; // the first move of the last line that was told
+};
+Thinking thinking;
+
+struct Choice {
+    Move move;
+    Move expected_reply;
+};
+
+std::int64_t Milliseconds() {
+    return static_cast<std::int64_t>(SystemTime() / TICKS_PER_MILLISECOND);
+}
+
+bool IsTimeUp() {
+    return thinking.move_time > 0 && !thinking.is_pondering &&
+           Milliseconds() - thinking.clock_run >= thinking.move_time;
+}
+
+bool MustStop() {
+    thinking.last_look = Milliseconds();
+    for (std::string line; !thinking.is_stopped && TakeLine(line);) {
+        HearDuringSearch(line);
+    }
+    return thinking.is_stopped || IsTimeUp();
+}
+
+// In centipawns or, when one side mates, in moves until then.
+std::string WrittenScore(std::int32_t score) {
+    if (!IsMateEval(score)) return "cp " + std::to_string(score);
+    const std::int32_t plies = (MATE_EVAL - std::abs(score)) / QUARTER_PLIES - 1; // to the mate
+    return "mate " + std::to_string(score > 0 ? (plies + 1) / 2 : -(plies / 2));
+}
+
+void TellLine(const SearchLine& line) {
+    const std::int64_t time = Milliseconds() - thinking.start;
+    const std::uint64_t speed =
+        search_info.nodes * 1000 / static_cast<std::uint64_t>(std::max<std::int64_t>(time, 1));
+    const std::int32_t deepest = std::max(search_info.deepest_ply / QUARTER_PLIES, line.plies);
+    std::string text = "info depth " + std::to_string(line.plies) + " seldepth " +
+                       std::to_string(deepest) + " score " + WrittenScore(line.score) + " nodes " +
+                       std::to_string(search_info.nodes) + " nps " + std::to_string(speed) +
+                       " hashfull " + std::to_string(HashFullness()) + " time " +
+                       std::to_string(time) + " pv";
+    for (const Move& move : PlayablePart(line.moves)) {
+        text += ' ';
+        text += WrittenMove(move);
+    }
+    Tell(text);
+    thinking.told = line.moves.front();
+}
+
+// Between root moves too the time may be up. Short searches look at the input no more often than
+// long ones, and tell no root moves.
+bool MayGoOn() {
+    const std::int64_t now = Milliseconds();
+    if (now - thinking.start > QUIET_TIME) {
+        Tell("info depth " + std::to_string(analyze_info.depth) + " currmove " +
+             analyze_info.move_text + " currmovenumber " +
+             std::to_string(analyze_info.moves_total - analyze_info.moves_left));
+    }
+    return !(now == thinking.last_look ? IsTimeUp() : MustStop());
+}
+
+void ReadCount(std::string_view& text, std::int64_t& count) {
+    const std::string_view word = NextWord(text);
+    std::from_chars(word.data(), word.data() + word.size(), count);
+}
+
+// Reads moves as far as there are some; the legal ones count.
+void ReadMoves(std::string_view& text, MoveList& moves) {
+    for (std::string_view rest = text, word; IsInCan(word = NextWord(rest)); text = rest) {
+        Move move;
+        if (!FindMove(word, move)) {
+            TellInfo("Illegal move: " + std::string(word));
+        } else if (moves.count < MAX_MOVES) {
+            moves.moves[moves.count++] = move;
+        }
+    }
+}
+
+void ReadRequest(std::string_view text, Request& request) {
+    for (std::string_view word; !(word = NextWord(text)).empty();) {
+        if (word == "infinite") request.is_infinite = true;
+        if (word == "ponder") request.is_pondering = true;
+        if (word == "movetime") ReadCount(text, request.move_time);
+        if (word == "depth") ReadCount(text, request.depth);
+        if (word == "nodes") ReadCount(text, request.nodes);
+        if (word == "mate") ReadCount(text, request.mate);
+        if (word == "winc") ReadCount(text, request.increment[WHITE]);
+        if (word == "binc") ReadCount(text, request.increment[BLACK]);
+        if (word == "searchmoves") ReadMoves(text, request.moves);
+        if (word == "wtime" || word == "btime") {
+            const Colour colour = word == "wtime" ? WHITE : BLACK;
+            ReadCount(text, request.clock[colour]);
+            request.has_clock[colour] = true;
+        }
+    }
+}
+
+std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(milliseconds, 0) /
+                                      MILLISECONDS_PER_CENTISECOND);
+}
+
+// The clock of the side to move.
+std::optional<TimeLeft> ClockOf(const Request& request) {
+    if (!request.has_clock[side_to_move]) return {};
+    return TimeLeft{ToCentiseconds(request.clock[side_to_move] - uci_options.move_overhead),
+                    ToCentiseconds(request.increment[side_to_move])};
+}
+
+// A mate in n moves is looked for a move deeper, as the search passes over some moves.
+std::int32_t DepthOf(const Request& request) {
+    std::int64_t plies = MAX_DEPTH_PLIES;
+    if (request.mate > 0)
+        plies = std::min(plies, 2 * std::min<std::int64_t>(request.mate, plies) + 2);
+    if (request.depth > 0) plies = std::min(plies, request.depth);
+    return static_cast<std::int32_t>(plies) * QUARTER_PLIES;
+}
+
+SearchLimits LimitsOf(const Request& request) {
+    SearchLimits limits{.depth = DepthOf(request), .clock = {}};
+    if (!request.is_pondering) limits.clock = thinking.clock;
+    if (request.nodes > 0) limits.nodes = static_cast<std::uint64_t>(request.nodes);
+    limits.moves = {request.moves.moves, static_cast<std::size_t>(request.moves.count)};
+    return limits;
+}
+
+void StartThinking(const Request& request) {
+    thinking = {};
+    thinking.is_infinite = request.is_infinite;
+    thinking.is_pondering = request.is_pondering;
+    thinking.start = thinking.clock_run = thinking.last_look = Milliseconds();
+    if (request.move_time > 0) {
+        thinking.move_time =
+            std::max<std::int64_t>(request.move_time - uci_options.move_overhead, 1);
+    }
+    if (!request.is_infinite) thinking.clock = ClockOf(request);
+    SetFakeMove(thinking.told);
+}
+
+// A game is played, and nothing analysed.
+bool IsPlaying(const Request& request) {
+    return !uci_options.analyse_mode && !request.is_infinite && request.moves.count == 0 &&
+           request.mate == 0;
+}
+
+// The book serves whoever plays by time or nodes. A depth is asked for by somebody who wants to see
+// the search.
+bool IsBookWanted(const Request& request) {
+    return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
+           (request.has_clock[side_to_move] || request.move_time > 0 || request.nodes > 0);
+}
+
+// A book move leaves the game's place in the book as it is: the move is not played here.
+bool ChooseFromBook(Choice& choice) {
+    const BookState before = book_state;
+    const bool is_found = GetNextBookMove(choice.move);
+    book_state = before;
+    return is_found;
+}
+
+// When the search ends within an iteration, another move may be chosen than that of the last line.
+void ChooseBySearch(const Request& request, Choice& choice) {
+    const std::int32_t score =
+        FindBestMove(&choice.move, &choice.expected_reply, LastMove(), LimitsOf(request));
+    if (score != UNSEARCHED_EVAL && !IsEqualMove(choice.move, thinking.told)) {
+        TellLine({analyze_info.depth, score, {&choice.move, 1}});
+    }
+}
+
+void TellBestMove(const Choice& choice) {
+    std::string text = "bestmove " + std::string(WrittenMove(choice.move));
+    if (!IsFakeMove(choice.expected_reply)) {
+        text += " ponder ";
+        text += WrittenMove(choice.expected_reply);
+    }
+    Tell(text);
+}
+
+} // namespace
+
+const SearchHost UCI_HOST = {
+    .must_stop = MustStop, .may_go_on = MayGoOn, .tell_line = TellLine, .tell_iteration = TellLine};
+
+void Go(std::string_view arguments) {
+    Request request;
+    ReadRequest(arguments, request);
+    StartThinking(request);
+    Choice choice;
+    SetFakeMove(choice.expected_reply);
+    const bool has_move = HasLegalMove(LastMove());
+    if (!has_move) {
+        Tell(std::string("info depth 0 score ") + (IsCheck() ? "mate 0" : "cp 0"));
+    } else if (!IsBookWanted(request) || !ChooseFromBook(choice)) {
+        ChooseBySearch(request, choice);
+    }
+    while ((thinking.is_infinite || thinking.is_pondering) && !thinking.is_stopped) {
+        std::string line;
+        WaitForLine(line);
+        HearDuringSearch(line);
+    }
+    if (has_move) {
+        TellBestMove(choice);
+    } else {
+        Tell("bestmove (none)");
+    }
+}
+
+bool StopSearch() { return thinking.is_stopped = true; }
+
+bool HitPonderMove() {
+    if (!thinking.is_pondering) return false;
+    thinking.is_pondering = false;
+    thinking.clock_run = Milliseconds();
+    if (thinking.clock) StartClock(*thinking.clock);
+    return false;
+}
