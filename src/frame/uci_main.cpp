@@ -1,5 +1,6 @@
 // The program for UCI front ends. The words of its command line are a first and only command line
 // of theirs, as in "korvane-uci bench".
+#include "board/utility.h"
 #include "book/book.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
@@ -11,6 +12,7 @@
 #include "uci/setup.h"
 #include "uci/thinking.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -39,7 +41,8 @@ int main(int argument_count, char** arguments) {
     static char line_buffer[BUFSIZ];
     std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
     InitializeTables();
-    engine_state.use_random = 0; // the best move is that of the best line
+    SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels play differently every time
+    engine_state.use_random = 0;                          // the best move is that of the best line
     InitializeHashTable(engine_state.hash_size);
     ForgetGame();
     InitializeUciOptions();

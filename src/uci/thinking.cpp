@@ -207,8 +207,14 @@ bool IsBookWanted(const Request& request) {
            (request.has_clock[side_to_move] || request.move_time > 0 || request.nodes > 0);
 }
 
+bool IsWeakened(const Request& request) { return uci_options.limit_strength && IsPlaying(request); }
+
 // A book move leaves the game's place in the book as it is: the move is not played here.
-bool ChooseFromBook(Choice& choice) {
+bool ChooseFromBook(const Request& request, Choice& choice) {
+    if (!IsBookWanted(request)) return false;
+    if (IsWeakened(request) && game_state.ply_count >= BookPliesOfLevel(uci_options.elo)) {
+        return false;
+    }
     const BookState before = book_state;
     const bool is_found = GetNextBookMove(choice.move);
     book_state = before;
@@ -217,8 +223,11 @@ bool ChooseFromBook(Choice& choice) {
 
 // When the search ends within an iteration, another move may be chosen than that of the last line.
 void ChooseBySearch(const Request& request, Choice& choice) {
+    const SearchLimits limits = LimitsOf(request);
     const std::int32_t score =
-        FindBestMove(&choice.move, &choice.expected_reply, LastMove(), LimitsOf(request));
+        IsWeakened(request)
+            ? FindMoveOfLevel(uci_options.elo, choice.move, choice.expected_reply, limits)
+            : FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
     if (score != UNSEARCHED_EVAL && !IsEqualMove(choice.move, thinking.told)) {
         TellLine({analyze_info.depth, score, {&choice.move, 1}});
     }
@@ -247,7 +256,7 @@ void Go(std::string_view arguments) {
     const bool has_move = HasLegalMove(LastMove());
     if (!has_move) {
         Tell(std::string("info depth 0 score ") + (IsCheck() ? "mate 0" : "cp 0"));
-    } else if (!IsBookWanted(request) || !ChooseFromBook(choice)) {
+    } else if (!ChooseFromBook(request, choice)) {
         ChooseBySearch(request, choice);
     }
     while ((thinking.is_infinite || thinking.is_pondering) && !thinking.is_stopped) {

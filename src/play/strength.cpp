@@ -1,0 +1,135 @@
+#include "play/strength.h"
+
+#include "board/position.h"
+#include "board/utility.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "moves/makemove.h"
+#include "play/mopup.h"
+#include "search/fsearch.h"
+#include "search/rootsearch.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace {
+
+// From this level on nothing is drawn, and the book is known as far as it goes.
+constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
+constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
+
+// The nodes of the first and the last level that search; they grow by the same factor in between.
+constexpr double FIRST_NODES = 80'000;
+constexpr double LAST_NODES = 6'000'000;
+
+// How a lower level plays. Some of its moves it searches as the first searching level does. Others
+// it draws after a glance two plies deep, which sees mates in one and what can be captured. What a
+// move loses against the best counts in units of the tolerance (centipawns): a loss of that much
+// makes a move about a third as likely. No move is played that loses as much as the limit.
+struct Taste {
+    double attention; // share of the moves that are searched
+    double tolerance;
+    double limit;
+};
+constexpr Taste LOWEST = {0.2, 42, 210};
+constexpr Taste HIGHEST = {1.0, 10, 50}; // that of the first searching level
+constexpr double ATTENTION_GROWTH = 1.2; // slower than the level at first, so that steps are even
+constexpr std::int32_t GLANCE_PLIES = 2;
+constexpr std::int32_t GLANCE_DEPTH = (GLANCE_PLIES - 1) * QUARTER_PLIES; // below the move
+constexpr std::int32_t GLANCE_MAX_PLY = 4 * QUARTER_PLIES;
+
+double Mix(double from, double to, double share) { return from + (to - from) * share; }
+
+Taste TasteOf(std::int32_t elo) {
+    const double share =
+        std::min(1.0, static_cast<double>(elo - MIN_ELO) / (FIRST_SEARCHING_ELO - MIN_ELO));
+    return {Mix(LOWEST.attention, HIGHEST.attention, std::pow(share, ATTENTION_GROWTH)),
+            Mix(LOWEST.tolerance, HIGHEST.tolerance, share),
+            Mix(LOWEST.limit, HIGHEST.limit, share)};
+}
+
+std::uint64_t NodesOf(std::int32_t elo) {
+    const double share =
+        static_cast<double>(std::max(elo, FIRST_SEARCHING_ELO) - FIRST_SEARCHING_ELO) /
+        (MAX_ELO - FIRST_SEARCHING_ELO);
+    return static_cast<std::uint64_t>(FIRST_NODES * std::pow(LAST_NODES / FIRST_NODES, share));
+}
+
+// A number from 0 up to 1.
+double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
+
+// What a short search says of each move: they take no time worth a look at the clock.
+void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
+    search_info = {};
+    search_info.time_limit = NO_TIME_LIMIT;
+    search_info.node_counter = search_info.counted_from = std::numeric_limits<std::int32_t>::max();
+    search_info.max_ply = GLANCE_MAX_PLY;
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        MakeMove(list.moves[i]);
+        scores[i] = -FullSearch(-MATE_EVAL, MATE_EVAL, GLANCE_DEPTH, QUARTER_PLIES, &list.moves[i],
+                                nullptr, 0);
+        UnMakeMove(list.moves[i]);
+    }
+    CountNodes();
+    analyze_info.depth = GLANCE_PLIES;
+}
+
+// The index of a move, the likelier the less it loses.
+std::int32_t Draw(std::span<const std::int32_t> scores, const Taste& taste) {
+    const std::int32_t best = std::ranges::max(scores);
+    double weights[MAX_MOVES];
+    double sum = 0;
+    for (std::size_t i = 0; i < scores.size(); ++i) {
+        const double loss = best - scores[i];
+        weights[i] = loss < taste.limit ? std::exp(-loss / taste.tolerance) : 0;
+        sum += weights[i];
+    }
+    double left = RandomShare() * sum;
+    std::size_t drawn = 0;
+    while (drawn + 1 < scores.size() && left >= weights[drawn]) {
+        left -= weights[drawn++];
+    }
+    return static_cast<std::int32_t>(drawn);
+}
+
+std::int32_t DrawMove(const Taste& taste, Move& move) {
+    MoveList list;
+    GenerateAllLegalMoves(list, LastMove());
+    assert(list.count > 0);
+    std::int32_t scores[MAX_MOVES];
+    ScoreMoves(list, scores);
+    const std::int32_t drawn = Draw({scores, static_cast<std::size_t>(list.count)}, taste);
+    move = list.moves[drawn];
+    return scores[drawn];
+}
+
+} // namespace
+
+std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
+                             const SearchLimits& limits) {
+    assert(elo >= MIN_ELO && elo <= MAX_ELO);
+    SetFakeMove(expected_reply);
+    if (IsElementaryWin()) {
+        FindMopUpMove(move);
+        search_info.nodes = 0; // it counts none
+        analyze_info.depth = 1;
+        return piece_weight_eval[side_to_move];
+    }
+    const Taste taste = TasteOf(elo);
+    if (RandomShare() >= taste.attention) return DrawMove(taste, move);
+    SearchLimits lower = limits;
+    lower.nodes = NodesOf(elo);
+    if (limits.nodes > 0) lower.nodes = std::min(lower.nodes, limits.nodes);
+    return FindBestMove(&move, &expected_reply, LastMove(), lower);
+}
+
+std::int32_t BookPliesOfLevel(std::int32_t elo) {
+    if (elo >= FIRST_BOOKISH_ELO) return std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t LEAST_PLIES = 4;
+    constexpr std::int32_t ELO_PER_PLY = 100;
+    return LEAST_PLIES + (elo - MIN_ELO) / ELO_PER_PLY;
+}
