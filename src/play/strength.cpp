@@ -13,8 +13,9 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <cstddef>
+#include <iterator>
 #include <limits>
+#include <span>
 
 namespace {
 
@@ -83,17 +84,19 @@ std::int32_t Draw(std::span<const std::int32_t> scores, const Taste& taste) {
     const std::int32_t best = std::ranges::max(scores);
     double weights[MAX_MOVES];
     double sum = 0;
-    for (std::size_t i = 0; i < scores.size(); ++i) {
-        const double loss = best - scores[i];
+    for (std::int32_t i = 0; i < std::ssize(scores); ++i) {
+        const double loss = best - scores[static_cast<std::size_t>(i)];
         weights[i] = loss < taste.limit ? std::exp(-loss / taste.tolerance) : 0;
         sum += weights[i];
     }
     double left = RandomShare() * sum;
-    std::size_t drawn = 0;
-    while (drawn + 1 < scores.size() && left >= weights[drawn]) {
-        left -= weights[drawn++];
+    std::int32_t drawn = 0;
+    for (std::int32_t i = 0; left >= 0 && i < std::ssize(scores); ++i) {
+        if (weights[i] == 0) continue;
+        left -= weights[i];
+        drawn = i;
     }
-    return static_cast<std::int32_t>(drawn);
+    return drawn;
 }
 
 std::int32_t DrawMove(const Taste& taste, Move& move) {
