@@ -149,7 +149,9 @@ void LoadBook() {
 
 } // namespace
 
-void PrintVersion() { std::printf("%s\n", PROGRAM_TITLE.data()); }
+void PrintVersion() {
+    std::printf("%s %s %s\n", PROGRAM_NAME.data(), PROGRAM_VERSION.data(), AUTHORSHIP.data());
+}
 
 void InitializeTables() {
     InitializeUtility();

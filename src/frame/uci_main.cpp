@@ -44,7 +44,6 @@ int main(int argument_count, char** arguments) {
     SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels play differently every time
     engine_state.use_random = 0;                          // the best move is that of the best line
     InitializeHashTable(engine_state.hash_size);
-    ForgetGame();
     InitializeUciOptions();
     ForgetGame();
     search_host = UCI_HOST;

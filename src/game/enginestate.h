@@ -22,9 +22,9 @@ extern EngineState engine_state;
 
 inline constexpr std::int32_t QUARTER_PLIES = 4; // in one ply
 
-inline constexpr std::string_view PROGRAM_TITLE = "Korvane 1.0.3 by the Korvane developers";
-inline constexpr std::string_view PROGRAM_NAME = PROGRAM_TITLE.substr(0, 7);
-inline constexpr std::string_view PROGRAM_VERSION = PROGRAM_TITLE.substr(8, 5);
+inline constexpr std::string_view PROGRAM_NAME = "Korvane";
+inline constexpr std::string_view PROGRAM_VERSION = "1.0.3";
+inline constexpr std::string_view AUTHORSHIP = "by the Korvane developers";
 
 // The defaults at start-up.
 void InitializeEngineState();

@@ -90,8 +90,11 @@ void SetLimitStrength(const Value& value) {
 
 void SetElo(const Value& value) { uci_options.elo = value.number; }
 
+const std::string ABOUT =
+    std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION) + " " + std::string(AUTHORSHIP);
+
 using enum Kind;
-constexpr UciOption OPTIONS[] = {
+const UciOption OPTIONS[] = {
     {"Hash", SPIN, {DEFAULT_HASH_SIZE, {}}, MIN_HASH_SIZE, MAX_HASH_SIZE, SetHash},
     {"Clear Hash", BUTTON, {}, 0, 0, ClearHash},
     {"Ponder", CHECK, {}, 0, 0, Ignore}, // "go" tells when to ponder
@@ -101,7 +104,7 @@ constexpr UciOption OPTIONS[] = {
     {"UCI_AnalyseMode", CHECK, {}, 0, 0, SetAnalyseMode},
     {"UCI_LimitStrength", CHECK, {}, 0, 0, SetLimitStrength},
     {"UCI_Elo", SPIN, {DEFAULT_ELO, {}}, MIN_ELO, MAX_ELO, SetElo},
-    {"UCI_EngineAbout", STRING, {0, PROGRAM_TITLE}, 0, 0, Ignore},
+    {"UCI_EngineAbout", STRING, {0, ABOUT}, 0, 0, Ignore},
 };
 
 std::string Declaration(const UciOption& option) {

@@ -29,6 +29,9 @@ constexpr std::uint64_t TICKS_PER_MILLISECOND = 10'000;
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
 constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are told one by one
 
+// The overhead of so many moves is kept back from the clock.
+constexpr std::int64_t MOVES_TO_COME = 40;
+
 // What "go" asks for. Times are in milliseconds.
 struct Request {
     bool is_infinite = false;
@@ -157,11 +160,12 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
                                       MILLISECONDS_PER_CENTISECOND);
 }
 
-// The clock of the side to move.
+// The clock of the side to move, without what the way to the front end will take of it.
 std::optional<TimeLeft> ClockOf(const Request& request) {
     if (!request.has_clock[side_to_move]) return {};
-    return TimeLeft{ToCentiseconds(request.clock[side_to_move] - uci_options.move_overhead),
-                    ToCentiseconds(request.increment[side_to_move])};
+    const std::int64_t clock = request.clock[side_to_move];
+    const std::int64_t kept = std::min(MOVES_TO_COME * uci_options.move_overhead, clock / 2);
+    return TimeLeft{ToCentiseconds(clock - kept), ToCentiseconds(request.increment[side_to_move])};
 }
 
 // A mate in n moves is looked for a move deeper, as the search passes over some moves.
