@@ -36,7 +36,7 @@ bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
 } // namespace
 
 EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation,
-                             const std::string& preparation)
+                             const std::string& preparation, const char* program)
     : directory(std::filesystem::temp_directory_path() / "korvane_test_XXXXXX") {
     std::signal(SIGPIPE, SIG_IGN); // an engine that has gone fails its own test only
     std::istringstream stream(invocation + " " + arguments);
@@ -53,7 +53,7 @@ EngineProcess::EngineProcess(const std::string& arguments, const std::string& in
         std::signal(SIGINT, SIG_DFL); // a background job is born without
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
-            execv(KORVANE_BINARY, pointers.data());
+            execv(program, pointers.data());
         }
         _exit(127);
     }

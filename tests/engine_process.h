@@ -36,7 +36,8 @@ struct Exchange {
 struct EngineProcess {
     explicit EngineProcess(const std::string& arguments = PLAY,
                            const std::string& invocation = KORVANE_BINARY,
-                           const std::string& preparation = "");
+                           const std::string& preparation = "",
+                           const char* program = KORVANE_BINARY);
     ~EngineProcess();
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;

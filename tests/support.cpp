@@ -73,6 +73,24 @@ bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase
     return RegisterCases<TextCase>(suite, cases, check);
 }
 
+std::vector<Reference> ReadReferences() {
+    std::vector<Reference> references;
+    std::istringstream lines(ReadCases("thinking.txt"));
+    for (std::string line, word; std::getline(lines, line);) {
+        std::istringstream words(line);
+        if (line.starts_with("name ")) {
+            words >> word >> references.emplace_back().name;
+        } else if (line.starts_with("position ")) {
+            references.back().fen = line.substr(line.find(' ') + 1);
+        } else if (line.starts_with("depth ")) {
+            words >> word >> references.back().plies;
+        } else if (!line.empty() && line.front() != '#') {
+            references.back().text += line + "\n";
+        }
+    }
+    return references;
+}
+
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     InitializeTables();

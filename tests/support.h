@@ -1,7 +1,9 @@
 // What the tests share: positions and moves as text.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 inline const std::string INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
@@ -14,3 +16,11 @@ void Play(const std::string& moves);
 
 // The legal moves, in generation order and coordinate notation, blanks between.
 std::string LegalMoves();
+
+// Searches of a position, or of a game that the engine plays by itself, with the lines that other
+// programs print for them.
+struct Reference {
+    std::string name, fen, text;
+    std::int32_t plies = 0;
+};
+std::vector<Reference> ReadReferences();

@@ -9,6 +9,7 @@
 #include "play/turns.h"
 #include "search/hash.h"
 #include "search/records.h"
+#include "search/request.h"
 #include "search/rootsearch.h"
 
 #include <iterator>
@@ -141,31 +142,6 @@ std::string LastLine(const Thought& thought) {
     return last;
 }
 
-// Searches of a position, or of a game that the engine plays by itself, with the lines that other
-// programs print for them.
-struct Reference {
-    std::string name, fen, text;
-    std::int32_t plies = 0;
-};
-
-const std::vector<Reference>& References() {
-    static std::vector<Reference> references;
-    std::istringstream lines(ReadCases("thinking.txt"));
-    for (std::string line, word; std::getline(lines, line);) {
-        std::istringstream words(line);
-        if (line.starts_with("name ")) {
-            words >> word >> references.emplace_back().name;
-        } else if (line.starts_with("position ")) {
-            references.back().fen = line.substr(line.find(' ') + 1);
-        } else if (line.starts_with("depth ")) {
-            words >> word >> references.back().plies;
-        } else if (!line.empty() && line.front() != '#') {
-            references.back().text += line + "\n";
-        }
-    }
-    return references;
-}
-
 void CheckReference(const Reference& test) {
     StartAt(test.fen);
     std::string text;
@@ -177,8 +153,9 @@ void CheckReference(const Reference& test) {
     EXPECT_EQ(text, test.text);
 }
 
+const std::vector<Reference> REFERENCES = ReadReferences();
 const bool ARE_REFERENCES_REGISTERED =
-    RegisterCases<Reference>("Search/Lines", References(), CheckReference);
+    RegisterCases<Reference>("Search/Lines", REFERENCES, CheckReference);
 
 // A position, a game, the move that draws, and whether it is the best one.
 void CheckDraw(const TextCase& test) {
@@ -226,6 +203,14 @@ TEST(Search, SeesNoRepetitionBelowANullMove) {
     Play("Rd1 Re8 Rf1 Rd8 Rd1 Re8 Rf1 Rd8 Re1 Rf8 Rf1 Rd8 Re1 Rf8 Rf1 Rd8 Rd1 Rf8 Re1 Rd8 Rf1 Rf8");
     EXPECT_EQ(LastLine(Think(6)),
               "6 351 118648 12. c3b5 f8d8 13. b5c7 c6d4 14. f1d1 d4e2 15. g1f1");
+}
+
+TEST(Search, StopsNearItsLimitOfNodes) {
+    StartAt("startpos");
+    Move move;
+    FindBestMove(&move, nullptr, LastMove(), {.depth = 200, .clock = {}, .nodes = 100'000});
+    EXPECT_GE(search_info.nodes, 100'000u);
+    EXPECT_LE(search_info.nodes, 110'000u);
 }
 
 TEST(Search, EndsWithASingleMove) {
