@@ -82,6 +82,10 @@ void SetUpGame(std::string_view arguments) {
     const std::string_view kind = NextWord(arguments);
     if (kind == "fen") {
         setup.fen = TakeWordsBefore(arguments, "moves");
+        if (setup.fen.empty()) {
+            TellInfo("Illegal position: ");
+            return;
+        }
         if (setup.fen == INITIAL_FEN) setup.fen.clear();
     } else if (kind == "startpos") {
         TakeWordsBefore(arguments, "moves");
