@@ -7,8 +7,12 @@
 #include <string>
 #include <string_view>
 
-// Standard input from now on; the end of the text is the end of the input.
+// Standard input from now on; the end of the text is the end of the input. At a byte 1 nothing
+// waits for a while, and it is not read.
 void SetInput(std::string_view text);
+
+// Where standard output goes from now on.
+void SetOutput(std::string* text);
 
 // A new game in an engine as it starts.
 void ResetEngine(bool has_book);

@@ -1,10 +1,12 @@
-// The operating system of the fuzz harnesses: input from memory, output to nowhere, and a clock
-// that every look at it moves on, so that the same bytes always do the same.
+// The operating system of the fuzz harnesses: input from memory, output to whoever wants it, and a
+// clock that every look at it moves on, so that the same bytes always do the same.
 #include "harness.h"
 #include "platform/system.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace {
 
@@ -12,12 +14,31 @@ constexpr std::uint64_t TICKS_PER_LOOK = 300'000;             // 30 milliseconds
 constexpr std::size_t MAX_TABLE_SIZE = std::size_t{64} << 20; // memory that can be had
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 
+// A byte of the input that is not read: for so many looks nothing waits, so that a search goes on.
+constexpr char PAUSE = '\x01';
+constexpr int LOOKS_OF_PAUSE = 50;
+
 std::string_view input;
 int looks = 0; // at the input since the last byte was read
+int looks_left_of_pause = 0;
+std::string* output = nullptr; // null: to nowhere
+
+bool IsPause() {
+    if (looks_left_of_pause == 0 && input.starts_with(PAUSE)) {
+        input.remove_prefix(1);
+        looks_left_of_pause = LOOKS_OF_PAUSE;
+    }
+    return looks_left_of_pause > 0;
+}
 
 } // namespace
 
-void SetInput(std::string_view text) { input = text; }
+void SetInput(std::string_view text) {
+    input = text;
+    looks_left_of_pause = 0;
+}
+
+void SetOutput(std::string* text) { output = text; }
 
 void PrepareProcess(Interrupts) {}
 
@@ -30,20 +51,27 @@ bool IsConsoleInput() { return false; }
 bool IsConsoleErrors() { return false; }
 
 int WaitingInput() {
+    if (IsPause()) {
+        --looks_left_of_pause;
+        return 0;
+    }
     const bool is_unknown = input.empty() || ++looks > PATIENCE;
     return is_unknown ? INPUT_UNKNOWN : static_cast<int>(input.size());
 }
 
-bool IsHungUp() { return input.empty() || looks > PATIENCE; }
+bool IsHungUp() { return !IsPause() && (input.empty() || looks > PATIENCE); }
 
 std::size_t ReadInput(std::span<char> room) {
-    looks = 0;
-    const std::size_t count = input.copy(room.data(), room.size());
+    looks = looks_left_of_pause = 0;
+    input.remove_prefix(std::min(input.find_first_not_of(PAUSE), input.size()));
+    const std::size_t count = input.substr(0, input.find(PAUSE)).copy(room.data(), room.size());
     input.remove_prefix(count);
     return count;
 }
 
-void WriteOutput(std::string_view) {}
+void WriteOutput(std::string_view bytes) {
+    if (output) output->append(bytes);
+}
 
 std::string ProgramFolder() { return ""; }
 
