@@ -1,0 +1,93 @@
+// Levels for people: what they see, what they always win, and that the strong ones leave nothing to
+// chance.
+#include "cases.h"
+#include "support.h"
+
+#include "board/utility.h"
+#include "game/enginestate.h"
+#include "game/finish.h"
+#include "game/gamestate.h"
+#include "game/history.h"
+#include "notation/notation.h"
+#include "play/strength.h"
+#include "play/turns.h"
+#include "search/hash.h"
+#include "search/records.h"
+
+#include <set>
+#include <sstream>
+
+namespace {
+
+std::vector<std::int32_t> ToLevels(const std::string& text) {
+    std::istringstream words(text);
+    std::vector<std::int32_t> levels;
+    for (std::int32_t level; words >> level;) {
+        levels.push_back(level);
+    }
+    return levels;
+}
+
+std::string MoveOfLevel(std::int32_t elo) {
+    Move move, reply;
+    engine_state.post_thinking = 0;
+    FindMoveOfLevel(elo, move, reply, {.depth = 20 * QUARTER_PLIES, .clock = {}});
+    engine_state.post_thinking = 1;
+    return WrittenMove(move);
+}
+
+void CheckSight(const TextCase& test) {
+    constexpr int TRIES = 25;
+    for (const std::int32_t elo : ToLevels(test.fields[1])) {
+        StartAt(test.fields[0]);
+        SeedRandom(static_cast<std::uint32_t>(elo));
+        for (int i = 0; i < TRIES; ++i) {
+            const std::string move = MoveOfLevel(elo);
+            EXPECT_NE((" " + test.fields[2] + " ").find(" " + move + " "), std::string::npos)
+                << elo << ": " << move;
+        }
+    }
+}
+
+// The bare king flees by a search of its own.
+void CheckWin(const TextCase& test) {
+    for (const std::int32_t elo : ToLevels(test.fields[1])) {
+        StartAt(test.fields[0]);
+        while (HasLegalMove(LastMove()) && !IsThreefoldRepetition() && !IsFiftyMoveRule()) {
+            ASSERT_TRUE(PlayMove(MoveOfLevel(elo)));
+        }
+        EXPECT_TRUE(IsMate(LastMove())) << elo << " after " << game_state.ply_count << " plies";
+    }
+}
+
+const bool HAS_CASES[] = {RegisterFile("Strength/Sees", "strength.txt", CheckSight),
+                          RegisterFile("Strength/Wins", "strength.txt", CheckWin)};
+
+TEST(Strength, StrongLevelsLeaveNothingToChance) {
+    std::uint64_t last_nodes = 0;
+    for (const std::int32_t elo : {1800, 1850, 1900}) {
+        std::string moves[2];
+        for (std::string& move : moves) {
+            StartAt(INITIAL_FEN);
+            Play("e2e4 e7e5");
+            engine_state.use_random = 0;
+            move = MoveOfLevel(elo);
+        }
+        EXPECT_EQ(moves[0], moves[1]) << elo;
+        EXPECT_GT(search_info.nodes, last_nodes);
+        last_nodes = search_info.nodes;
+    }
+    engine_state.use_random = 1;
+}
+
+TEST(Strength, WeakLevelsVary) {
+    std::set<std::string> moves;
+    StartAt(INITIAL_FEN);
+    SeedRandom(1);
+    for (int i = 0; i < 40; ++i) {
+        moves.insert(MoveOfLevel(1000));
+    }
+    EXPECT_GT(moves.size(), 3u);
+}
+
+} // namespace
