@@ -27,6 +27,15 @@ std::string_view NextWord(std::string_view& text) {
     return word;
 }
 
+std::string TakeWordsBefore(std::string_view& text, std::string_view end) {
+    std::string words;
+    for (std::string_view word; !(word = NextWord(text)).empty() && word != end;) {
+        if (!words.empty()) words += ' ';
+        words += word;
+    }
+    return words;
+}
+
 bool ReadNumber(std::string_view word, std::int32_t& value) {
     if (word.starts_with('+') && !word.starts_with("+-")) word.remove_prefix(1);
     std::int32_t number = 0;

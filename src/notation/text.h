@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 // Copies the text into the field with a closing NUL, cut to what fits; they may overlap.
@@ -10,6 +11,10 @@ void CopyText(std::span<char> field, std::string_view text);
 
 // Takes the next word, of characters other than white space, from the text; empty at its end.
 std::string_view NextWord(std::string_view& text);
+
+// Takes the words up to the one that is given, which is dropped, or all; one blank stands between
+// them.
+std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 
 // Reads the decimal number, with or without sign, that the word begins with; a number beyond
 // 32 bits is clamped. False, and the value as it was, when the word begins with none.

@@ -125,10 +125,9 @@ bool IsSameName(std::string_view a, std::string_view b) {
 }
 
 std::string_view Trim(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    return first == std::string_view::npos
-               ? std::string_view{}
-               : text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+    constexpr std::string_view BLANKS = " \t";
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_last_not_of(BLANKS) + 1);
 }
 
 // Reads the value; false when the option cannot have it.
@@ -166,20 +165,16 @@ void TellOptions() {
 }
 
 void SetUciOption(std::string_view arguments) {
-    constexpr std::string_view VALUE_WORD = " value";
     if (NextWord(arguments) != "name") {
         TellInfo("No name of an option");
         return;
     }
-    const std::size_t end = arguments.find(VALUE_WORD);
-    const std::string_view name = Trim(arguments.substr(0, end));
-    const std::string_view text = end == std::string_view::npos
-                                      ? std::string_view{}
-                                      : Trim(arguments.substr(end + VALUE_WORD.size()));
+    const std::string name = TakeWordsBefore(arguments, "value");
+    const std::string_view text = Trim(arguments);
     const auto option = std::ranges::find_if(
         OPTIONS, [&](const UciOption& candidate) { return IsSameName(candidate.name, name); });
     if (option == std::end(OPTIONS)) {
-        TellInfo("Unknown option: " + std::string(name));
+        TellInfo("Unknown option: " + name);
         return;
     }
     Value value;

@@ -25,16 +25,6 @@ struct Setup {
 };
 Setup in_force;
 
-// Takes the words up to the one that is given, or all; a blank stands between them.
-std::string TakeWordsBefore(std::string_view& text, std::string_view end) {
-    std::string words;
-    for (std::string_view word; !(word = NextWord(text)).empty() && word != end;) {
-        if (!words.empty()) words += ' ';
-        words += word;
-    }
-    return words;
-}
-
 bool Begin(const std::string& fen) {
     if (!fen.empty()) return SetBoardFen(fen);
     NewPgnGameInfo();

@@ -21,7 +21,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -30,7 +32,7 @@ constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
 constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are told one by one
 
 // The overhead of so many moves is kept back from the clock.
-constexpr std::int64_t MOVES_TO_COME = 40;
+constexpr std::int64_t MOVES_TO_COME = 80;
 
 // What "go" asks for. Times are in milliseconds.
 struct Request {
@@ -119,9 +121,21 @@ bool MayGoOn() {
     return !(now == thinking.last_look ? IsTimeUp() : MustStop());
 }
 
-void ReadCount(std::string_view& text, std::int64_t& count) {
-    const std::string_view word = NextWord(text);
-    std::from_chars(word.data(), word.data() + word.size(), count);
+// Reads a number if there is one; what lies outside the range is the range's end.
+bool ReadCount(std::string_view& text, std::int64_t& count) {
+    std::string_view rest = text;
+    const std::string_view word = NextWord(rest);
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
+    if (error == std::errc::invalid_argument) return false;
+    using Range = std::numeric_limits<std::int64_t>;
+    if (error != std::errc{}) count = word.starts_with('-') ? Range::min() : Range::max();
+    text = rest;
+    return true;
+}
+
+// A limit is at least 1, whatever was told.
+void ReadLimit(std::string_view& text, std::int64_t& limit) {
+    if (ReadCount(text, limit)) limit = std::max<std::int64_t>(limit, 1);
 }
 
 // Reads moves as far as there are some; the legal ones count.
@@ -140,10 +154,10 @@ void ReadRequest(std::string_view text, Request& request) {
     for (std::string_view word; !(word = NextWord(text)).empty();) {
         if (word == "infinite") request.is_infinite = true;
         if (word == "ponder") request.is_pondering = true;
-        if (word == "movetime") ReadCount(text, request.move_time);
-        if (word == "depth") ReadCount(text, request.depth);
-        if (word == "nodes") ReadCount(text, request.nodes);
-        if (word == "mate") ReadCount(text, request.mate);
+        if (word == "movetime") ReadLimit(text, request.move_time);
+        if (word == "depth") ReadLimit(text, request.depth);
+        if (word == "nodes") ReadLimit(text, request.nodes);
+        if (word == "mate") ReadLimit(text, request.mate);
         if (word == "winc") ReadCount(text, request.increment[WHITE]);
         if (word == "binc") ReadCount(text, request.increment[BLACK]);
         if (word == "searchmoves") ReadMoves(text, request.moves);
@@ -225,14 +239,15 @@ bool ChooseFromBook(const Request& request, Choice& choice) {
     return is_found;
 }
 
-// When the search ends within an iteration, another move may be chosen than that of the last line.
+// Another move may be chosen than that of the last line, when the search ends within an iteration
+// or all others lose. If a mate awaits it, nobody knows how soon.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const SearchLimits limits = LimitsOf(request);
     const std::int32_t score =
         IsWeakened(request)
             ? FindMoveOfLevel(uci_options.elo, choice.move, choice.expected_reply, limits)
             : FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
-    if (score != UNSEARCHED_EVAL && !IsEqualMove(choice.move, thinking.told)) {
+    if (!IsMateEval(score) && !IsEqualMove(choice.move, thinking.told)) {
         TellLine({analyze_info.depth, score, {&choice.move, 1}});
     }
 }
