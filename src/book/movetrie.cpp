@@ -121,24 +121,22 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
 }
 
 // Writes the bytes under a new name beside the target and then gives them the target's. A file that
-// stands in the way under such a name is left alone, and so is a target that is no plain file.
+// stands in the way under such a name is left alone, and so is a target that is no plain file. Of a
+// link only the link is replaced, which may lead to a book of others.
 bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::error_code error;
-    const std::filesystem::path target(name);
-    const bool is_there = std::filesystem::exists(target, error);
-    if (is_there && !std::filesystem::is_regular_file(target, error)) return false;
-    const std::string real_name =
-        is_there ? std::filesystem::canonical(target, error).string() : name;
+    if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
+        return false;
+    }
     std::FILE* file = nullptr;
     std::string unfinished;
     for (int i = 0; !file && i < UNFINISHED_NAMES; ++i) {
-        unfinished = real_name + ".tmp" + std::to_string(i);
+        unfinished = name + ".tmp" + std::to_string(i);
         file = std::fopen(unfinished.c_str(), "wbx");
     }
     if (!file) return false;
     const bool is_written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if ((std::fclose(file) == 0) && is_written &&
-        ReplaceFile(unfinished.c_str(), real_name.c_str())) {
+    if ((std::fclose(file) == 0) && is_written && ReplaceFile(unfinished.c_str(), name.c_str())) {
         return true;
     }
     std::remove(unfinished.c_str());
