@@ -48,6 +48,7 @@ std::uint64_t SystemTime() {
 }
 
 bool IsConsoleInput() { return false; }
+bool IsConsoleOutput() { return false; }
 bool IsConsoleErrors() { return false; }
 
 int WaitingInput() {

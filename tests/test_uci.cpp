@@ -40,7 +40,8 @@ std::string Converse(EngineProcess& engine, const std::string& lines) {
 // A case's lines, and a pattern of what is told, thinking lines and pictures of the board left out.
 void CheckAnswer(const TextCase& test) {
     UciProcess engine("", LAY_BOOKS);
-    const std::regex dropped("(info depth |[1-8] ( [prnbqkPRNBQK.]){8}|   a b c|Key: )[^\n]*\n");
+    const std::regex dropped(
+        "(info depth |[1-8] ([ *!][prnbqkPRNBQK.] ){8}|   a  b  c|Key: )[^\n]*\n");
     const std::string heard = Converse(engine, ToLines(test.fields[0]));
     EXPECT_TRUE(std::regex_match(std::regex_replace(heard, dropped, ""),
                                  std::regex(ToAnswer(test.fields[1]))))

@@ -97,21 +97,19 @@ std::uint8_t ShouldResign() {
     return run >= HOPELESS_MOVES_TO_RESIGN;
 }
 
-void CheckEndOfGame(const Move* last_move) {
-    const char* line = nullptr;
+const char* EndOfGameLine(const Move* last_move) {
     if (IsMate(last_move)) {
-        line = side_to_move == BLACK ? "1-0 {White mates}" : "0-1 {Black mates}";
-    } else if (IsStalemate(last_move)) {
-        line = "1/2-1/2 {Stalemate}";
-    } else if (IsThreefoldRepetition()) {
-        line = "1/2-1/2 {Threefold repetition}";
-    } else if (IsFiftyMoveRule()) {
-        line = "1/2-1/2 {Fifty move rule}";
-    } else if (IsInsufficientMaterial()) {
-        line = "1/2-1/2 {Insufficient material}";
-    } else if (ShouldResign()) {
-        line = "resign";
+        return side_to_move == BLACK ? "1-0 {White mates}" : "0-1 {Black mates}";
     }
+    if (IsStalemate(last_move)) return "1/2-1/2 {Stalemate}";
+    if (IsThreefoldRepetition()) return "1/2-1/2 {Threefold repetition}";
+    if (IsFiftyMoveRule()) return "1/2-1/2 {Fifty move rule}";
+    if (IsInsufficientMaterial()) return "1/2-1/2 {Insufficient material}";
+    return ShouldResign() ? "resign" : nullptr;
+}
+
+void CheckEndOfGame(const Move* last_move) {
+    const char* const line = EndOfGameLine(last_move);
     if (!line) return;
     game_state.game_over = 1;
     SendCommand(line);

@@ -48,5 +48,8 @@ std::span<const Move> PlayablePart(std::span<const Move> line);
 // move and before that move is saved in the history.
 std::uint8_t ShouldResign();
 
+// The line that announces the end of the game, or null while it goes on.
+const char* EndOfGameLine(const Move* last_move);
+
 // Announces the end of the game to the front end if it has come.
 void CheckEndOfGame(const Move* last_move);

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr const char* PGN_LOG = "GameLog.pgn";
 constexpr int PGN_WIDTH = 80;
 constexpr std::size_t MOVE_NUMBER_SIZE = 32;
 
@@ -77,9 +76,9 @@ void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveLi
     game_state = saved;
 }
 
-void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
-    std::FILE* file = OpenLog(PGN_LOG);
-    if (!file) return;
+bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves) {
+    std::FILE* file = OpenLog(file_name);
+    if (!file) return false;
     for (const char* name : TAG_ORDER) {
         WriteNextPgnTag(file, name, GetPgnTagValueByName(info, name));
     }
@@ -91,5 +90,5 @@ void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves) {
     const char* result = GetPgnTagValueByName(info, "Result");
     WritePgnMoveList(file, moves, {info.first_ply, PGN_WIDTH, result});
     std::fputs("\n\n", file);
-    std::fclose(file);
+    return std::fclose(file) == 0;
 }

@@ -30,5 +30,9 @@ struct MoveListStyle {
 // written.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
-// Appends a game to the game log. The board shows the game's starting position.
-void WritePgnGame(const PgnGameInfo& info, std::span<const Move> moves);
+// The log of games.
+inline constexpr const char* PGN_LOG = "GameLog.pgn";
+
+// Appends a game to the file. The board shows the game's starting position. False when the file
+// cannot be written.
+bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves);

@@ -24,7 +24,8 @@ std::uint64_t SystemTime();
 // True when standard input is an interactive console, false for a pipe or a file.
 bool IsConsoleInput();
 
-// True when standard error is seen by a person.
+// True when standard output, standard error is seen by a person.
+bool IsConsoleOutput();
 bool IsConsoleErrors();
 
 // How much standard input waits to be read, without blocking: bytes, or the events of a console.

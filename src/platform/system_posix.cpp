@@ -76,6 +76,8 @@ std::uint64_t SystemTime() {
 
 bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 
+bool IsConsoleOutput() { return isatty(STDOUT_FILENO) != 0; }
+
 bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
 
 int WaitingInput() {

@@ -131,7 +131,7 @@ void LogGame() {
     const std::span moves(state_history.moves + 1, static_cast<std::size_t>(state_history.count));
     WriteFenBoard();
     RestartGame();
-    WritePgnGame(logged, moves);
+    WritePgnGame(PGN_LOG, logged, moves);
     BlogGame(logged);
 }
 

@@ -30,12 +30,12 @@ struct SearchLine {
 struct SearchHost {
     // Must the search stop? Asked at the first node and then every NODE_CHECK_INTERVAL nodes below
     // a root move. The board is somewhere in the tree then.
-    bool (*must_stop)();
+    bool (*must_stop)() = nullptr;
     // May the root move be searched that analyze_info tells? If not, the search ends.
-    bool (*may_go_on)();
+    bool (*may_go_on)() = nullptr;
     // There is a new best line.
-    void (*tell_line)(const SearchLine& line);
+    void (*tell_line)(const SearchLine& line) = nullptr;
     // An iteration has ended; the line is its best.
-    void (*tell_iteration)(const SearchLine& line);
+    void (*tell_iteration)(const SearchLine& line) = nullptr;
 };
 extern SearchHost search_host; // the start-up's choice

@@ -4,7 +4,7 @@
 #include "game/enginestate.h"
 #include "measure/bench.h"
 #include "measure/perft.h"
-#include "notation/characters.h"
+#include "notation/diagram.h"
 #include "notation/setboard.h"
 #include "notation/text.h"
 #include "uci/lines.h"
@@ -40,21 +40,9 @@ void Ignore(std::string_view) {}
 
 // The board from white's side, the position as FEN and its hash key.
 void ShowBoard(std::string_view) {
-    for (int rank = RANK_8; rank >= RANK_1; --rank) {
-        std::string row = {CharByRank(rank), ' '};
-        for (int file = FILE_A; file <= FILE_H; ++file) {
-            const Piece piece = position[SquareOf(file, rank)];
-            const char letter = CharByPiece(TypeOf(piece));
-            row += ' ';
-            row += piece == NO_PIECE ? '.' : ColourOf(piece) == WHITE ? letter : LowerCase(letter);
-        }
-        Tell(row);
-    }
-    Tell("   a b c d e f g h");
     char key[32];
     std::snprintf(key, sizeof key, "%016" PRIx64, zobrist_key);
-    Tell(std::string("Fen: ") + GetBoardFen());
-    Tell(std::string("Key: ") + key);
+    Tell(WrittenDiagram({}) + "Fen: " + GetBoardFen() + "\nKey: " + key);
 }
 
 // Reads a depth between the bounds; a missing one is the default, a wrong one is told.
