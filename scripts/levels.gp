@@ -9,7 +9,7 @@ set xrange [950:2450]
 set yrange [0:100]
 set xtics 1000,200,2400
 set grid ytics lc rgb "#dddddd"
-set key top left
+set key outside bottom center vertical
 set object 1 rectangle from 950,65 to 2450,85 fc rgb "#e8f0e8" fs solid noborder behind
 Bars(column) = 100 * 1.96 * column
 plot "< grep korvane data/levels.csv" using ($1-8):(100*$7):(Bars($8)) with yerrorbars \

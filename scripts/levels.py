@@ -18,6 +18,7 @@ import random
 import re
 import subprocess
 import sys
+import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TABLE = ROOT / "data" / "levels.csv"
@@ -36,8 +37,9 @@ class Engine:
     """An engine over pipes."""
 
     def __init__(self, *command):
+        self.folder = tempfile.TemporaryDirectory()  # where logs go
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        text=True, bufsize=1)
+                                        text=True, bufsize=1, cwd=self.folder.name)
 
     def send(self, line):
         self.process.stdin.write(line + "\n")

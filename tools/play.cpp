@@ -64,7 +64,7 @@ std::string WithoutMarks(std::string_view text) {
 
 void DrawBoard() { std::printf("\n%s", WrittenDiagram(style).c_str()); }
 
-bool MustStop() { return is_analysing ? WaitingInput() != 0 : SystemTime() >= search_end; }
+bool IsStopWanted() { return is_analysing ? WaitingInput() != 0 : SystemTime() >= search_end; }
 
 // The line in one row, as it would be printed by the engine.
 void TakeLine(const SearchLine& line) {
@@ -274,7 +274,7 @@ int main(int argument_count, char** arguments) {
     style.is_unicode = IsUnicodeTerminal();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
-    search_host = {.must_stop = MustStop, .tell_line = TakeLine};
+    search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
     DrawBoard();
     std::printf("\nType your move, go, or help.\n");
     for (;;) {

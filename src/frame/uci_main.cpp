@@ -14,17 +14,31 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace {
 
-void RunCommandLine(int argument_count, char** arguments) {
+std::string Join(int argument_count, char** arguments) {
     std::string line;
     for (int i = 1; i < argument_count; ++i) {
-        line += ' ';
+        if (i > 1) line += ' ';
         line += arguments[i];
     }
-    CarryOutLine(line);
+    return line;
+}
+
+// The exit status.
+int RunCommandLine(const std::string& line) {
+    if (line == "--version") {
+        PrintVersion();
+    } else if (IsCommand(line)) {
+        CarryOutLine(line);
+    } else {
+        std::fprintf(stderr, "korvane-uci: no command: %s\n", line.c_str());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
 }
 
 void RunConversation() {
@@ -47,12 +61,13 @@ int main(int argument_count, char** arguments) {
     InitializeUciOptions();
     ForgetGame();
     search_host = UCI_HOST;
+    int status = EXIT_SUCCESS;
     if (argument_count > 1) {
-        RunCommandLine(argument_count, arguments);
+        status = RunCommandLine(Join(argument_count, arguments));
     } else {
         RunConversation();
     }
     FinalizeHashTable();
     FinalizeBook();
-    return 0;
+    return status;
 }

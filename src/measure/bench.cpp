@@ -98,6 +98,7 @@ bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     const std::uint64_t start_time = SystemTime();
     const std::int32_t score =
         FindBestMove(&move, nullptr, LastMove(), {.depth = plies * QUARTER_PLIES, .clock = {}});
+    if (search_info.stop) return false;
     const std::uint64_t milliseconds = (SystemTime() - start_time) / TICKS_PER_MILLISECOND;
     std::printf("%10" PRIu64 " nodes %6" PRIu64 " ms to depth %2d %8d %-6s %s\n", search_info.nodes,
                 milliseconds, analyze_info.depth, score, WrittenMove(move), start.fen);
@@ -114,7 +115,7 @@ bool RunBench(std::int32_t plies) {
     const SearchHost host = search_host;
     engine_state.use_book = 0;
     engine_state.use_random = 0;
-    search_host = {};
+    search_host = {.must_stop = host.must_stop};
     Total total{0, 0};
     const bool is_done = std::ranges::all_of(
         STARTS, [&](const Start& start) { return SearchPosition(start, plies, total); });

@@ -1,16 +1,16 @@
 #include "play/mopup.h"
 
 #include "board/position.h"
+#include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
+#include "moves/attacks.h"
 #include "moves/makemove.h"
 
 #include <algorithm>
 #include <cassert>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <span>
 
 namespace {
 
@@ -20,8 +20,9 @@ constexpr std::int32_t MANY_MOVES = 40;
 constexpr std::int32_t MATE = 1'000'000;
 constexpr std::int32_t DRAW = 0;
 
-// In centipawns for each step of the bare king from the centre, and of the kings towards each
-// other.
+// In centipawns for each square that the bare king cannot go to, and for each step of the bare king
+// from the centre, and of the kings towards each other.
+constexpr std::int32_t FENCE_BONUS = 25;
 constexpr std::int32_t EDGE_BONUS = 50;
 constexpr std::int32_t CLOSENESS_BONUS = 20;
 constexpr std::int32_t LONGEST_WAY = 14;
@@ -36,20 +37,41 @@ std::int32_t DistanceFromCentre(int square) {
            std::max(3 - RankOf(square), RankOf(square) - 4);
 }
 
+// How many squares around the king the winner holds.
+template <Colour WINNER>
+std::int32_t HeldSquares() {
+    const int king = KingSquare(Opponent(WINNER));
+    std::int32_t held = 0;
+    for (int rank = RankOf(king) - 1; rank <= RankOf(king) + 1; ++rank) {
+        for (int file = FileOf(king) - 1; file <= FileOf(king) + 1; ++file) {
+            if (!IsOnBoard(file, rank) || IsAttackedBy<WINNER>(SquareOf(file, rank))) ++held;
+        }
+    }
+    return held;
+}
+
 // The mop-up evaluation, from the side to move's point of view.
 std::int32_t Judge(Colour winner) {
     const Colour loser = Opponent(winner);
     const std::int32_t score =
-        piece_weight_eval[winner] + EDGE_BONUS * DistanceFromCentre(KingSquare(loser)) +
+        piece_weight_eval[winner] +
+        FENCE_BONUS * (winner == WHITE ? HeldSquares<WHITE>() : HeldSquares<BLACK>()) +
+        EDGE_BONUS * DistanceFromCentre(KingSquare(loser)) +
         CLOSENESS_BONUS * (LONGEST_WAY - Distance(KingSquare(winner), KingSquare(loser)));
     return side_to_move == winner ? score : -score;
 }
 
+std::int32_t first_key = 0; // of the game's positions that can come back
+
 // The game has been here before: nobody makes headway by going back.
 bool IsRepeated() {
-    const std::span before(zobrist_keys, static_cast<std::size_t>(zobrist_ply_number));
-    return std::ranges::find(before, zobrist_key) != before.end();
+    const std::uint64_t* const first = zobrist_keys + first_key;
+    const std::uint64_t* const now = zobrist_keys + zobrist_ply_number;
+    return std::find(first, now, zobrist_key) != now;
 }
+
+// The score of a mate after so many plies, as the engine counts them: to the capture of the king.
+std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - QUARTER_PLIES * (plies + 1); }
 
 // Alpha-beta search, over all legal moves.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
@@ -76,9 +98,10 @@ bool IsElementaryWin() {
            (PiecesOf(side_to_move, QUEEN) | PiecesOf(side_to_move, ROOK));
 }
 
-void FindMopUpMove(Move& move) {
+std::int32_t FindMopUpMove(Move& move) {
     assert(IsElementaryWin());
     const Colour winner = side_to_move;
+    first_key = std::max(0, zobrist_ply_number - game_state.fifty_move_count);
     MoveList list;
     GenerateAllLegalMoves(list, LastMove());
     assert(list.count > 0);
@@ -93,4 +116,5 @@ void FindMopUpMove(Move& move) {
             move = candidate;
         }
     }
+    return best < MATE ? best : MateInPlies(depth - (best - MATE));
 }

@@ -63,17 +63,19 @@ std::uint64_t NodesOf(std::int32_t elo) {
 // A number from 0 up to 1.
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
-// What a short search says of each move: they take no time worth a look at the clock.
+// What a short search says of each move; of those that it was stopped before, nothing.
 void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     search_info = {};
     search_info.time_limit = NO_TIME_LIMIT;
-    search_info.node_counter = search_info.counted_from = std::numeric_limits<std::int32_t>::max();
+    search_info.node_counter = search_info.counted_from = NODE_CHECK_INTERVAL;
+    search_info.overdue = -NODE_CHECK_INTERVAL;
     search_info.max_ply = GLANCE_MAX_PLY;
     for (std::int32_t i = 0; i < list.count; ++i) {
         MakeMove(list.moves[i]);
         scores[i] = -FullSearch(-MATE_EVAL, MATE_EVAL, GLANCE_DEPTH, QUARTER_PLIES, &list.moves[i],
                                 nullptr, 0);
         UnMakeMove(list.moves[i]);
+        if (search_info.stop) scores[i] = UNSEARCHED_EVAL;
     }
     CountNodes();
     analyze_info.depth = GLANCE_PLIES;
@@ -117,10 +119,9 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     SetFakeMove(expected_reply);
     if (IsElementaryWin()) {
-        FindMopUpMove(move);
-        search_info.nodes = 0; // it counts none
+        search_info = {}; // it counts no nodes
         analyze_info.depth = 1;
-        return piece_weight_eval[side_to_move];
+        return FindMopUpMove(move);
     }
     const Taste taste = TasteOf(elo);
     if (RandomShare() >= taste.attention) return DrawMove(taste, move);

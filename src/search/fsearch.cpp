@@ -50,14 +50,6 @@ struct Node {
 // The lines of the nodes on the search line, by ply.
 PvLine pv_lines[MAX_LINE_PLIES];
 
-// Every so many nodes: is a limit reached, or has the program around the search a reason to stop?
-bool MustStop() {
-    CountNodes();
-    return IsNodeLimitReached() ||
-           CurrentTimeU64() - search_info.start_time > search_info.time_limit ||
-           (search_host.must_stop && search_host.must_stop());
-}
-
 // The position stands for the third time within the window. It cannot come back in less than four
 // plies.
 bool IsRepetition() {
@@ -265,10 +257,7 @@ std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t dept
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
-    if (--search_info.node_counter <= 0 && MustStop()) {
-        search_info.stop = 1;
-        return STOPPED_EVAL;
-    }
+    if (--search_info.node_counter <= 0 && MustStop()) return STOPPED_EVAL;
 
     if (IsDraw()) return DRAW_EVAL;
 

@@ -8,10 +8,6 @@
 
 #include <cstdint>
 
-// What a search returns that was told to stop. It lies above every score and so, seen from the
-// caller's side, beats nothing. The caller then looks at search_info.stop and drops it.
-inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
-
 // Fail-soft score of the position within the window, from the side to move's point of view, or
 // STOPPED_EVAL when the search has been told to stop. Depth and ply (the distance from the root,
 // at least 4) are in quarter-plies; `last_move` is the move that led here, or null below a null

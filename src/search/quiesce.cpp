@@ -17,7 +17,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
                               const Move* last_move) {
     assert(alpha < beta);
     assert(ply > 0);
-    --search_info.node_counter;
+    if (--search_info.node_counter < search_info.overdue && MustStop()) return STOPPED_EVAL;
     search_info.deepest_ply = std::max(search_info.deepest_ply, ply);
 
     std::int32_t hash_index = NO_MOVE_INDEX;
@@ -48,6 +48,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
         MakeMove(move);
         const std::int32_t score = -QuiescenceSearch(-beta, -alpha, ply + QUARTER_PLIES, &move);
         UnMakeMove(move);
+        if (search_info.stop) return STOPPED_EVAL;
         if (score > best) {
             best = score;
             best_index = i;

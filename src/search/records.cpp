@@ -1,7 +1,16 @@
 #include "search/records.h"
 
+#include "board/utility.h"
 #include "search/request.h"
 
 SearchInfo search_info;
 AnalyzeInfo analyze_info;
 SearchHost search_host;
+
+bool MustStop() {
+    CountNodes();
+    search_info.stop = IsNodeLimitReached() ||
+                       CurrentTimeU64() - search_info.start_time > search_info.time_limit ||
+                       (search_host.must_stop && search_host.must_stop());
+    return search_info.stop;
+}

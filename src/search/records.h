@@ -3,6 +3,7 @@
 
 #include "board/move.h"
 #include "board/position.h"
+#include "search/hash.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -16,6 +17,7 @@ struct SearchInfo {
     std::uint64_t nodes;       // up to the latest CountNodes, the root included
     std::int32_t node_counter; // nodes left until clock and input are looked at; below 0: overdue
     std::int32_t counted_from; // what node_counter began to count down from
+    std::int32_t overdue;      // the node_counter at which a quiescence search looks too
     std::uint64_t node_limit;  // 0: none
     std::uint64_t start_time;
     std::uint64_t time_limit; // the longest that the search may run, or NO_TIME_LIMIT
@@ -25,8 +27,13 @@ struct SearchInfo {
     std::int32_t max_ply;     // where full width ends and the quiescence search begins
     std::int32_t deepest_ply; // that the iteration's quiescence search has reached
 };
+inline constexpr std::int32_t NEVER_OVERDUE = std::numeric_limits<std::int32_t>::min();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
 extern SearchInfo search_info;
+
+// Counts the nodes and asks: is a limit reached, or has the program around the search a reason to
+// stop? If so, the search is told.
+bool MustStop();
 
 inline bool IsNodeLimitReached() {
     return search_info.node_limit != 0 && search_info.nodes >= search_info.node_limit;
@@ -52,6 +59,10 @@ struct ScopedMark {
     std::uint8_t& mark;
     const std::uint8_t before;
 };
+
+// What a search returns that was told to stop. It lies above every score and so, seen from the
+// caller's side, beats nothing. The caller then looks at search_info.stop and drops it.
+inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 

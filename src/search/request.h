@@ -16,6 +16,7 @@ struct SearchLimits {
     std::optional<TimeLeft> clock; // none: no limit of time
     std::uint64_t nodes = 0;       // 0: no limit
     std::span<const Move> moves{}; // the root moves that are searched; empty: all legal ones
+    bool is_strict = false; // the limits and the host are asked in long quiescence searches too
 };
 
 // The best line so far; `plies` is the depth of the iteration, the score is in centipawns from the
@@ -29,7 +30,8 @@ struct SearchLine {
 // The program around the search. What is null is not called.
 struct SearchHost {
     // Must the search stop? Asked at the first node and then every NODE_CHECK_INTERVAL nodes below
-    // a root move. The board is somewhere in the tree then.
+    // a root move, or sooner where a limit of nodes is; a quiescence search is waited for unless
+    // the limits are strict. The board is somewhere in the tree then.
     bool (*must_stop)() = nullptr;
     // May the root move be searched that analyze_info tells? If not, the search ends.
     bool (*may_go_on)() = nullptr;

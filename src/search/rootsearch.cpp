@@ -62,6 +62,7 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
     search_info.nodes = 1;                                   // the root
     search_info.node_counter = search_info.counted_from = 1; // the first node looks around at once
+    search_info.overdue = limits.is_strict ? -NODE_CHECK_INTERVAL : NEVER_OVERDUE;
     search_info.node_limit = limits.nodes;
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();

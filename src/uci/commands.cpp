@@ -57,12 +57,17 @@ bool ReadDepth(std::string_view arguments, std::int32_t least, std::int32_t most
 
 void CarryOutPerft(std::string_view arguments) {
     std::int32_t depth = 1;
-    if (ReadDepth(arguments, 0, PERFT_MAX_DEPTH, depth)) Divide(depth);
+    if (!ReadDepth(arguments, 0, PERFT_MAX_DEPTH, depth)) return;
+    ListenWhileMeasuring();
+    must_stop_counting = UCI_HOST.must_stop;
+    Divide(depth);
+    must_stop_counting = nullptr;
 }
 
 void CarryOutBench(std::string_view arguments) {
     std::int32_t depth = BENCH_DEFAULT_DEPTH;
     if (!ReadDepth(arguments, BENCH_MIN_DEPTH, BENCH_MAX_DEPTH, depth)) return;
+    ListenWhileMeasuring();
     RunBench(depth);
     RestoreGame();
 }
@@ -111,6 +116,11 @@ const UciCommand* FindCommand(std::string_view line, std::string_view& arguments
 
 } // namespace
 
+bool IsCommand(std::string_view line) {
+    std::string_view arguments;
+    return FindCommand(line, arguments) != nullptr;
+}
+
 bool CarryOutLine(std::string_view line) {
     std::string_view arguments;
     const UciCommand* const command = FindCommand(line, arguments);
@@ -130,6 +140,7 @@ bool HearDuringSearch(std::string_view line) {
     case ANSWER: command->carry_out(arguments); return false;
     case STOP: return StopSearch();
     case HIT: return HitPonderMove();
-    default: ReturnLine(line); return StopSearch();
+    case WAIT: ReturnLine(line); return MakeWay();
     }
+    return false;
 }

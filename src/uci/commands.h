@@ -3,6 +3,9 @@
 
 #include <string_view>
 
+// The line holds a command.
+bool IsCommand(std::string_view line);
+
 // Carries out a line, thinking included if it starts it. Words in front of the command are skipped.
 // False when the program shall end.
 bool CarryOutLine(std::string_view line);

@@ -82,6 +82,8 @@ void ReturnLine(std::string_view line) {
     is_returned = true;
 }
 
+bool IsLineReturned() { return is_returned; }
+
 void ForgetLines() {
     received.clear();
     searched = 0;

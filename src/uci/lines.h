@@ -16,6 +16,7 @@ void WaitForLine(std::string& line);
 
 // Gives a line back, to be the next one that is taken.
 void ReturnLine(std::string_view line);
+bool IsLineReturned();
 
 // Forgets all input, for a conversation that begins anew.
 void ForgetLines();

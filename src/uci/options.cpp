@@ -82,13 +82,17 @@ void SetBookFile(const Value& value) {
 
 void SetOverhead(const Value& value) { uci_options.move_overhead = value.number; }
 void SetAnalyseMode(const Value& value) { uci_options.analyse_mode = value.number != 0; }
-// What the full strength has learnt must not help the level.
+
+// What a stronger player has learnt must not help the level.
 void SetLimitStrength(const Value& value) {
-    if (value.number != 0 && !uci_options.limit_strength) NewHashTable();
     uci_options.limit_strength = value.number != 0;
+    NewHashTable();
 }
 
-void SetElo(const Value& value) { uci_options.elo = value.number; }
+void SetElo(const Value& value) {
+    uci_options.elo = value.number;
+    NewHashTable();
+}
 
 const std::string ABOUT =
     std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION) + " " + std::string(AUTHORSHIP);

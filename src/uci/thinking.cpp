@@ -21,7 +21,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -33,6 +35,9 @@ constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are 
 
 // The overhead of so many moves is kept back from the clock.
 constexpr std::int64_t MOVES_TO_COME = 80;
+
+// A flood of lines must not keep the search from looking at the clock.
+constexpr int LINES_A_LOOK = 32;
 
 // What "go" asks for. Times are in milliseconds.
 struct Request {
@@ -53,6 +58,7 @@ struct Thinking {
     bool is_stopped;
     bool is_infinite;
     bool is_pondering;
+    bool is_measuring;
     std::int64_t start;     // of the search, in milliseconds
     std::int64_t clock_run; // since when its limits of time count
     std::int64_t move_time; // 0: none
@@ -76,9 +82,11 @@ bool IsTimeUp() {
            Milliseconds() - thinking.clock_run >= thinking.move_time;
 }
 
-bool MustStop() {
+bool IsStopWanted() {
     thinking.last_look = Milliseconds();
-    for (std::string line; !thinking.is_stopped && TakeLine(line);) {
+    std::string line;
+    for (int i = 0; i < LINES_A_LOOK && !thinking.is_stopped; ++i) {
+        if (IsLineReturned() || !TakeLine(line)) break;
         HearDuringSearch(line);
     }
     return thinking.is_stopped || IsTimeUp();
@@ -118,7 +126,7 @@ bool MayGoOn() {
              analyze_info.move_text + " currmovenumber " +
              std::to_string(analyze_info.moves_total - analyze_info.moves_left));
     }
-    return !(now == thinking.last_look ? IsTimeUp() : MustStop());
+    return !(now == thinking.last_look ? IsTimeUp() : IsStopWanted());
 }
 
 // Reads a number if there is one; what lies outside the range is the range's end.
@@ -163,8 +171,7 @@ void ReadRequest(std::string_view text, Request& request) {
         if (word == "searchmoves") ReadMoves(text, request.moves);
         if (word == "wtime" || word == "btime") {
             const Colour colour = word == "wtime" ? WHITE : BLACK;
-            ReadCount(text, request.clock[colour]);
-            request.has_clock[colour] = true;
+            if (ReadCount(text, request.clock[colour])) request.has_clock[colour] = true;
         }
     }
 }
@@ -195,6 +202,7 @@ SearchLimits LimitsOf(const Request& request) {
     SearchLimits limits{.depth = DepthOf(request), .clock = {}};
     if (!request.is_pondering) limits.clock = thinking.clock;
     if (request.nodes > 0) limits.nodes = static_cast<std::uint64_t>(request.nodes);
+    limits.is_strict = true;
     limits.moves = {request.moves.moves, static_cast<std::size_t>(request.moves.count)};
     return limits;
 }
@@ -239,14 +247,18 @@ bool ChooseFromBook(const Request& request, Choice& choice) {
     return is_found;
 }
 
+// The level's move and its score.
+void ChooseOfLevel(const SearchLimits& limits, Choice& choice) {
+    const std::int32_t score =
+        FindMoveOfLevel(uci_options.elo, choice.move, choice.expected_reply, limits);
+    if (score != UNSEARCHED_EVAL) TellLine({analyze_info.depth, score, {&choice.move, 1}});
+}
+
 // Another move may be chosen than that of the last line, when the search ends within an iteration
 // or all others lose. If a mate awaits it, nobody knows how soon.
-void ChooseBySearch(const Request& request, Choice& choice) {
-    const SearchLimits limits = LimitsOf(request);
+void ChooseBest(const SearchLimits& limits, Choice& choice) {
     const std::int32_t score =
-        IsWeakened(request)
-            ? FindMoveOfLevel(uci_options.elo, choice.move, choice.expected_reply, limits)
-            : FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
+        FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
     if (!IsMateEval(score) && !IsEqualMove(choice.move, thinking.told)) {
         TellLine({analyze_info.depth, score, {&choice.move, 1}});
     }
@@ -263,8 +275,10 @@ void TellBestMove(const Choice& choice) {
 
 } // namespace
 
-const SearchHost UCI_HOST = {
-    .must_stop = MustStop, .may_go_on = MayGoOn, .tell_line = TellLine, .tell_iteration = TellLine};
+const SearchHost UCI_HOST = {.must_stop = IsStopWanted,
+                             .may_go_on = MayGoOn,
+                             .tell_line = TellLine,
+                             .tell_iteration = TellLine};
 
 void Go(std::string_view arguments) {
     Request request;
@@ -276,7 +290,7 @@ void Go(std::string_view arguments) {
     if (!has_move) {
         Tell(std::string("info depth 0 score ") + (IsCheck() ? "mate 0" : "cp 0"));
     } else if (!ChooseFromBook(request, choice)) {
-        ChooseBySearch(request, choice);
+        (IsWeakened(request) ? ChooseOfLevel : ChooseBest)(LimitsOf(request), choice);
     }
     while ((thinking.is_infinite || thinking.is_pondering) && !thinking.is_stopped) {
         std::string line;
@@ -290,7 +304,14 @@ void Go(std::string_view arguments) {
     }
 }
 
+void ListenWhileMeasuring() {
+    StartThinking({});
+    thinking.is_measuring = true;
+}
+
 bool StopSearch() { return thinking.is_stopped = true; }
+
+bool MakeWay() { return thinking.is_stopped = !thinking.is_measuring; }
 
 bool HitPonderMove() {
     if (!thinking.is_pondering) return false;
