@@ -7,7 +7,6 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "notation/characters.h"
 #include "notation/diagram.h"
 #include "notation/notation.h"
@@ -39,8 +38,7 @@ constexpr const char* HELP =
     "a move: e4, Nf3, e2e4, O-O      go: Korvane plays this side   undo: takes back\n"
     "new: a new game                 flip: turns the board         quit: ends\n"
     "hint, book: what to play        analyse: until Enter          resign\n"
-    "level SECONDS: time for a move  depth N: plies at most        strength ELO: 1000 to 2400, or "
-    "off\n"
+    "level SECONDS: time for a move  depth N: plies at most        strength ELO|off: 1000 to 2400\n"
     "fen: shows the position         fen FEN: sets one up          pgn FILE: writes the game\n";
 
 DiagramStyle style = {};
@@ -56,8 +54,8 @@ std::string San(const Move& move) { return WrittenMove(move); }
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
     for (const char c : text) {
-        if (std::string_view("+#!?=x:-").find(c) == std::string_view::npos)
-            plain += c == '0' ? 'O' : c;
+        const bool is_mark = std::string_view("+#!?=x:-").find(c) != std::string_view::npos;
+        if (!is_mark) plain += c == '0' ? 'O' : c;
     }
     return plain;
 }
@@ -106,7 +104,7 @@ bool EndGame(const char* line) {
     return true;
 }
 
-void PlayEngineMove() {
+void PlayEngineMove(const std::string& = "") {
     if (!HasLegalMove(LastMove()) || IsHistoryFull()) return;
     pgn_game_info.engine_color = side_to_move;
     Move move, reply;
@@ -208,7 +206,6 @@ void ShowHelp(const std::string&) { std::fputs(HELP, stdout); }
 void ShowBook(const std::string&) { std::fputs(WrittenBookHelp(), stdout); }
 void SetLevel(const std::string& text) { SetNumber(text, 1, 3600, seconds); }
 void SetDepth(const std::string& text) { ParseCommand(("sd " + text).c_str()); }
-void Go(const std::string&) { PlayEngineMove(); }
 
 void StartGame(const std::string&) {
     ParseCommand("new");
@@ -243,9 +240,9 @@ struct Word {
     void (*carry_out)(const std::string& text);
 };
 constexpr Word WORDS[] = {
-    {"help", ShowHelp},   {"new", StartGame}, {"go", Go},         {"undo", Undo},
-    {"flip", Flip},       {"hint", Hint},     {"book", ShowBook}, {"level", SetLevel},
-    {"depth", SetDepth},  {"fen", SetFen},    {"pgn", WriteGame}, {"strength", SetStrength},
+    {"help", ShowHelp},   {"new", StartGame}, {"go", PlayEngineMove}, {"undo", Undo},
+    {"flip", Flip},       {"hint", Hint},     {"book", ShowBook},     {"level", SetLevel},
+    {"depth", SetDepth},  {"fen", SetFen},    {"pgn", WriteGame},     {"strength", SetStrength},
     {"analyse", Analyse}, {"resign", Resign},
 };
 
