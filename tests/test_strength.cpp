@@ -80,6 +80,12 @@ TEST(Strength, StrongLevelsLeaveNothingToChance) {
     engine_state.use_random = 1;
 }
 
+TEST(Strength, WeakLevelsKnowLittleOfTheBook) {
+    EXPECT_EQ(BookPliesOfLevel(1000), 4);
+    EXPECT_EQ(BookPliesOfLevel(1599), 9);
+    EXPECT_GT(BookPliesOfLevel(1600), 100);
+}
+
 TEST(Strength, WeakLevelsVary) {
     std::set<std::string> moves;
     StartAt(INITIAL_FEN);
