@@ -1,11 +1,11 @@
 // What the tests share: positions and moves as text.
 #pragma once
 
+#include "notation/fen.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-inline const std::string INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
 // Starts a game from the position, or from the initial one when it is "startpos"; the test fails
 // when the position is refused.

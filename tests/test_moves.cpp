@@ -58,7 +58,7 @@ TEST(Moves, EnPassantThatUncoversTheKingIsNotInTheKey) {
 // position written as FEN reads as the same one, and taking back restores everything.
 TEST(Moves, RandomGames) {
     const char* const starts[] = {
-        INITIAL_FEN.c_str(),
+        INITIAL_FEN,
         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
         "4k3/2p1p1p1/8/1P1P1P1P/p1p1p1p1/8/1P1P1P1P/4K3 w - - 0 1",

@@ -2,6 +2,7 @@
 #include "measure/perft.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
+#include "notation/fen.h"
 #include "notation/text.h"
 #include "play/newgame.h"
 
@@ -15,8 +16,6 @@
 #include <string_view>
 
 namespace {
-
-constexpr const char* INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
 struct Tally {
     int passed;

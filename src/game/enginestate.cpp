@@ -7,7 +7,6 @@ EngineState engine_state;
 namespace {
 
 constexpr std::int32_t DEFAULT_DEPTH_LIMIT = 50 * QUARTER_PLIES;
-constexpr std::int32_t DEFAULT_HASH_SIZE = 128;
 
 } // namespace
 

@@ -22,6 +22,8 @@ extern EngineState engine_state;
 
 inline constexpr std::int32_t QUARTER_PLIES = 4; // in one ply
 
+inline constexpr std::int32_t DEFAULT_HASH_SIZE = 128; // megabytes
+
 inline constexpr std::string_view PROGRAM_NAME = "Korvane";
 inline constexpr std::string_view PROGRAM_VERSION = "1.0.3";
 inline constexpr std::string_view AUTHORSHIP = "by the Korvane developers";

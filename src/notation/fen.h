@@ -12,6 +12,9 @@
 // Room of a FEN text with its closing NUL.
 inline constexpr std::size_t FEN_SIZE = 256;
 
+inline constexpr const char* INITIAL_FEN =
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
 inline constexpr int CASTLE_SIDES = 2;
 inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k', 'q'}};
 

@@ -20,7 +20,6 @@ UciOptions uci_options;
 
 namespace {
 
-constexpr std::int32_t DEFAULT_HASH_SIZE = 128;
 constexpr std::int32_t DEFAULT_OVERHEAD = 5;
 constexpr std::int32_t MAX_OVERHEAD = 5000;
 constexpr std::int32_t DEFAULT_ELO = 1600;

@@ -16,9 +16,6 @@
 
 namespace {
 
-// Told as a FEN it is the initial position all the same, which the book knows.
-constexpr std::string_view INITIAL_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-
 struct Setup {
     std::string fen; // empty: the initial position
     std::string moves;
@@ -76,6 +73,7 @@ void SetUpGame(std::string_view arguments) {
             TellInfo("Illegal position: ");
             return;
         }
+        // Told as a FEN it is the initial position all the same, which the book knows.
         if (setup.fen == INITIAL_FEN) setup.fen.clear();
     } else if (kind == "startpos") {
         TakeWordsBefore(arguments, "moves");
