@@ -42,14 +42,20 @@ void SetOutput(std::string* text) { output = text; }
 
 void PrepareProcess(Interrupts) {}
 
+std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments) {
+    return {arguments, static_cast<std::size_t>(argument_count)};
+}
+
 std::uint64_t SystemTime() {
     static std::uint64_t now = 0;
     return now += TICKS_PER_LOOK;
 }
 
 bool IsConsoleInput() { return false; }
+void QuietConsole() {}
 bool IsConsoleOutput() { return false; }
 bool IsConsoleErrors() { return false; }
+bool IsUnicodeConsole() { return false; }
 
 int WaitingInput() {
     if (IsPause()) {
@@ -74,11 +80,16 @@ void WriteOutput(std::string_view bytes) {
     if (output) output->append(bytes);
 }
 
+void FlushOutput() { std::fflush(stdout); }
+
 std::string ProgramFolder() { return ""; }
 
-std::FILE* OpenLog(const char* name) { return std::fopen(name, "a"); }
+std::FILE* OpenFile(const char* name, FileUse use) {
+    constexpr const char* MODES[] = {"r", "w", "wx", "a"};
+    return std::fopen(name, MODES[static_cast<int>(use)]);
+}
 
-bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }
+bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, to) == 0; }
 
 void* AllocateTable(std::size_t bytes) {
     return bytes > MAX_TABLE_SIZE ? nullptr : std::calloc(1, bytes);

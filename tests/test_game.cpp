@@ -9,6 +9,7 @@
 #include "game/history.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
+#include "notation/typed.h"
 #include "play/newgame.h"
 #include "play/turns.h"
 
@@ -45,6 +46,17 @@ void CheckToken(const TextCase& test) {
 }
 
 const bool ARE_TOKENS_REGISTERED = RegisterFile("Notation/Reads", "tokens.txt", CheckToken);
+
+void CheckTyped(const TextCase& test) {
+    StartAt(test.fields[0]);
+    std::string meant;
+    for (const Move& move : FindTypedMoves(test.fields[1])) {
+        meant += std::string(meant.empty() ? "" : " ") + WrittenMove(move);
+    }
+    EXPECT_EQ(meant, test.fields[2]);
+}
+
+const bool ARE_TYPED_REGISTERED = RegisterFile("Notation/Typed", "typed.txt", CheckTyped);
 
 // A move is written in coordinate notation and in SAN.
 void CheckWritten(const TextCase& test) {

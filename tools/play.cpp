@@ -7,16 +7,17 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "notation/characters.h"
 #include "notation/diagram.h"
 #include "notation/notation.h"
 #include "notation/pgninfo.h"
 #include "notation/portable.h"
 #include "notation/setboard.h"
 #include "notation/text.h"
+#include "notation/typed.h"
 #include "platform/channel.h"
 #include "platform/system.h"
 #include "play/newgame.h"
+#include "play/record.h"
 #include "play/strength.h"
 #include "play/turns.h"
 #include "protocol/interpreter.h"
@@ -26,6 +27,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -38,53 +40,52 @@ constexpr const char* HELP =
     "a move: e4, Nf3, e2e4, O-O      go: Korvane plays this side   undo: takes back\n"
     "new: a new game                 flip: turns the board         quit: ends\n"
     "hint, book: what to play        analyse: until Enter          resign\n"
-    "level SECONDS: time for a move  depth N: plies at most        strength ELO|off: 1000 to 2400\n"
-    "fen: shows the position         fen FEN: sets one up          pgn FILE: writes the game\n";
+    "level SECONDS: time for a move  depth N|off: plies at most    strength ELO|off: 1000 to 2400\n"
+    "fen: shows the position         fen FEN: sets one up          pgn FILE: appends the game\n";
 
 DiagramStyle style = {};
 bool is_analysing = false;
 std::int32_t seconds = 2; // for a move
+std::int32_t plies = 0;   // 0: no limit
 std::int32_t elo = 0;     // 0: full strength
 std::uint64_t search_end = 0;
-std::string last_line; // what the engine thought last
+std::string last_line;   // what the engine thought last,
+std::string line_begins; // with this move
+std::string result;      // of the game; empty while it goes on
 CommandLine input;
+bool is_input_waiting = false; // a line was read that is still to be carried out
 
 std::string San(const Move& move) { return WrittenMove(move); }
 
-std::string WithoutMarks(std::string_view text) {
-    std::string plain;
-    for (const char c : text) {
-        const bool is_mark = std::string_view("+#!?=x:-").find(c) != std::string_view::npos;
-        if (!is_mark) plain += c == '0' ? 'O' : c;
-    }
-    return plain;
+// Board and game, as far as it goes.
+void Draw() {
+    std::printf("\n%s", WrittenDiagram(style).c_str());
+    if (state_history.count == 0) return;
+    WriteMovesSoFar(stdout);
+    std::printf("\n");
 }
 
-void DrawBoard() { std::printf("\n%s", WrittenDiagram(style).c_str()); }
-
-bool IsStopWanted() { return is_analysing ? WaitingInput() != 0 : SystemTime() >= search_end; }
+// The search has no more time, or nobody will type any more.
+bool IsStopWanted() {
+    if (is_analysing) return WaitingInput() != 0;
+    return SystemTime() >= search_end || WaitingInput() == INPUT_UNKNOWN;
+}
 
 // The line in one row, as it would be printed by the engine.
 void TakeLine(const SearchLine& line) {
-    const GameState saved = game_state;
-    const std::span<const Move> played = PlayablePart(line.moves);
     char start[32];
     std::snprintf(start, sizeof start, "%2d %+6.2f ", line.plies, line.score / 100.0);
-    last_line = start;
-    for (const Move& move : played) {
-        last_line += " " + San(move);
-        MakeForceMove(move);
-    }
-    for (std::size_t i = played.size(); i > 0; --i) {
-        UnMakeMove(played[i - 1]);
-    }
-    game_state = saved;
+    if (const std::int32_t mate = MovesToMate(line.score))
+        std::snprintf(start, sizeof start, "%2d mate in %d ", line.plies, std::abs(mate));
+    last_line = start + WrittenLine(line.moves);
+    line_begins = San(line.moves.front());
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
 // Finds a move in the time there is; the expected reply may be a fake move.
 void Think(std::int32_t level, Move& move, Move& reply) {
-    SearchLimits limits{.depth = engine_state.depth_limit, .clock = {}};
+    const std::int32_t depth = plies > 0 ? plies * QUARTER_PLIES : engine_state.depth_limit;
+    SearchLimits limits{.depth = depth, .clock = {}};
     search_end = SystemTime() + static_cast<std::uint64_t>(seconds) * TICKS_PER_SECOND;
     last_line.clear();
     if (level > 0) {
@@ -94,98 +95,105 @@ void Think(std::int32_t level, Move& move, Move& reply) {
     }
 }
 
-// Tells the end of the game, logs the game and begins another; false while it goes on.
-bool EndGame(const char* line) {
-    if (!line) return false;
-    DrawBoard();
-    std::printf("\n%s. A new game begins.\n", line);
-    ParseCommand((std::string("result ") + line).c_str());
-    ParseCommand("new");
-    return true;
+// "1-0 {White mates}", as front ends are told it, in words.
+std::string InWords(const std::string& line) {
+    const std::size_t brace = line.find('{');
+    return line.substr(brace + 1, line.find('}') - brace - 1) + ": " + line.substr(0, brace - 1);
+}
+
+// Tells the end of the game, and logs the game, which stays on the board.
+void EndGame(const char* line) {
+    result = line;
+    std::printf("\n%s. Type new for another game.\n", InWords(result).c_str());
+    const std::vector<Move> moves = MovesSoFar();
+    if (!moves.empty()) ParseCommand(("result " + result).c_str());
+    PlayAgain(moves);
+}
+
+// Looks whether the position ends the game.
+bool IsEnd() {
+    const char* const line = EndOfGameLine(LastMove());
+    if (line) EndGame(line);
+    return line;
+}
+
+// The game is over, which is told.
+bool IsOver() {
+    if (!result.empty()) std::printf("The game is over. %s.\n", InWords(result).c_str());
+    return !result.empty();
 }
 
 void PlayEngineMove(const std::string& = "") {
-    if (!HasLegalMove(LastMove()) || IsHistoryFull()) return;
+    if (IsOver() || IsHistoryFull()) return;
     pgn_game_info.engine_color = side_to_move;
     Move move, reply;
     SetFakeMove(reply);
+    const BookState book_place = book_state;
     const bool knows_more = elo == 0 || game_state.ply_count < BookPliesOfLevel(elo);
     const bool is_from_book = knows_more && GetNextBookMove(move);
+    book_state = book_place; // PlayMove goes on in the book
     if (!is_from_book) Think(elo, move, reply);
     const std::string text = San(move);
     PlayMove(text);
     game_state.expected_move = reply;
-    if (!EndGame(EndOfGameLine(LastMove()))) DrawBoard();
+    Draw();
     std::printf("\nKorvane plays %s%s\n", text.c_str(), is_from_book ? " (book)" : "");
-    if (!is_from_book && !last_line.empty()) std::printf("  %s\n", last_line.c_str());
-}
-
-// What sets a mover apart from others of its kind is left out.
-std::string Short(const Move& move, const std::string& san) {
-    const bool is_piece = TypeOf(move.piece) != PAWN && !move.castle;
-    return is_piece ? san.substr(0, 1) + san.substr(san.size() - 2) : san;
+    if (!is_from_book && line_begins == text) std::printf("  %s\n", last_line.c_str());
+    IsEnd();
 }
 
 // Plays the move that a person typed, or says what it is missing.
 void PlayTypedMove(const std::string& word) {
-    const std::string typed = WithoutMarks(word);
-    MoveList list;
-    GenerateAllLegalMoves(list, LastMove());
-    std::vector<Move> meant;
-    for (const Move& move : list) {
-        const std::string san = WithoutMarks(San(move));
-        if (typed == san) meant.assign(1, move);
-        if (typed == san) break;
-        if (typed == Short(move, san)) meant.push_back(move);
-    }
-    Move move;
-    if (meant.empty() && IsLowerCase(typed[0]) && ParseMove(typed, move) && IsLegalMove(move))
-        meant.assign(1, move);
+    if (IsOver()) return;
+    const std::vector<Move> meant = FindTypedMoves(word);
     if (meant.size() == 1 && !IsHistoryFull()) {
         PlayMove(San(meant.front()));
         pgn_game_info.engine_color = side_to_move;
-        if (!EndGame(EndOfGameLine(LastMove()))) PlayEngineMove();
+        if (EndOfGameLine(LastMove())) Draw();
+        if (!IsEnd()) PlayEngineMove();
         return;
     }
-    const bool is_move = std::ranges::any_of(typed, IsDigit) || typed.starts_with("OO");
-    const char* const error = meant.size() > 1 ? "Ambiguous"
-                              : is_move        ? "Not legal here"
-                                               : "Unknown (try help)";
+    const bool is_move = word.find_first_of("12345678O0") != std::string::npos;
+    const char* const error = meant.size() > 1    ? "Ambiguous"
+                              : meant.size() == 1 ? "The game is too long"
+                              : is_move           ? "Not legal here"
+                                                  : "Unknown (try help)";
     std::printf("%s: %s\n", error, word.c_str());
 }
 
+// What was typed to end the analysis is carried out if it is a word.
 void Analyse(const std::string&) {
+    if (IsOver()) return;
     is_analysing = true;
     std::printf("Enter ends the analysis.\n");
     FindBestMove(nullptr, nullptr, LastMove(), {.depth = engine_state.depth_limit, .clock = {}});
     is_analysing = false;
     ReceiveCommand(input);
+    is_input_waiting = true;
 }
 
 void Hint(const std::string&) {
+    if (IsOver()) return;
     Move move, reply;
     Think(0, move, reply);
     std::printf("%s\n", San(move).c_str());
 }
 
-// The game goes back to its start to be written, and forward again.
 void WriteGame(const std::string& file_name) {
-    const std::vector<Move> moves(state_history.moves + 1,
-                                  state_history.moves + 1 + state_history.count);
-    PgnGameInfo info = pgn_game_info;
-    CorrectPgnTagValues(info);
-    RestartGame();
-    const bool is_written = !file_name.empty() && WritePgnGame(file_name.c_str(), info, moves);
-    for (const Move& move : moves) {
-        PlayMove(San(move));
-    }
-    if (!is_written) std::printf("Cannot write the file: %s\n", file_name.c_str());
+    const std::string score = result.empty() ? "*" : result.substr(0, result.find(' '));
+    const bool is_written = AppendGameSoFar(file_name.c_str(), score.c_str());
+    std::error_code error;
+    const std::string place = std::filesystem::absolute(file_name, error).string();
+    std::printf("%s: %s\n", is_written ? "Written" : "Cannot write the file", place.c_str());
 }
 
-// Sets a number in its range; false, and the range told, for any other word.
-void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value) {
+// Sets a number in its range, "off" as 0 where that can be; tells the range for any other word.
+void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
+               bool can_be_off = true) {
     std::int32_t number = 0;
-    if (ReadNumber(word, number) && number >= least && number <= most) {
+    if (can_be_off && word == "off") {
+        value = 0;
+    } else if (ReadWholeNumber(word, number) && number >= least && number <= most) {
         value = number;
     } else {
         std::printf("Not a number from %d to %d: %s\n", least, most, std::string(word).c_str());
@@ -196,7 +204,9 @@ void SetFen(const std::string& fen) {
     if (fen.empty()) {
         std::printf("%s\n", GetBoardFen());
     } else if (SetBoardFen(fen)) {
-        DrawBoard();
+        result.clear();
+        Draw();
+        IsEnd();
     } else {
         std::printf("Not a playable position: %s\n", fen.c_str());
     }
@@ -204,35 +214,33 @@ void SetFen(const std::string& fen) {
 
 void ShowHelp(const std::string&) { std::fputs(HELP, stdout); }
 void ShowBook(const std::string&) { std::fputs(WrittenBookHelp(), stdout); }
-void SetLevel(const std::string& text) { SetNumber(text, 1, 3600, seconds); }
-void SetDepth(const std::string& text) { ParseCommand(("sd " + text).c_str()); }
+void SetLevel(const std::string& text) { SetNumber(text, 1, 3600, seconds, false); }
+void SetDepth(const std::string& text) { SetNumber(text, 1, 99, plies); }
+void SetStrength(const std::string& text) { SetNumber(text, MIN_ELO, MAX_ELO, elo); }
 
 void StartGame(const std::string&) {
+    result.clear();
     ParseCommand("new");
-    DrawBoard();
+    Draw();
 }
 
 void Undo(const std::string&) {
+    if (state_history.count == 0) std::printf("There is no move to take back.\n");
+    result.clear();
     UndoMove();
     UndoMove();
-    DrawBoard();
+    Draw();
 }
 
 void Flip(const std::string&) {
     style.is_flipped = !style.is_flipped;
-    DrawBoard();
-}
-
-void SetStrength(const std::string& text) {
-    if (text == "off")
-        elo = 0;
-    else
-        SetNumber(text, MIN_ELO, MAX_ELO, elo);
+    Draw();
 }
 
 void Resign(const std::string&) {
+    if (IsOver()) return;
+    pgn_game_info.engine_color = Opponent(side_to_move);
     EndGame(side_to_move == WHITE ? "0-1 {White resigns}" : "1-0 {Black resigns}");
-    DrawBoard();
 }
 
 struct Word {
@@ -240,10 +248,10 @@ struct Word {
     void (*carry_out)(const std::string& text);
 };
 constexpr Word WORDS[] = {
-    {"help", ShowHelp},   {"new", StartGame}, {"go", PlayEngineMove}, {"undo", Undo},
-    {"flip", Flip},       {"hint", Hint},     {"book", ShowBook},     {"level", SetLevel},
-    {"depth", SetDepth},  {"fen", SetFen},    {"pgn", WriteGame},     {"strength", SetStrength},
-    {"analyse", Analyse}, {"resign", Resign},
+    {"help", ShowHelp},   {"new", StartGame},   {"go", PlayEngineMove}, {"undo", Undo},
+    {"flip", Flip},       {"hint", Hint},       {"book", ShowBook},     {"level", SetLevel},
+    {"depth", SetDepth},  {"fen", SetFen},      {"pgn", WriteGame},     {"strength", SetStrength},
+    {"analyse", Analyse}, {"analyze", Analyse}, {"resign", Resign},
 };
 
 void CarryOut(const std::string& word, std::string_view rest) {
@@ -254,30 +262,25 @@ void CarryOut(const std::string& word, std::string_view rest) {
         found->carry_out(TakeWordsBefore(rest, ""));
 }
 
-bool IsUnicodeTerminal() {
-    for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const char* const value = std::getenv(name);
-        if (value && *value) return std::string_view(value).find("UTF-8") != std::string_view::npos;
-    }
-    return false;
-}
-
 } // namespace
 
 int main(int argument_count, char** arguments) {
-    PrepareProcess(Interrupts::FATAL);
-    Initialize(argument_count, arguments);
+    PrepareProcess(Interrupts::END_OF_INPUT);
+    const auto words = CommandLineWords(argument_count, arguments);
+    Initialize(static_cast<int>(words.size()), words.data());
     style.is_coloured = IsConsoleOutput();
-    style.is_unicode = IsUnicodeTerminal();
+    style.is_unicode = IsUnicodeConsole();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
+    engine_state.use_random = 0; // the thinking line is that of the move
     search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
-    DrawBoard();
+    Draw();
     std::printf("\nType your move, go, or help.\n");
     for (;;) {
-        std::printf("> ");
-        std::fflush(stdout);
-        ReceiveCommand(input);
+        std::printf(is_input_waiting ? "" : "> ");
+        FlushOutput();
+        if (!is_input_waiting) ReceiveCommand(input);
+        is_input_waiting = false;
         std::string_view rest = input;
         const std::string word(NextWord(rest));
         if (word == QUIT_COMMAND) break;

@@ -132,7 +132,7 @@ void WriteLines(std::FILE* text, const MoveTrieNode& node) {
 void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::int32_t max_plies,
               std::int32_t minimum_count) {
     RequireFile(input_name);
-    GameFile input{input_name, std::fopen(input_name, "r"), is_pgn, 0};
+    GameFile input{input_name, OpenFile(input_name, FileUse::READ), is_pgn, 0};
     if (!input.file) FatalError(std::string("Error (cannot read file): ") + input_name);
     MoveTrieNode root{};
     InitMoveTrie(root);
@@ -158,7 +158,7 @@ void ShowBook(const char* book_name, const char* text_name) {
         FatalError(std::string("Error (damaged book file): ") + book_name);
     }
     line.length = 0;
-    std::FILE* text = std::fopen(text_name, "w");
+    std::FILE* text = OpenFile(text_name, FileUse::WRITE);
     if (!text) FatalError(std::string("Error (cannot write file): ") + text_name);
     WriteLines(text, root);
     const bool is_broken = std::ferror(text) != 0;

@@ -132,20 +132,20 @@ bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::string unfinished;
     for (int i = 0; !file && i < UNFINISHED_NAMES; ++i) {
         unfinished = name + ".tmp" + std::to_string(i);
-        file = std::fopen(unfinished.c_str(), "wbx");
+        file = OpenFile(unfinished.c_str(), FileUse::CREATE);
     }
     if (!file) return false;
     const bool is_written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    if ((std::fclose(file) == 0) && is_written && ReplaceFile(unfinished.c_str(), name.c_str())) {
+    if ((std::fclose(file) == 0) && is_written && MoveIntoPlace(unfinished.c_str(), name.c_str())) {
         return true;
     }
-    std::remove(unfinished.c_str());
+    std::filesystem::remove(unfinished, error);
     return false;
 }
 
 Bytes ReadBytes(const char* name) {
     Bytes bytes;
-    std::FILE* file = std::fopen(name, "rb");
+    std::FILE* file = OpenFile(name, FileUse::READ);
     if (!file) return bytes;
     unsigned char block[1 << 16];
     for (std::size_t got = 0; (got = std::fread(block, 1, sizeof block, file)) > 0;) {

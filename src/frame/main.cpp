@@ -8,10 +8,8 @@
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::IGNORED);
     std::setvbuf(stdin, nullptr, _IONBF, 0);
-    // A line goes out at once, and whole: a front end that gets pieces waits for the rest.
-    static char line_buffer[BUFSIZ];
-    std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
-    Initialize(argument_count, arguments);
+    const auto words = CommandLineWords(argument_count, arguments);
+    Initialize(static_cast<int>(words.size()), words.data());
     CommandLine line;
     for (ReceiveCommand(line); line != QUIT_COMMAND; ReceiveCommand(line)) {
         ParseCommand(line);

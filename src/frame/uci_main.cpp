@@ -15,15 +15,16 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <string>
 
 namespace {
 
-std::string Join(int argument_count, char** arguments) {
+std::string Join(std::span<const char* const> words) {
     std::string line;
-    for (int i = 1; i < argument_count; ++i) {
-        if (i > 1) line += ' ';
-        line += arguments[i];
+    for (const char* const word : words) {
+        if (!line.empty()) line += ' ';
+        line += word;
     }
     return line;
 }
@@ -52,8 +53,6 @@ void RunConversation() {
 
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
-    static char line_buffer[BUFSIZ];
-    std::setvbuf(stdout, line_buffer, _IOLBF, sizeof line_buffer);
     InitializeTables();
     SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels play differently every time
     engine_state.use_random = 0;                          // the best move is that of the best line
@@ -62,8 +61,9 @@ int main(int argument_count, char** arguments) {
     ForgetGame();
     search_host = UCI_HOST;
     int status = EXIT_SUCCESS;
-    if (argument_count > 1) {
-        status = RunCommandLine(Join(argument_count, arguments));
+    const auto words = CommandLineWords(argument_count, arguments);
+    if (words.size() > 1) {
+        status = RunCommandLine(Join(words.subspan(1)));
     } else {
         RunConversation();
     }

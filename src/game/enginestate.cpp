@@ -1,5 +1,7 @@
 #include "game/enginestate.h"
 
+#include "platform/system.h"
+
 #include <cstdio>
 
 EngineState engine_state;
@@ -30,4 +32,5 @@ void NewEngineState() {
 void PrintVerbose(std::string_view text) {
     if (!engine_state.verbose) return;
     std::printf("verbose: %.*s\n", static_cast<int>(text.size()), text.data());
+    FlushOutput();
 }

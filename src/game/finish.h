@@ -16,6 +16,10 @@ inline std::uint8_t IsMateEval(std::int32_t score) {
     return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
 }
 
+// How many moves away the mate is: positive when the side to move mates, negative when it is mated,
+// 0 when the score is no mate's.
+std::int32_t MovesToMate(std::int32_t score);
+
 // The side to move has a legal move. `last_move`, here and below, is the last move played or null;
 // an en-passant capture depends on it.
 std::uint8_t HasLegalMove(const Move* last_move);

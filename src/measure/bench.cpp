@@ -102,6 +102,7 @@ bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     const std::uint64_t milliseconds = (SystemTime() - start_time) / TICKS_PER_MILLISECOND;
     std::printf("%10" PRIu64 " nodes %6" PRIu64 " ms to depth %2d %8d %-6s %s\n", search_info.nodes,
                 milliseconds, analyze_info.depth, score, WrittenMove(move), start.fen);
+    FlushOutput();
     total.nodes += search_info.nodes;
     total.milliseconds += milliseconds;
     return true;
@@ -127,5 +128,6 @@ bool RunBench(std::int32_t plies) {
     std::printf("Nodes: %" PRIu64 "\n", total.nodes);
     std::printf("Time (ms): %" PRIu64 "\n", total.milliseconds);
     std::printf("Nodes/second: %" PRIu64 "\n", total.nodes * 1000 / time);
+    FlushOutput();
     return true;
 }

@@ -5,6 +5,7 @@
 #include "moves/generate.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
+#include "platform/system.h"
 
 #include <cinttypes>
 #include <cstdio>
@@ -54,7 +55,9 @@ void Divide(std::int32_t depth) {
         UnMakeMove(move);
         if (is_stopped) return;
         std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);
+        FlushOutput();
         nodes += below;
     }
     std::printf("nodes %" PRIu64 "\n", nodes);
+    FlushOutput();
 }

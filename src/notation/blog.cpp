@@ -19,7 +19,7 @@ const char* OutcomeOf(std::string_view result, bool is_white) {
 } // namespace
 
 void BlogGame(const PgnGameInfo& info) {
-    std::FILE* file = OpenLog(GAME_LOG);
+    std::FILE* file = OpenFile(GAME_LOG, FileUse::LOG);
     if (!file) return;
     const bool is_white = info.engine_color == WHITE;
     const auto put = [file](const char* field) { std::fprintf(file, "%s_", field); };
@@ -39,7 +39,7 @@ void BlogGame(const PgnGameInfo& info) {
 }
 
 void BlogError(std::string_view message) {
-    std::FILE* file = OpenLog(ERROR_LOG);
+    std::FILE* file = OpenFile(ERROR_LOG, FileUse::LOG);
     if (!file) return;
     std::fprintf(file, "%s\t%s\t%s\t\"%.*s\"\n", PROGRAM_VERSION.data(), PgnDate(), PgnTime(),
                  static_cast<int>(message.size()), message.data());

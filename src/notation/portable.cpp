@@ -21,6 +21,21 @@ constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Roun
                                      "White",    "Black",     "Result",    "WhiteElo",
                                      "BlackElo", "WhiteType", "BlackType", "Time"};
 
+// Calls for every move of the playable part, in its position, with whether it is the first.
+template <typename Visit>
+void ForEachMove(std::span<const Move> moves, Visit visit) {
+    const GameState saved = game_state;
+    const std::span<const Move> played = PlayablePart(moves);
+    for (const Move& move : played) {
+        visit(move, &move == played.data());
+        MakeForceMove(move);
+    }
+    for (std::size_t i = played.size(); i > 0; --i) {
+        UnMakeMove(played[i - 1]);
+    }
+    game_state = saved;
+}
+
 } // namespace
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value) {
@@ -57,27 +72,26 @@ const char* WrittenMoveNumber(std::int32_t ply) {
 }
 
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style) {
-    const GameState saved = game_state;
-    const std::span<const Move> played = PlayablePart(moves);
     WriteNextPgnToken(file, style.width, nullptr);
     std::int32_t ply = style.first_ply;
-    for (const Move& move : played) {
-        if (&move == played.data() || IsWhiteMove(move)) {
+    ForEachMove(moves, [&](const Move& move, bool is_first) {
+        if (is_first || IsWhiteMove(move)) {
             WriteNextPgnToken(file, style.width, WrittenMoveNumber(ply));
         }
         WriteNextPgnToken(file, style.width, WrittenMove(move));
-        MakeForceMove(move);
         ++ply;
-    }
+    });
     if (style.trailer) WriteNextPgnToken(file, style.width, style.trailer);
-    for (std::size_t i = played.size(); i > 0; --i) {
-        UnMakeMove(played[i - 1]);
-    }
-    game_state = saved;
+}
+
+std::string WrittenLine(std::span<const Move> moves) {
+    std::string text;
+    ForEachMove(moves, [&](const Move& move, bool) { (text += ' ') += WrittenMove(move); });
+    return text;
 }
 
 bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves) {
-    std::FILE* file = OpenLog(file_name);
+    std::FILE* file = OpenFile(file_name, FileUse::LOG);
     if (!file) return false;
     for (const char* name : TAG_ORDER) {
         WriteNextPgnTag(file, name, GetPgnTagValueByName(info, name));

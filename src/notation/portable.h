@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <span>
+#include <string>
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
 
@@ -29,6 +30,10 @@ struct MoveListStyle {
 // before one that is illegal. Position and game record are the same afterwards; no line end is
 // written.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
+
+// The moves, which start from the position, in one row, each behind a blank. It ends where
+// WritePgnMoveList ends.
+std::string WrittenLine(std::span<const Move> moves);
 
 // The log of games.
 inline constexpr const char* PGN_LOG = "GameLog.pgn";

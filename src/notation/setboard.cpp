@@ -139,7 +139,7 @@ const char* GetBoardFen() {
 }
 
 void WriteFenBoard() {
-    std::FILE* file = OpenLog(FEN_LOG);
+    std::FILE* file = OpenFile(FEN_LOG, FileUse::LOG);
     if (!file) return;
     std::fprintf(file, "%s\n", GetBoardFen());
     std::fclose(file);

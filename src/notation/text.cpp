@@ -1,5 +1,7 @@
 #include "notation/text.h"
 
+#include "notation/characters.h"
+
 #include <algorithm>
 #include <cassert>
 #include <charconv>
@@ -34,6 +36,10 @@ std::string TakeWordsBefore(std::string_view& text, std::string_view end) {
         words += word;
     }
     return words;
+}
+
+bool ReadWholeNumber(std::string_view word, std::int32_t& value) {
+    return std::ranges::all_of(word, IsDigit) && ReadNumber(word, value);
 }
 
 bool ReadNumber(std::string_view word, std::int32_t& value) {

@@ -19,3 +19,7 @@ std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 // Reads the decimal number, with or without sign, that the word begins with; a number beyond
 // 32 bits is clamped. False, and the value as it was, when the word begins with none.
 bool ReadNumber(std::string_view word, std::int32_t& value);
+
+// Reads a word that is a number without sign, and nothing else. False, and the value as it was, for
+// any other.
+bool ReadWholeNumber(std::string_view word, std::int32_t& value);

@@ -28,6 +28,7 @@ bool IsInputWaiting() {
     if (!init) {
         init = 1;
         pipe = !IsConsoleInput();
+        if (!pipe) QuietConsole();
     }
     const int waiting = WaitingInput();
     if (waiting == INPUT_UNKNOWN) return true;

@@ -1,5 +1,7 @@
 #include "platform/enforce.h"
 
+#include "platform/system.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -20,7 +22,7 @@ std::uint8_t FileExists(const char* path) {
     std::error_code error;
     // To open a named pipe would mean to wait for somebody who writes to it.
     if (std::filesystem::is_fifo(path, error)) return 1;
-    std::FILE* file = std::fopen(path, "rb");
+    std::FILE* file = OpenFile(path, FileUse::READ);
     if (!file) return 0;
     std::fclose(file);
     return 1;

@@ -1,5 +1,6 @@
-// What the operating system gives: the signals, the clock, and raw standard input and output.
-// A port to another system is a second implementation of this header.
+// What the operating system gives: the signals, the clock, files, and raw standard input and
+// output. A port to another system is one more implementation of this header. Names of files are
+// UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +12,15 @@
 
 // What the interrupt and termination signals do, which some front ends send as a matter of course
 // and others to be rid of an engine.
-enum class Interrupts : std::uint8_t { IGNORED, FATAL };
+enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
 // Sets what these signals do, and ignores the one about files that grow too large, so that the
 // write just fails. When nobody reads standard output any more, the next write ends the process.
 // When it is only full, the write waits.
 void PrepareProcess(Interrupts interrupts);
+
+// The words of the command line, the program's first, which live as long as the process.
+std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments);
 
 // A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
 std::uint64_t SystemTime();
@@ -24,9 +28,15 @@ std::uint64_t SystemTime();
 // True when standard input is an interactive console, false for a pipe or a file.
 bool IsConsoleInput();
 
+// Of an interactive console, only keys are events from now on, and none waits.
+void QuietConsole();
+
 // True when standard output, standard error is seen by a person.
 bool IsConsoleOutput();
 bool IsConsoleErrors();
+
+// True when chess symbols, as UTF-8, are seen as such on a console.
+bool IsUnicodeConsole();
 
 // How much standard input waits to be read, without blocking: bytes, or the events of a console.
 // INPUT_UNKNOWN when that cannot be told, and when no more will come because the input has ended or
@@ -43,17 +53,24 @@ bool IsHungUp();
 // any more.
 std::size_t ReadInput(std::span<char> room);
 
-// Writes the bytes to standard output at once, all of them unless the output is broken.
+// Writes the bytes to standard output at once, all of them unless the output is broken. Line feeds
+// become the system's line ends.
 void WriteOutput(std::string_view bytes);
+
+// Sends what was printed to the standard output stream. Without, it may stay where it is.
+void FlushOutput();
 
 // The folder that the running program lies in; empty when that cannot be told.
 std::string ProgramFolder();
 
-// A file to append to; null when it cannot be opened at once.
-std::FILE* OpenLog(const char* name);
+// Opens a file, whose bytes are the same on every system: to be read, to be written from its start,
+// to be written where no file has that name yet, to be appended to. Null on failure, and when a log
+// cannot be opened at once.
+enum class FileUse : std::uint8_t { READ, WRITE, CREATE, LOG };
+std::FILE* OpenFile(const char* name, FileUse use);
 
 // Gives a finished file its final name, in place of any file of that name; false on failure.
-bool ReplaceFile(const char* from, const char* to);
+bool MoveIntoPlace(const char* from, const char* to);
 
 // Zeroed memory for large tables, in large pages where the system has them; null on failure. The
 // size given to FreeTable is the one that was asked for.

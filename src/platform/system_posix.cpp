@@ -9,6 +9,8 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <langinfo.h>
+#include <locale.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
@@ -55,16 +57,37 @@ Events PollFrontEnd(int timeout) {
     return {count, ends[0].revents, ends[1].revents};
 }
 
+// From now on standard input has nothing more. A signal handler may do no more than this.
+void EndInput(int) {
+    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    dup2(nothing, STDIN_FILENO);
+}
+
+using SignalHandler = void (*)(int);
+
+SignalHandler HandlerOf(Interrupts interrupts) {
+    switch (interrupts) {
+    case Interrupts::IGNORED: return SIG_IGN;
+    case Interrupts::FATAL: return SIG_DFL;
+    case Interrupts::END_OF_INPUT: break;
+    }
+    return EndInput;
+}
+
 } // namespace
 
 void PrepareProcess(Interrupts interrupts) {
-    const auto on_interrupt = interrupts == Interrupts::FATAL ? SIG_DFL : SIG_IGN;
+    const SignalHandler on_interrupt = HandlerOf(interrupts);
     std::signal(SIGINT, on_interrupt);
     std::signal(SIGTERM, on_interrupt);
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_DFL);
     const int flags = fcntl(STDOUT_FILENO, F_GETFL);
     if (flags >= 0) fcntl(STDOUT_FILENO, F_SETFL, flags & ~O_NONBLOCK);
+}
+
+std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments) {
+    return {arguments, static_cast<std::size_t>(argument_count)};
 }
 
 std::uint64_t SystemTime() {
@@ -76,9 +99,19 @@ std::uint64_t SystemTime() {
 
 bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 
+void QuietConsole() {} // it counts bytes
+
 bool IsConsoleOutput() { return isatty(STDOUT_FILENO) != 0; }
 
 bool IsConsoleErrors() { return isatty(STDERR_FILENO) != 0; }
+
+bool IsUnicodeConsole() {
+    const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (!locale) return false;
+    const bool is_unicode = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
+    freelocale(locale);
+    return is_unicode;
+}
 
 int WaitingInput() {
     const int count = PollFrontEnd(0).count;
@@ -115,18 +148,26 @@ void WriteOutput(std::string_view bytes) {
     }
 }
 
+void FlushOutput() { std::fflush(stdout); }
+
 std::string ProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
-std::FILE* OpenLog(const char* name) {
+std::FILE* OpenFile(const char* name, FileUse use) {
+    switch (use) {
+    case FileUse::READ: return std::fopen(name, "r");
+    case FileUse::WRITE: return std::fopen(name, "w");
+    case FileUse::CREATE: return std::fopen(name, "wx");
+    case FileUse::LOG: break;
+    }
     // Without O_NONBLOCK a named pipe would wait for a reader.
     const int file = open(name, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
     return file < 0 ? nullptr : fdopen(file, "a");
 }
 
-bool ReplaceFile(const char* from, const char* to) { return std::rename(from, to) == 0; }
+bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, to) == 0; }
 
 void* AllocateTable(std::size_t bytes) {
     const std::size_t size = RoundUp(bytes);

@@ -5,6 +5,7 @@
 #include "game/gamestate.h"
 #include "notation/pgninfo.h"
 #include "notation/portable.h"
+#include "platform/system.h"
 #include "search/records.h"
 
 #include <cinttypes>
@@ -23,4 +24,5 @@ void PrintThinking(const SearchLine& line) {
     const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
     WritePgnMoveList(stdout, line.moves, {first_ply, THINKING_WIDTH, nullptr});
     std::printf("\n");
+    FlushOutput();
 }

@@ -95,8 +95,7 @@ bool IsStopWanted() {
 // In centipawns or, when one side mates, in moves until then.
 std::string WrittenScore(std::int32_t score) {
     if (!IsMateEval(score)) return "cp " + std::to_string(score);
-    const std::int32_t plies = (MATE_EVAL - std::abs(score)) / QUARTER_PLIES - 1; // to the mate
-    return "mate " + std::to_string(score > 0 ? (plies + 1) / 2 : -(plies / 2));
+    return "mate " + std::to_string(MovesToMate(score));
 }
 
 void TellLine(const SearchLine& line) {
