@@ -111,6 +111,24 @@ def read_debug(directory):
     return clocks, crashes, names, unlogged
 
 
+def read_speeds(directory):
+    """Nodes per second of both sides over their last thinking lines of at least 0.1 s."""
+    nodes, time, last = collections.Counter(), collections.Counter(), {}
+    for line in read(directory, "match.debug"):
+        found = re.match(r"\d+ <(first|second) ?: ?(.*)", line)
+        if not found:
+            continue
+        who, text = found[1], found[2]
+        if thought := re.match(r" *\d+ +-?\d+ +(\d+) +(\d+) +\S", text):
+            last[who] = int(thought[1]), int(thought[2])
+        elif text.startswith("move ") and who in last:
+            centiseconds, count = last.pop(who)
+            if centiseconds >= 10:
+                nodes[who] += count
+                time[who] += centiseconds
+    return {who: 100 * nodes[who] / time[who] for who in time}
+
+
 def long_algebraic(path):
     """pgn-extract's reading of a file: [(moves, result)] and its complaints."""
     run = subprocess.run(
@@ -222,6 +240,11 @@ def main():
         print(f"  {count:3}  {kind:25}", ", ".join(f'{n} x "{c}"' for c, n in comments[kind].most_common()))
     print(f"\nclock of {me}")
     report_clocks(clocks)
+    speeds = read_speeds(args.dir)
+    if len(speeds) == 2:
+        first, second = speeds["first"], speeds["second"]
+        print(f"\nnodes per second: {me} {first / 1e6:.2f} million, {other} {second / 1e6:.2f} million,"
+              f" ratio {first / second:.2f}")
     print(f"\nlogs of {me}")
     faults[me] += report_logs(args.dir, unlogged, me.startswith("korvane") and not me.startswith("korvane-uci"))
     for side in (me, other):

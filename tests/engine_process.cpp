@@ -29,6 +29,10 @@ bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
     }
     char byte = 0;
     if (read(pipe, &byte, 1) != 1) return false;
+    if (WINDOWS_PROGRAMS && byte == '\n') {
+        EXPECT_TRUE(text.ends_with('\r')) << "the line end is not the system's: " << text;
+        text.pop_back();
+    }
     text += byte;
     return true;
 }
@@ -36,7 +40,7 @@ bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
 } // namespace
 
 EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation,
-                             const std::string& preparation, const char* program)
+                             const std::string& preparation, const std::string& program)
     : directory(std::filesystem::temp_directory_path() / "korvane_test_XXXXXX") {
     std::signal(SIGPIPE, SIG_IGN); // an engine that has gone fails its own test only
     std::istringstream stream(invocation + " " + arguments);
@@ -53,7 +57,7 @@ EngineProcess::EngineProcess(const std::string& arguments, const std::string& in
         std::signal(SIGINT, SIG_DFL); // a background job is born without
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
-            execv(program, pointers.data());
+            execv(program.c_str(), pointers.data());
         }
         _exit(127);
     }
@@ -96,7 +100,10 @@ std::string ReadUntil(EngineProcess& engine, const std::string& pattern) {
         if (std::regex_match(line, wanted)) return lines;
         line.clear();
     }
-    ADD_FAILURE() << "no line \"" << pattern << "\" in:\n" << lines;
+    std::string errors;
+    while (ReadByte(engine, engine.errors, errors)) {
+    }
+    ADD_FAILURE() << "no line \"" << pattern << "\" in:\n" << lines << errors;
     return lines;
 }
 
@@ -146,6 +153,10 @@ Ending WaitForExit(EngineProcess& engine) {
     Ending ending{0, "", ""};
     while ((engine.output >= 0 && ReadByte(engine, engine.output, ending.output)) ||
            ReadByte(engine, engine.errors, ending.errors)) {
+    }
+    if (WINDOWS_PROGRAMS) { // whose names have more to them
+        ending.errors = std::regex_replace(ending.errors, std::regex("\\.exe\\b"), "");
+        ending.output = std::regex_replace(ending.output, std::regex("\\.exe\\b"), "");
     }
     int status = 0;
     waitpid(engine.pid, &status, 0);

@@ -6,6 +6,7 @@
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
 
+#include <cstdlib>
 #include <string>
 #include <sys/types.h>
 
@@ -24,6 +25,13 @@ inline const std::string UNKNOWN = "Error (unknown command): ";
 inline const std::string REFUSED = "tellusererror Illegal position\n";
 inline const std::string NO_BOOK = " Book not available!\n\n";
 
+// The folder with the programs of Windows that are tested instead of this system's, if any.
+inline const char* const WINDOWS_PROGRAMS = std::getenv("KORVANE_WINDOWS_PROGRAMS");
+inline const std::string KORVANE =
+    WINDOWS_PROGRAMS ? std::string(WINDOWS_PROGRAMS) + "/korvane" : KORVANE_BINARY;
+inline const std::string KORVANE_UCI =
+    WINDOWS_PROGRAMS ? std::string(WINDOWS_PROGRAMS) + "/korvane-uci" : KORVANE_UCI_BINARY;
+
 // A named case: lines for an engine, and what is expected of it.
 struct Exchange {
     const char* name;
@@ -37,7 +45,7 @@ struct EngineProcess {
     explicit EngineProcess(const std::string& arguments = PLAY,
                            const std::string& invocation = KORVANE_BINARY,
                            const std::string& preparation = "",
-                           const char* program = KORVANE_BINARY);
+                           const std::string& program = KORVANE);
     ~EngineProcess();
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;

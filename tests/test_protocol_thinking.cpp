@@ -207,8 +207,10 @@ void CheckEnd(const Exchange& state) {
     ASSERT_GT(engine.pid, 0);
     EXPECT_EQ(Ask(engine, "xboard"), "");
     if (!state.lines.empty()) StartThinking(engine, state.lines);
-    kill(engine.pid, SIGINT);
-    kill(engine.pid, SIGTERM);
+    if (!WINDOWS_PROGRAMS) { // which know no such signals
+        kill(engine.pid, SIGINT);
+        kill(engine.pid, SIGTERM);
+    }
     SendText(engine, last);
     if (last != "quit\n") CloseInput(engine);
     const Ending ending = WaitForExit(engine);

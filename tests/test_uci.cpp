@@ -18,7 +18,7 @@ const std::string LAY_BOOKS =
 
 struct UciProcess : EngineProcess {
     explicit UciProcess(const std::string& arguments = "", const std::string& preparation = "")
-        : EngineProcess(arguments, KORVANE_UCI_BINARY, preparation, KORVANE_UCI_BINARY) {}
+        : EngineProcess(arguments, KORVANE_UCI_BINARY, preparation, KORVANE_UCI) {}
 };
 
 // What is told until the lines, sent one by one, are carried out. "< PATTERN" is not sent, but

@@ -15,6 +15,7 @@
 #include "notation/text.h"
 #include "notation/typed.h"
 #include "platform/channel.h"
+#include "platform/enforce.h"
 #include "platform/system.h"
 #include "play/newgame.h"
 #include "play/record.h"
@@ -27,7 +28,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -183,7 +183,7 @@ void WriteGame(const std::string& file_name) {
     const std::string score = result.empty() ? "*" : result.substr(0, result.find(' '));
     const bool is_written = AppendGameSoFar(file_name.c_str(), score.c_str());
     std::error_code error;
-    const std::string place = std::filesystem::absolute(file_name, error).string();
+    const std::string place = NameOf(std::filesystem::absolute(PathOf(file_name), error));
     std::printf("%s: %s\n", is_written ? "Written" : "Cannot write the file", place.c_str());
 }
 

@@ -125,7 +125,7 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
 // link only the link is replaced, which may lead to a book of others.
 bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::error_code error;
-    if (std::filesystem::exists(name, error) && !std::filesystem::is_regular_file(name, error)) {
+    if (std::filesystem::exists(PathOf(name), error) && !IsPlainFile(name.c_str())) {
         return false;
     }
     std::FILE* file = nullptr;
@@ -139,7 +139,7 @@ bool WriteWhole(const std::string& name, const Bytes& bytes) {
     if ((std::fclose(file) == 0) && is_written && MoveIntoPlace(unfinished.c_str(), name.c_str())) {
         return true;
     }
-    std::filesystem::remove(unfinished, error);
+    std::filesystem::remove(PathOf(unfinished), error);
     return false;
 }
 

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <system_error>
 
@@ -13,15 +12,24 @@ void FatalError(std::string_view message) {
     std::exit(EXIT_FAILURE);
 }
 
+std::filesystem::path PathOf(std::string_view name) {
+    return std::u8string(name.begin(), name.end());
+}
+
+std::string NameOf(const std::filesystem::path& path) {
+    const std::u8string name = path.u8string();
+    return {name.begin(), name.end()};
+}
+
 std::uint8_t IsPlainFile(const char* path) {
     std::error_code error;
-    return std::filesystem::is_regular_file(path, error);
+    return std::filesystem::is_regular_file(PathOf(path), error);
 }
 
 std::uint8_t FileExists(const char* path) {
     std::error_code error;
     // To open a named pipe would mean to wait for somebody who writes to it.
-    if (std::filesystem::is_fifo(path, error)) return 1;
+    if (std::filesystem::is_fifo(PathOf(path), error)) return 1;
     std::FILE* file = OpenFile(path, FileUse::READ);
     if (!file) return 0;
     std::fclose(file);

@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <string>
 
 UciOptions uci_options;
@@ -57,7 +56,7 @@ void SetOwnBook(const Value& value) { uci_options.own_book = value.number != 0; 
 // A name without a path is also looked for beside the program.
 std::string FindBook(std::string_view name) {
     const std::string here(name);
-    const std::string beside = (std::filesystem::path(ProgramFolder()) / here).string();
+    const std::string beside = NameOf(PathOf(ProgramFolder()) / PathOf(here));
     return !IsPlainFile(here.c_str()) && IsPlainFile(beside.c_str()) ? beside : here;
 }
 

@@ -1,0 +1,255 @@
+#include "platform/system.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#include <winternl.h>
+
+#include <shellapi.h>
+
+namespace {
+
+constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
+
+HANDLE Input() { return GetStdHandle(STD_INPUT_HANDLE); }
+HANDLE Output() { return GetStdHandle(STD_OUTPUT_HANDLE); }
+
+// UTF-16, what the system speaks, and UTF-8, what the engine speaks.
+std::wstring Wide(std::string_view text) {
+    const int size = static_cast<int>(text.size());
+    std::wstring wide(text.size(), L'\0'); // never more units than bytes
+    const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(length));
+    return wide;
+}
+
+std::string Narrow(std::wstring_view text) {
+    const int size = static_cast<int>(text.size());
+    std::string narrow(text.size() * 3, '\0'); // never more bytes to a unit
+    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(),
+                                           static_cast<int>(narrow.size()), nullptr, nullptr);
+    narrow.resize(static_cast<std::size_t>(length));
+    return narrow;
+}
+
+bool IsConsole(HANDLE handle) {
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0;
+}
+
+// True when the other end of a pipe of ours is known to be closed, whatever is left in the pipe.
+bool IsOtherEndClosed(HANDLE pipe) {
+    constexpr auto PIPE_LOCAL_INFORMATION = static_cast<FILE_INFORMATION_CLASS>(24);
+    constexpr ULONG CLOSING = 4;
+    struct {
+        ULONG type, configuration, most_instances, instances;
+        ULONG in_quota, readable, out_quota, writable, state, end;
+    } about{};
+    IO_STATUS_BLOCK status{};
+    return NT_SUCCESS(NtQueryInformationFile(pipe, &status, &about, sizeof about,
+                                             PIPE_LOCAL_INFORMATION)) &&
+           about.state == CLOSING;
+}
+
+std::atomic<bool> is_input_over = false; // an interrupt has ended it
+
+BOOL WINAPI IgnoreInterrupt(DWORD event) {
+    return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+}
+
+BOOL WINAPI EndInput(DWORD event) {
+    is_input_over = true;
+    return IgnoreInterrupt(event);
+}
+
+std::atomic<bool> is_output_over = false; // nobody reads it any more
+
+// Nothing else wakes who waits for input when nobody reads the output, and to look at both whenever
+// the search looks at its input would take twice the time.
+DWORD WINAPI WatchOutput(void* reader) {
+    constexpr DWORD PERIOD = 200; // milliseconds
+    for (;; Sleep(PERIOD)) {
+        if (!IsOtherEndClosed(Output())) continue;
+        is_output_over = true;
+        CancelSynchronousIo(reader);
+    }
+}
+
+void StartWatchingOutput() {
+    static bool is_watched = false;
+    if (is_watched || GetFileType(Output()) != FILE_TYPE_PIPE) return;
+    is_watched = true;
+    const HANDLE reader = OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId());
+    CreateThread(nullptr, 0, WatchOutput, reader, 0, nullptr);
+}
+
+// Large pages are for those who may lock pages in memory, and say so.
+void AskForLargePages() {
+    HANDLE token = nullptr;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES, &token)) return;
+    TOKEN_PRIVILEGES privileges{1, {{{0, 0}, SE_PRIVILEGE_ENABLED}}};
+    if (LookupPrivilegeValueW(nullptr, L"SeLockMemoryPrivilege", &privileges.Privileges[0].Luid)) {
+        AdjustTokenPrivileges(token, FALSE, &privileges, 0, nullptr, nullptr);
+    }
+    CloseHandle(token);
+}
+
+} // namespace
+
+void PrepareProcess(Interrupts interrupts) {
+    if (interrupts == Interrupts::IGNORED) SetConsoleCtrlHandler(IgnoreInterrupt, TRUE);
+    if (interrupts == Interrupts::END_OF_INPUT) SetConsoleCtrlHandler(EndInput, TRUE);
+}
+
+std::span<const char* const> CommandLineWords(int, const char* const*) {
+    static std::vector<std::string> words;
+    static std::vector<const char*> pointers;
+    int count = 0;
+    wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    for (int i = 0; wide && i < count; ++i) {
+        words.push_back(Narrow(wide[i]));
+    }
+    for (const std::string& word : words) {
+        pointers.push_back(word.c_str());
+    }
+    LocalFree(wide);
+    return pointers;
+}
+
+std::uint64_t SystemTime() {
+    LARGE_INTEGER frequency, count;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&count);
+    const auto second = static_cast<std::uint64_t>(frequency.QuadPart);
+    const auto now = static_cast<std::uint64_t>(count.QuadPart);
+    return now / second * TICKS_PER_SECOND + now % second * TICKS_PER_SECOND / second;
+}
+
+bool IsConsoleInput() { return IsConsole(Input()); }
+
+void QuietConsole() {
+    DWORD mode = 0;
+    if (!GetConsoleMode(Input(), &mode)) return;
+    constexpr DWORD OTHER_EVENTS = ENABLE_WINDOW_INPUT | ENABLE_MOUSE_INPUT;
+    SetConsoleMode(Input(), mode & ~OTHER_EVENTS);
+    FlushConsoleInputBuffer(Input());
+}
+
+bool IsConsoleOutput() { return IsConsole(Output()); }
+
+bool IsConsoleErrors() { return IsConsole(GetStdHandle(STD_ERROR_HANDLE)); }
+
+bool IsUnicodeConsole() { return SetConsoleOutputCP(CP_UTF8) != 0; }
+
+int WaitingInput() {
+    DWORD count = 0;
+    if (is_input_over || is_output_over) return INPUT_UNKNOWN;
+    const bool is_known = PeekNamedPipe(Input(), nullptr, 0, nullptr, &count, nullptr) ||
+                          GetNumberOfConsoleInputEvents(Input(), &count);
+    return is_known ? static_cast<int>(count) : INPUT_UNKNOWN;
+}
+
+bool IsHungUp() {
+    const bool is_ended = GetFileType(Input()) == FILE_TYPE_PIPE &&
+                          !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr);
+    return is_ended || IsOtherEndClosed(Input()) || IsOtherEndClosed(Output());
+}
+
+std::size_t ReadInput(std::span<char> room) {
+    StartWatchingOutput();
+    for (;;) {
+        DWORD got = 0;
+        if (is_input_over) return 0;
+        SetLastError(ERROR_SUCCESS);
+        if (!ReadFile(Input(), room.data(), static_cast<DWORD>(room.size()), &got, nullptr)) {
+            return 0;
+        }
+        if (got > 0) return got;
+        // Nothing was written to a pipe, or a console was interrupted: neither is the end.
+        const bool is_interrupted = GetLastError() == ERROR_OPERATION_ABORTED;
+        if (!is_interrupted && GetFileType(Input()) != FILE_TYPE_PIPE) return 0;
+    }
+}
+
+void WriteOutput(std::string_view bytes) {
+    std::string text;
+    for (const char c : bytes) {
+        if (c == '\n') text += '\r';
+        text += c;
+    }
+    for (std::size_t done = 0; done < text.size();) {
+        DWORD put = 0;
+        const auto left = static_cast<DWORD>(text.size() - done);
+        if (!WriteFile(Output(), text.data() + done, left, &put, nullptr)) {
+            const DWORD error = GetLastError();
+            if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA) std::_Exit(EXIT_FAILURE);
+            return;
+        }
+        done += put;
+    }
+}
+
+void FlushOutput() {
+    if (std::fflush(stdout) != 0 && GetFileType(Output()) == FILE_TYPE_PIPE) {
+        std::_Exit(EXIT_FAILURE); // nobody reads it any more
+    }
+}
+
+std::string ProgramFolder() {
+    std::wstring name(32768, L'\0'); // the longest there is
+    const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+    name.resize(length);
+    return Narrow(name.substr(0, name.find_last_of(L'\\')));
+}
+
+std::FILE* OpenFile(const char* name, FileUse use) {
+    struct Way {
+        DWORD access, creation, attributes;
+        int flags;
+        const char* mode;
+    };
+    constexpr Way WAYS[] = {
+        // A folder can be opened, but not read, as on other systems.
+        {GENERIC_READ, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, _O_RDONLY | _O_BINARY, "rb"},
+        {GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
+        {GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
+        {FILE_APPEND_DATA, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, _O_APPEND | _O_BINARY, "ab"},
+    };
+    const Way& way = WAYS[static_cast<std::size_t>(use)];
+    const HANDLE handle = CreateFileW(Wide(name).c_str(), way.access,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, way.creation, way.attributes, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return nullptr;
+    const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), way.flags);
+    if (descriptor < 0) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    return _fdopen(descriptor, way.mode);
+}
+
+bool MoveIntoPlace(const char* from, const char* to) {
+    return MoveFileExW(Wide(from).c_str(), Wide(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+void* AllocateTable(std::size_t bytes) {
+    AskForLargePages();
+    constexpr DWORD AT_ONCE = MEM_RESERVE | MEM_COMMIT;
+    const std::size_t page = GetLargePageMinimum();
+    if (page > 0) {
+        const std::size_t size = (bytes + page - 1) / page * page;
+        void* const table = VirtualAlloc(nullptr, size, AT_ONCE | MEM_LARGE_PAGES, PAGE_READWRITE);
+        if (table) return table;
+    }
+    return VirtualAlloc(nullptr, bytes, AT_ONCE, PAGE_READWRITE);
+}
+
+void FreeTable(void* table, std::size_t) {
+    if (table) VirtualFree(table, 0, MEM_RELEASE);
+}

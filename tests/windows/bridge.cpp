@@ -1,0 +1,64 @@
+// bridge PROGRAM [WORD]...: runs a program of Windows under Wine on pipes as Windows has them.
+// Those that come from Linux cannot tell how much waits in them. What comes on standard input is
+// handed on, what the program says comes back, and either side's hanging up and the exit status
+// too.
+#include <cstdio>
+#include <string>
+#include <thread>
+
+#include <windows.h>
+
+namespace {
+
+struct Pipe {
+    HANDLE reader = nullptr, writer = nullptr;
+
+    Pipe() { CreatePipe(&reader, &writer, nullptr, 0); }
+};
+
+void HandOn(HANDLE from, HANDLE to) {
+    char block[4096];
+    for (DWORD got = 0; ReadFile(from, block, sizeof block, &got, nullptr) && got > 0;) {
+        DWORD put = 0;
+        if (!WriteFile(to, block, got, &put, nullptr)) break;
+    }
+    CloseHandle(to);
+    CloseHandle(from);
+}
+
+} // namespace
+
+int main() {
+    const Pipe input, output, errors;
+    for (const HANDLE far_end : {input.reader, output.writer, errors.writer}) {
+        SetHandleInformation(far_end, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    }
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = input.reader;
+    start.hStdOutput = output.writer;
+    start.hStdError = errors.writer;
+    // The program's command line is what stands behind this one's name.
+    std::wstring line = GetCommandLineW();
+    const std::size_t name_end = line.front() == L'"' ? line.find(L'"', 1) + 1 : line.find(L' ');
+    line.erase(0, line.find_first_not_of(L' ', name_end));
+    PROCESS_INFORMATION program{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                        &program)) {
+        std::fprintf(stderr, "bridge: error %lu for %ls\n", GetLastError(), line.c_str());
+        return 127;
+    }
+    for (const HANDLE far_end : {input.reader, output.writer, errors.writer}) {
+        CloseHandle(far_end);
+    }
+    std::thread(HandOn, GetStdHandle(STD_INPUT_HANDLE), input.writer).detach();
+    std::thread talk(HandOn, output.reader, GetStdHandle(STD_OUTPUT_HANDLE));
+    std::thread complaints(HandOn, errors.reader, GetStdHandle(STD_ERROR_HANDLE));
+    talk.join();
+    complaints.join();
+    WaitForSingleObject(program.hProcess, INFINITE);
+    DWORD status = 0;
+    GetExitCodeProcess(program.hProcess, &status);
+    TerminateProcess(GetCurrentProcess(), status); // whether or not standard input has ended
+}

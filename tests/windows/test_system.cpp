@@ -1,0 +1,194 @@
+// The seam to Windows, on pipes and files as Windows has them.
+#include "platform/enforce.h"
+#include "platform/system.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <ratio>
+#include <string>
+#include <thread>
+
+#include <windows.h>
+
+namespace {
+
+const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt"; // a name outside every code page
+
+// Standard input and output are pipes whose other ends the test holds.
+struct System : testing::Test {
+    HANDLE old_input = GetStdHandle(STD_INPUT_HANDLE), old_output = GetStdHandle(STD_OUTPUT_HANDLE);
+    HANDLE input = nullptr, typing = nullptr, reading = nullptr, output = nullptr;
+
+    System() {
+        CreatePipe(&input, &typing, nullptr, 0);
+        CreatePipe(&reading, &output, nullptr, 0);
+        SetStdHandle(STD_INPUT_HANDLE, input);
+        SetStdHandle(STD_OUTPUT_HANDLE, output);
+    }
+    ~System() override {
+        SetStdHandle(STD_INPUT_HANDLE, old_input);
+        SetStdHandle(STD_OUTPUT_HANDLE, old_output);
+        for (const HANDLE handle : {input, typing, reading, output}) {
+            if (handle) CloseHandle(handle);
+        }
+    }
+
+    void Type(const std::string& text) {
+        DWORD put = 0;
+        WriteFile(typing, text.data(), static_cast<DWORD>(text.size()), &put, nullptr);
+    }
+};
+
+void HangUp(HANDLE& handle) {
+    CloseHandle(handle);
+    handle = nullptr;
+}
+
+std::string Read() {
+    char room[100];
+    return {room, ReadInput(room)};
+}
+
+std::string ReadWhole(const char* name) {
+    std::FILE* const file = OpenFile(name, FileUse::READ);
+    if (!file) return "none";
+    char room[100];
+    const std::size_t count = std::fread(room, 1, sizeof room, file);
+    std::fclose(file);
+    return {room, count};
+}
+
+bool Write(const char* name, FileUse use, const char* text) {
+    std::FILE* const file = OpenFile(name, use);
+    if (!file) return false;
+    std::fputs(text, file);
+    return std::fclose(file) == 0;
+}
+
+TEST_F(System, CountsWhatWaitsInAPipe) {
+    EXPECT_FALSE(IsConsoleInput());
+    EXPECT_EQ(WaitingInput(), 0);
+    Type("go\r\n");
+    EXPECT_EQ(WaitingInput(), 4);
+    EXPECT_EQ(Read(), "go\r\n");
+    Type(""); // which is not the end
+    Type("x");
+    EXPECT_EQ(Read(), "x");
+    EXPECT_FALSE(IsHungUp());
+}
+
+TEST_F(System, SeesTheEndOfTheInputBehindWhatIsLeft) {
+    Type("go");
+    HangUp(typing);
+    EXPECT_TRUE(IsHungUp());
+    EXPECT_EQ(Read(), "go");
+    EXPECT_EQ(WaitingInput(), INPUT_UNKNOWN);
+    EXPECT_EQ(Read(), "");
+}
+
+// In a process of its own, as the system stays watched.
+TEST_F(System, WaitsForInputNoLongerThanSomebodyListens) {
+    const auto wait = [this] {
+        std::thread front_end([this] { HangUp(reading); });
+        front_end.detach();
+        const bool has_ended = Read().empty() && WaitingInput() == INPUT_UNKNOWN;
+        std::_Exit(has_ended ? EXIT_SUCCESS : EXIT_FAILURE);
+    };
+    EXPECT_EXIT(wait(), testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+TEST_F(System, EndsLinesAsWindowsDoes) {
+    WriteOutput("a\n\nb\r\n");
+    char room[100];
+    DWORD got = 0;
+    ReadFile(reading, room, sizeof room, &got, nullptr);
+    EXPECT_EQ(std::string(room, got), "a\r\n\r\nb\r\r\n");
+}
+
+TEST_F(System, ReadsFilesToTheirEnd) {
+    Write("in", FileUse::WRITE, "go\n");
+    const HANDLE file =
+        CreateFileW(L"in", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    SetStdHandle(STD_INPUT_HANDLE, file);
+    EXPECT_EQ(WaitingInput(), INPUT_UNKNOWN);
+    EXPECT_EQ(Read(), "go\n");
+    EXPECT_EQ(Read(), "");
+    CloseHandle(file);
+    std::filesystem::remove("in");
+}
+
+// Last, as the output stays watched once something was read.
+TEST_F(System, SeesThatNobodyListens) {
+    EXPECT_EQ(WaitingInput(), 0);
+    HangUp(reading);
+    EXPECT_TRUE(IsHungUp());
+    EXPECT_EXIT(
+        {
+            CreatePipe(&reading, &output, nullptr, 0);
+            SetStdHandle(STD_OUTPUT_HANDLE, output);
+            HangUp(reading);
+            WriteOutput("x");
+        },
+        testing::ExitedWithCode(EXIT_FAILURE), "");
+}
+
+TEST(Files, HaveTheSameBytesUnderAnyName) {
+    const char* const name = STRANGE.c_str();
+    EXPECT_FALSE(FileExists(name));
+    EXPECT_TRUE(Write(name, FileUse::CREATE, "a\n"));
+    EXPECT_FALSE(Write(name, FileUse::CREATE, "b")) << "it is there";
+    EXPECT_TRUE(Write(name, FileUse::LOG, "b\n"));
+    EXPECT_TRUE(FileExists(name));
+    EXPECT_TRUE(IsPlainFile(name));
+    EXPECT_EQ(ReadWhole(name), "a\nb\n");
+    EXPECT_TRUE(Write("new", FileUse::WRITE, "c\n"));
+    EXPECT_TRUE(MoveIntoPlace("new", name));
+    EXPECT_EQ(ReadWhole(name), "c\n");
+    EXPECT_EQ(ReadWhole("new"), "none");
+    EXPECT_TRUE(Write(name, FileUse::WRITE, ""));
+    EXPECT_EQ(ReadWhole(name), "");
+    EXPECT_TRUE(MoveIntoPlace(name, "old"));
+    EXPECT_FALSE(FileExists(name));
+    std::filesystem::remove("old");
+    EXPECT_TRUE(FileExists("."));
+    EXPECT_FALSE(IsPlainFile("."));
+    EXPECT_EQ(ReadWhole("."), "");
+    EXPECT_EQ(OpenFile(".", FileUse::LOG), nullptr);
+}
+
+// Another clock is read inside and outside of it.
+TEST(Clock, RunsInTicksOfAHundredNanoseconds) {
+    using Clock = std::chrono::steady_clock;
+    using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
+    const Clock::time_point outer = Clock::now();
+    const std::uint64_t before = SystemTime();
+    const Clock::time_point inner = Clock::now();
+    while (Clock::now() - inner < std::chrono::milliseconds(20)) {
+    }
+    const Clock::duration least = Clock::now() - inner;
+    const Ticks passed(SystemTime() - before);
+    EXPECT_GE(passed + Ticks(1), least);
+    EXPECT_LE(passed, Clock::now() - outer + Ticks(1));
+}
+
+TEST(Memory, IsZeroedForTables) {
+    constexpr std::size_t SIZE = 5'000'000;
+    char* const table = static_cast<char*>(AllocateTable(SIZE));
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table[0], 0);
+    EXPECT_EQ(table[SIZE - 1], 0);
+    table[SIZE - 1] = 1;
+    FreeTable(table, SIZE);
+    EXPECT_EQ(AllocateTable(std::size_t{1} << 60), nullptr);
+}
+
+TEST(CommandLineWords, AreFoundWithoutTheOnesHandedIn) {
+    const auto words = CommandLineWords(0, nullptr);
+    ASSERT_FALSE(words.empty());
+    EXPECT_NE(std::string(words[0]).find("korvane_tests"), std::string::npos);
+    EXPECT_TRUE(std::filesystem::is_directory(ProgramFolder()));
+}
+
+} // namespace
