@@ -84,6 +84,10 @@ void FlushOutput() { std::fflush(stdout); }
 
 std::string ProgramFolder() { return ""; }
 
+std::filesystem::path PathOf(std::string_view name) { return name; }
+
+std::string NameOf(const std::filesystem::path& path) { return path.string(); }
+
 std::FILE* OpenFile(const char* name, FileUse use) {
     constexpr const char* MODES[] = {"r", "w", "wx", "a"};
     return std::fopen(name, MODES[static_cast<int>(use)]);

@@ -15,7 +15,7 @@ EndWine() { [ $is_server_mine = no ] || "$wine_server" -k || true; }
 
 # With addresses at random, Wine fails to start one program in a thousand.
 Wine() { setarch -R wine "$@"; }
-Wine wineboot --init >/dev/null 2>&1
+Wine wineboot --init >/dev/null 2>&1 || { echo "Wine does not start (Wine wineboot --init)" >&2; exit 1; }
 
 MakeRunner() {
     local folder

@@ -67,7 +67,8 @@ void Draw() {
 
 // The search has no more time, or nobody will type any more.
 bool IsStopWanted() {
-    if (is_analysing) return WaitingInput() != 0;
+    FlushOutput();
+    if (is_analysing) return IsInputWaiting();
     return SystemTime() >= search_end || WaitingInput() == INPUT_UNKNOWN;
 }
 
@@ -112,9 +113,8 @@ void EndGame(const char* line) {
 
 // Looks whether the position ends the game.
 bool IsEnd() {
-    const char* const line = EndOfGameLine(LastMove());
-    if (line) EndGame(line);
-    return line;
+    if (const char* const line = EndOfGameLine(LastMove())) EndGame(line);
+    return !result.empty();
 }
 
 // The game is over, which is told.
@@ -153,11 +153,11 @@ void PlayTypedMove(const std::string& word) {
         if (!IsEnd()) PlayEngineMove();
         return;
     }
-    const bool is_move = word.find_first_of("12345678O0") != std::string::npos;
     const char* const error = meant.size() > 1    ? "Ambiguous"
                               : meant.size() == 1 ? "The game is too long"
-                              : is_move           ? "Not legal here"
-                                                  : "Unknown (try help)";
+                              : word.find_first_of("12345678O0") < word.size()
+                                  ? "Not legal here"
+                                  : "Unknown (try help)";
     std::printf("%s: %s\n", error, word.c_str());
 }
 

@@ -4,21 +4,13 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <system_error>
 
 void FatalError(std::string_view message) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(message.size()), message.data());
     std::exit(EXIT_FAILURE);
-}
-
-std::filesystem::path PathOf(std::string_view name) {
-    return std::u8string(name.begin(), name.end());
-}
-
-std::string NameOf(const std::filesystem::path& path) {
-    const std::u8string name = path.u8string();
-    return {name.begin(), name.end()};
 }
 
 std::uint8_t IsPlainFile(const char* path) {

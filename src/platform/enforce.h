@@ -2,16 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <string>
 #include <string_view>
 
 // Writes the message and a line feed to standard error and ends the program with exit status 1.
 [[noreturn]] void FatalError(std::string_view message);
-
-// A name, which is UTF-8 on every system, as the standard library wants it, and back.
-std::filesystem::path PathOf(std::string_view name);
-std::string NameOf(const std::filesystem::path& path);
 
 // 1 if it is a file on a disk, and no pipe, folder or device.
 std::uint8_t IsPlainFile(const char* path);

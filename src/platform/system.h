@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <string_view>
@@ -62,6 +63,11 @@ void FlushOutput();
 
 // The folder that the running program lies in; empty when that cannot be told.
 std::string ProgramFolder();
+
+// A name as the standard library wants it, and back; bytes that are no UTF-8 are replaced where the
+// system knows none.
+std::filesystem::path PathOf(std::string_view name);
+std::string NameOf(const std::filesystem::path& path);
 
 // Opens a file, whose bytes are the same on every system: to be read, to be written from its start,
 // to be written where no file has that name yet, to be appended to. Null on failure, and when a log

@@ -59,8 +59,10 @@ Events PollFrontEnd(int timeout) {
 
 // From now on standard input has nothing more. A signal handler may do no more than this.
 void EndInput(int) {
+    const int error = errno;
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     dup2(nothing, STDIN_FILENO);
+    errno = error;
 }
 
 using SignalHandler = void (*)(int);
@@ -154,6 +156,10 @@ std::string ProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
 }
+
+std::filesystem::path PathOf(std::string_view name) { return name; }
+
+std::string NameOf(const std::filesystem::path& path) { return path.string(); }
 
 std::FILE* OpenFile(const char* name, FileUse use) {
     switch (use) {

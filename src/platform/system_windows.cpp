@@ -1,6 +1,8 @@
 #include "platform/system.h"
 
+#include <algorithm>
 #include <atomic>
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -46,7 +48,7 @@ bool IsConsole(HANDLE handle) {
 // True when the other end of a pipe of ours is known to be closed, whatever is left in the pipe.
 bool IsOtherEndClosed(HANDLE pipe) {
     constexpr auto PIPE_LOCAL_INFORMATION = static_cast<FILE_INFORMATION_CLASS>(24);
-    constexpr ULONG CLOSING = 4;
+    constexpr ULONG DISCONNECTED = 1, CLOSING = 4;
     struct {
         ULONG type, configuration, most_instances, instances;
         ULONG in_quota, readable, out_quota, writable, state, end;
@@ -54,10 +56,17 @@ bool IsOtherEndClosed(HANDLE pipe) {
     IO_STATUS_BLOCK status{};
     return NT_SUCCESS(NtQueryInformationFile(pipe, &status, &about, sizeof about,
                                              PIPE_LOCAL_INFORMATION)) &&
-           about.state == CLOSING;
+           (about.state == CLOSING || about.state == DISCONNECTED);
 }
 
-std::atomic<bool> is_input_over = false; // an interrupt has ended it
+// A call on a pipe failed because the other end has gone.
+bool IsGone(DWORD error) {
+    return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ||
+           error == ERROR_PIPE_NOT_CONNECTED;
+}
+
+bool is_ended_by_interrupts = false;     // standard input
+std::atomic<bool> is_input_over = false; // one has ended it
 
 BOOL WINAPI IgnoreInterrupt(DWORD event) {
     return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
@@ -69,6 +78,7 @@ BOOL WINAPI EndInput(DWORD event) {
 }
 
 std::atomic<bool> is_output_over = false; // nobody reads it any more
+std::atomic<bool> is_reading = false;     // somebody waits for input
 
 // Nothing else wakes who waits for input when nobody reads the output, and to look at both whenever
 // the search looks at its input would take twice the time.
@@ -77,7 +87,9 @@ DWORD WINAPI WatchOutput(void* reader) {
     for (;; Sleep(PERIOD)) {
         if (!IsOtherEndClosed(Output())) continue;
         is_output_over = true;
+        if (!is_reading) continue;
         CancelSynchronousIo(reader);
+        CancelIoEx(Input(), nullptr); // the same for overlapped pipes
     }
 }
 
@@ -87,6 +99,16 @@ void StartWatchingOutput() {
     is_watched = true;
     const HANDLE reader = OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId());
     CreateThread(nullptr, 0, WatchOutput, reader, 0, nullptr);
+}
+
+// The bytes that are left when standard input is a file.
+int RestOfFile() {
+    LARGE_INTEGER size, place;
+    if (GetFileType(Input()) != FILE_TYPE_DISK || !GetFileSizeEx(Input(), &size) ||
+        !SetFilePointerEx(Input(), {}, &place, FILE_CURRENT) || place.QuadPart >= size.QuadPart) {
+        return INPUT_UNKNOWN;
+    }
+    return static_cast<int>(std::min<LONGLONG>(size.QuadPart - place.QuadPart, INT_MAX));
 }
 
 // Large pages are for those who may lock pages in memory, and say so.
@@ -103,8 +125,13 @@ void AskForLargePages() {
 } // namespace
 
 void PrepareProcess(Interrupts interrupts) {
+    SetConsoleCtrlHandler(nullptr, FALSE); // what was inherited
     if (interrupts == Interrupts::IGNORED) SetConsoleCtrlHandler(IgnoreInterrupt, TRUE);
-    if (interrupts == Interrupts::END_OF_INPUT) SetConsoleCtrlHandler(EndInput, TRUE);
+    is_ended_by_interrupts = interrupts == Interrupts::END_OF_INPUT;
+    if (is_ended_by_interrupts) SetConsoleCtrlHandler(EndInput, TRUE);
+    DWORD mode = PIPE_READMODE_BYTE | PIPE_WAIT;
+    SetNamedPipeHandleState(Input(), &mode, nullptr, nullptr);
+    SetNamedPipeHandleState(Output(), &mode, nullptr, nullptr);
 }
 
 std::span<const char* const> CommandLineWords(int, const char* const*) {
@@ -152,12 +179,12 @@ int WaitingInput() {
     if (is_input_over || is_output_over) return INPUT_UNKNOWN;
     const bool is_known = PeekNamedPipe(Input(), nullptr, 0, nullptr, &count, nullptr) ||
                           GetNumberOfConsoleInputEvents(Input(), &count);
-    return is_known ? static_cast<int>(count) : INPUT_UNKNOWN;
+    return is_known ? static_cast<int>(count) : RestOfFile();
 }
 
 bool IsHungUp() {
-    const bool is_ended = GetFileType(Input()) == FILE_TYPE_PIPE &&
-                          !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr);
+    const bool is_ended =
+        !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr) && IsGone(GetLastError());
     return is_ended || IsOtherEndClosed(Input()) || IsOtherEndClosed(Output());
 }
 
@@ -167,13 +194,17 @@ std::size_t ReadInput(std::span<char> room) {
         DWORD got = 0;
         if (is_input_over) return 0;
         SetLastError(ERROR_SUCCESS);
-        if (!ReadFile(Input(), room.data(), static_cast<DWORD>(room.size()), &got, nullptr)) {
-            return 0;
-        }
-        if (got > 0) return got;
+        is_reading = true;
+        const BOOL is_read =
+            ReadFile(Input(), room.data(), static_cast<DWORD>(room.size()), &got, nullptr);
+        is_reading = false;
+        if (!is_read || got > 0) return got;
         // Nothing was written to a pipe, or a console was interrupted: neither is the end.
         const bool is_interrupted = GetLastError() == ERROR_OPERATION_ABORTED;
-        if (!is_interrupted && GetFileType(Input()) != FILE_TYPE_PIPE) return 0;
+        if (is_interrupted && is_ended_by_interrupts) return 0;
+        if (!is_interrupted && !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr)) {
+            return 0;
+        }
     }
 }
 
@@ -187,8 +218,7 @@ void WriteOutput(std::string_view bytes) {
         DWORD put = 0;
         const auto left = static_cast<DWORD>(text.size() - done);
         if (!WriteFile(Output(), text.data() + done, left, &put, nullptr)) {
-            const DWORD error = GetLastError();
-            if (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA) std::_Exit(EXIT_FAILURE);
+            if (IsGone(GetLastError())) std::_Exit(EXIT_FAILURE);
             return;
         }
         done += put;
@@ -207,6 +237,10 @@ std::string ProgramFolder() {
     name.resize(length);
     return Narrow(name.substr(0, name.find_last_of(L'\\')));
 }
+
+std::filesystem::path PathOf(std::string_view name) { return Wide(name); }
+
+std::string NameOf(const std::filesystem::path& path) { return Narrow(path.native()); }
 
 std::FILE* OpenFile(const char* name, FileUse use) {
     struct Way {

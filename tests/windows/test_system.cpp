@@ -112,8 +112,9 @@ TEST_F(System, ReadsFilesToTheirEnd) {
     const HANDLE file =
         CreateFileW(L"in", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     SetStdHandle(STD_INPUT_HANDLE, file);
-    EXPECT_EQ(WaitingInput(), INPUT_UNKNOWN);
+    EXPECT_EQ(WaitingInput(), 3);
     EXPECT_EQ(Read(), "go\n");
+    EXPECT_EQ(WaitingInput(), INPUT_UNKNOWN);
     EXPECT_EQ(Read(), "");
     CloseHandle(file);
     std::filesystem::remove("in");
@@ -152,6 +153,8 @@ TEST(Files, HaveTheSameBytesUnderAnyName) {
     EXPECT_TRUE(MoveIntoPlace(name, "old"));
     EXPECT_FALSE(FileExists(name));
     std::filesystem::remove("old");
+    EXPECT_FALSE(IsPlainFile("\xE4")) << "which is no UTF-8";
+    EXPECT_FALSE(FileExists("\xE4"));
     EXPECT_TRUE(FileExists("."));
     EXPECT_FALSE(IsPlainFile("."));
     EXPECT_EQ(ReadWhole("."), "");
