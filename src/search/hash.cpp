@@ -13,8 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 
-HashEntry* hash_table_1;
-HashEntry* hash_table_2;
+HashEntryPair* hash_tables_1_2;
 HashEntry* hash_table_q;
 std::uint32_t hash_table_size;
 std::uint32_t HASH_TABLE_MASK;
@@ -22,7 +21,6 @@ std::uint32_t HASH_TABLE_MASK;
 namespace {
 
 constexpr std::uint32_t MEGABYTE = 1 << 20;
-constexpr std::uint32_t ENTRY_SIZE = sizeof(HashEntry);
 constexpr std::uint32_t TABLES = 3;
 
 constexpr std::int32_t MATE_BOUND = MATE_EVAL_THRESHOLD + 1;
@@ -35,58 +33,74 @@ constexpr std::size_t TEXT_SIZE = 128;
 // and need not touch their memory.
 bool is_fresh = false;
 
-std::size_t TableBytes() { return std::size_t{hash_table_size} * ENTRY_SIZE; }
+// The fields of an entry's data. All are signed numbers.
+struct Field {
+    int shift;
+    int bits;
+};
+constexpr Field AGE = {0, 16};
+constexpr Field BOUND = {16, 3};
+constexpr Field MOVE_INDEX = {19, 11};
+constexpr Field DEPTH = {30, 12};
+constexpr Field SCORE = {42, 22};
 
-// A cleared slot must not match any position. Its key 0 can only be looked for in slot 0, so that
-// slot gets key 1, which can only be looked for in slot 1.
-void ClearTable(HashEntry* table) {
-    if (!is_fresh) std::memset(table, 0, TableBytes());
-    table[0].key = 1;
+constexpr std::int32_t Read(Field field, std::uint64_t data) {
+    const std::uint64_t at_top = data << (64 - field.bits - field.shift);
+    return static_cast<std::int32_t>(static_cast<std::int64_t>(at_top) >> (64 - field.bits));
 }
 
-void Fill(HashEntry& entry, std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
-          std::int32_t move_index) {
-    entry.key = key;
-    entry.score = score;
-    entry.depth = static_cast<std::uint16_t>(depth);
-    entry.bound = bound;
-    entry.move_index = static_cast<std::int16_t>(move_index);
+constexpr std::uint64_t Packed(Field field, std::int32_t value) {
+    const std::uint64_t at_top = static_cast<std::uint64_t>(value) << (64 - field.bits);
+    const std::uint64_t data = at_top >> (64 - field.bits - field.shift);
+    assert(Read(field, data) == value);
+    return data;
 }
+
+constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bound,
+                               std::int32_t move_index, std::int32_t age) {
+    return Packed(SCORE, score) | Packed(DEPTH, depth) | Packed(BOUND, bound) |
+           Packed(MOVE_INDEX, move_index) | Packed(AGE, age);
+}
+
+// A new game clears the tables. No slot may match a position then. Key 0 can only be looked for in
+// slot 0, so that slot gets key 1, which can only be looked for in slot 1.
+constexpr std::uint64_t UNUSED_KEY = 1;
+
+std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }
+std::size_t EntryBytes() { return std::size_t{hash_table_size} * sizeof(HashEntry); }
 
 // One table's part of a probe.
 std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t alpha,
                         std::int32_t beta, std::int32_t depth, std::int32_t& move_index) {
     if (entry.key != key) return UNKNOWN_EVAL;
-    const bool is_deep_enough = entry.depth >= depth;
-    switch (entry.bound) {
-    case BOUND_EXACT:
-        move_index = entry.move_index;
-        return is_deep_enough ? entry.score : UNKNOWN_EVAL;
-    case BOUND_LOWER:
-        move_index = entry.move_index;
-        return is_deep_enough && entry.score >= beta ? entry.score : UNKNOWN_EVAL;
-    case BOUND_UPPER: return is_deep_enough && entry.score <= alpha ? entry.score : UNKNOWN_EVAL;
-    default: return UNKNOWN_EVAL;
+    const std::int32_t bound = Read(BOUND, entry.data);
+    if (bound != BOUND_UPPER) move_index = Read(MOVE_INDEX, entry.data);
+    if (Read(DEPTH, entry.data) < depth) return UNKNOWN_EVAL;
+    const std::int32_t score = Read(SCORE, entry.data);
+    switch (bound) {
+    case BOUND_EXACT: return score;
+    case BOUND_LOWER: return score >= beta ? score : UNKNOWN_EVAL;
+    default: return score <= alpha ? score : UNKNOWN_EVAL;
     }
 }
 
 // A deeper entry stays for its own position, and for a few plies of the game for any.
 bool IsToKeep(const HashEntry& entry, std::uint64_t key, std::int32_t depth) {
-    return entry.depth > depth &&
-           (entry.key == key || std::abs(entry.age - game_state.ply_count) <= MAX_AGE_DIFFERENCE);
+    if (Read(DEPTH, entry.data) <= depth) return false;
+    return entry.key == key ||
+           std::abs(Read(AGE, entry.data) - game_state.ply_count) <= MAX_AGE_DIFFERENCE;
 }
 
 // False when there is no memory for one of them.
 bool AllocateTables(std::int32_t megabytes) {
     assert(megabytes >= MIN_HASH_SIZE && megabytes <= MAX_HASH_SIZE);
     const std::uint32_t bytes = static_cast<std::uint32_t>(megabytes) * MEGABYTE;
-    hash_table_size = std::bit_floor(bytes / (TABLES * ENTRY_SIZE));
+    hash_table_size = std::bit_floor(bytes / (TABLES * NOMINAL_ENTRY_SIZE));
     HASH_TABLE_MASK = hash_table_size - 1;
-    for (HashEntry** table : {&hash_table_1, &hash_table_2, &hash_table_q}) {
-        *table = static_cast<HashEntry*>(AllocateTable(TableBytes()));
-    }
+    hash_tables_1_2 = static_cast<HashEntryPair*>(AllocateTable(PairBytes()));
+    hash_table_q = static_cast<HashEntry*>(AllocateTable(EntryBytes()));
     is_fresh = true;
-    return hash_table_1 && hash_table_2 && hash_table_q;
+    return hash_tables_1_2 && hash_table_q;
 }
 
 } // namespace
@@ -95,9 +109,10 @@ void InitializeHashTable(std::int32_t megabytes) {
     const bool is_allocated = AllocateTables(megabytes);
     char size[TEXT_SIZE];
     char message[2 * TEXT_SIZE];
+    const std::uint32_t nominal_bytes = hash_table_size * NOMINAL_ENTRY_SIZE;
     std::snprintf(size, sizeof size, "%d MB total, %d MB with %d entries each",
-                  static_cast<int>((TableBytes() * TABLES) >> 20),
-                  static_cast<int>(TableBytes() >> 20), static_cast<int>(hash_table_size));
+                  static_cast<int>(nominal_bytes * TABLES / MEGABYTE),
+                  static_cast<int>(nominal_bytes / MEGABYTE), static_cast<int>(hash_table_size));
     if (!is_allocated) {
         std::snprintf(message, sizeof message, "Error (cannot create hash tables): %s", size);
         FatalError(message);
@@ -121,21 +136,25 @@ bool ResizeHashTable(std::int32_t megabytes) {
 
 std::int32_t HashFullness() {
     constexpr std::uint32_t SAMPLE = 1000; // no table is smaller
-    return static_cast<std::int32_t>(std::count_if(
-        hash_table_1, hash_table_1 + SAMPLE, [](const HashEntry& entry) { return entry.key > 1; }));
+    return static_cast<std::int32_t>(
+        std::count_if(hash_tables_1_2, hash_tables_1_2 + SAMPLE,
+                      [](const HashEntryPair& pair) { return pair.in_table_1.key > UNUSED_KEY; }));
 }
 
 void FinalizeHashTable() {
-    for (HashEntry** table : {&hash_table_1, &hash_table_2, &hash_table_q}) {
-        FreeTable(*table, TableBytes());
-        *table = nullptr;
-    }
+    FreeTable(hash_tables_1_2, PairBytes());
+    FreeTable(hash_table_q, EntryBytes());
+    hash_tables_1_2 = nullptr;
+    hash_table_q = nullptr;
 }
 
 void NewHashTable() {
-    ClearTable(hash_table_1);
-    ClearTable(hash_table_2);
-    ClearTable(hash_table_q);
+    if (!is_fresh) {
+        std::memset(hash_tables_1_2, 0, PairBytes());
+        std::memset(hash_table_q, 0, EntryBytes());
+    }
+    hash_tables_1_2->in_table_1.key = hash_tables_1_2->in_table_2.key = UNUSED_KEY;
+    hash_table_q->key = UNUSED_KEY;
     is_fresh = false;
 }
 
@@ -152,21 +171,20 @@ std::uint8_t ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth
 std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                             std::int32_t depth, std::int32_t& move_index) {
     move_index = NO_MOVE_INDEX;
-    const std::uint32_t slot = SlotOf(key);
-    const std::int32_t score = ProbeEntry(hash_table_2[slot], key, alpha, beta, depth, move_index);
+    const HashEntryPair& pair = hash_tables_1_2[SlotOf(key)];
+    const std::int32_t score = ProbeEntry(pair.in_table_2, key, alpha, beta, depth, move_index);
     if (score != UNKNOWN_EVAL) return score;
-    return ProbeEntry(hash_table_1[slot], key, alpha, beta, depth, move_index);
+    return ProbeEntry(pair.in_table_1, key, alpha, beta, depth, move_index);
 }
 
 void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
                     std::int32_t move_index) {
     if (!ConvertMateEvalToHashBound(score, &depth, bound)) return;
-    const std::uint32_t slot = SlotOf(key);
-    Fill(hash_table_1[slot], key, score, depth, bound, move_index);
-    HashEntry& kept = hash_table_2[slot];
-    if (IsToKeep(kept, key, depth)) return;
-    Fill(kept, key, score, depth, bound, move_index);
-    kept.age = static_cast<std::int16_t>(game_state.ply_count);
+    const std::int32_t age = static_cast<std::int16_t>(game_state.ply_count);
+    const HashEntry entry{key, Packed(score, depth, bound, move_index, age)};
+    HashEntryPair& pair = hash_tables_1_2[SlotOf(key)];
+    pair.in_table_1 = entry;
+    if (!IsToKeep(pair.in_table_2, key, depth)) pair.in_table_2 = entry;
 }
 
 std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
@@ -178,15 +196,14 @@ std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
                               std::int32_t move_index) {
     if (!ConvertMateEvalToHashBound(score, nullptr, bound)) return;
-    HashEntry& entry = hash_table_q[SlotOf(key)];
-    Fill(entry, key, score, entry.depth, bound, move_index);
+    hash_table_q[SlotOf(key)] = {key, Packed(score, 0, bound, move_index, 0)};
 }
 
 void ForceHashTable(std::uint64_t key, std::int32_t score) {
-    for (HashEntry* table : {hash_table_1, hash_table_2}) {
-        HashEntry& entry = table[SlotOf(key)];
-        if (entry.key != key) continue;
-        entry.bound = BOUND_EXACT;
-        entry.score = score;
+    HashEntryPair& pair = hash_tables_1_2[SlotOf(key)];
+    for (HashEntry* entry : {&pair.in_table_1, &pair.in_table_2}) {
+        if (entry->key != key) continue;
+        entry->data = Packed(score, Read(DEPTH, entry->data), BOUND_EXACT,
+                             Read(MOVE_INDEX, entry->data), Read(AGE, entry->data));
     }
 }

@@ -9,7 +9,7 @@
 // No score: the tables have none that is usable, or a try gave none.
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
-enum Bound : std::uint16_t {
+enum Bound : std::uint8_t {
     BOUND_UPPER = 0, // the true score is at most the stored one
     BOUND_EXACT = 1,
     BOUND_LOWER = 2 // the true score is at least the stored one
@@ -18,20 +18,23 @@ enum Bound : std::uint16_t {
 // A move index stands for a move by its place in the node's move list in generation order.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
+// What is known of one position. Its place in memory is smaller than the size by which the number
+// of entries is computed from a size in megabytes.
 struct HashEntry {
     std::uint64_t key;
-    std::int32_t score;  // centipawns from the side to move's point of view
-    std::uint16_t depth; // quarter-plies for which the score holds
-    std::uint16_t bound;
-    std::int16_t move_index;
-    std::int16_t age; // the game's ply at the store; in hash_table_2 only
+    std::uint64_t data; // score, depth, bound, move index and age, packed
 };
-static_assert(sizeof(HashEntry) == 24);
+inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
-extern HashEntry* hash_table_1; // of the full-width search: always replaced
-extern HashEntry* hash_table_2; // of the full-width search: deeper entries are kept for a while
-extern HashEntry* hash_table_q; // of the quiescence search: always replaced
-extern std::uint32_t hash_table_size; // entries in each table, a power of two
+// A key's entries in the two tables of the full-width search, side by side in one cache line.
+struct alignas(2 * sizeof(HashEntry)) HashEntryPair {
+    HashEntry in_table_2; // deeper entries are kept for a while
+    HashEntry in_table_1; // always replaced
+};
+
+extern HashEntryPair* hash_tables_1_2; // of the full-width search
+extern HashEntry* hash_table_q;        // of the quiescence search: always replaced
+extern std::uint32_t hash_table_size;  // entries in each table, a power of two
 extern std::uint32_t HASH_TABLE_MASK;
 
 // The slot of a key, the same in all tables.

@@ -11,23 +11,14 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 3;
 
-// Always inlined, because GCC drops calls of functions that only prefetch.
-[[gnu::always_inline]] inline void PrefetchEntry(const HashEntry* table, std::uint64_t key) {
-    const HashEntry& entry = table[SlotOf(key)];
-    __builtin_prefetch(&entry.key);
-    __builtin_prefetch(&entry.age); // some entries lie across two cache lines
-}
-
 // The slots of the position behind a move that will soon be made: in the quiescence table, which a
-// child at the horizon needs too, and with `IS_FULL` in the full-width tables.
+// child at the horizon needs too, and with `IS_FULL` in the full-width tables. Always inlined,
+// because GCC drops calls of functions that only prefetch.
 template <bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchChild(const Move& move) {
-    const std::uint64_t key = LikelyKeyAfter(move);
-    if (IS_FULL) {
-        PrefetchEntry(hash_table_2, key);
-        PrefetchEntry(hash_table_1, key);
-    }
-    PrefetchEntry(hash_table_q, key);
+    const std::uint32_t slot = SlotOf(LikelyKeyAfter(move));
+    if (IS_FULL) __builtin_prefetch(&hash_tables_1_2[slot]);
+    __builtin_prefetch(&hash_table_q[slot]);
 }
 
 // Before the first move of a list is made, and before each.
