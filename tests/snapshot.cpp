@@ -74,9 +74,9 @@ Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
         const int row = colour * 8 + type;
         now.by_type[row] |= BIT_RANK[square];
         now.all[0][colour] |= BIT_RANK[square];
-        now.all[1][colour] |= BIT_FILE[square];
-        now.all[2][colour] |= BIT_A1H8[square];
-        now.all[3][colour] |= BIT_A8H1[square];
+        now.all[1][colour] |= BITS[square].file;
+        now.all[2][colour] |= BITS[square].a1h8;
+        now.all[3][colour] |= BITS[square].a8h1;
         now.numbers[0][colour] += type != PAWN;
         now.numbers[1][colour] += type == KING ? 0 : PIECE_WEIGHT[type];
         now.numbers[2][colour] += PIECE_SQUARE_EVAL[row * 64 + square];
@@ -95,10 +95,10 @@ Snapshot TakeSnapshot() {
     std::memcpy(now.board, position, sizeof now.board);
     std::memcpy(now.by_type, pieces_by_type, sizeof now.by_type);
     for (const Colour colour : {WHITE, BLACK}) {
-        now.all[0][colour] = pieces_all_rank[colour];
-        now.all[1][colour] = pieces_all_file[colour];
-        now.all[2][colour] = pieces_all_a1h8[colour];
-        now.all[3][colour] = pieces_all_a8h1[colour];
+        now.all[0][colour] = pieces_all[colour].rank;
+        now.all[1][colour] = pieces_all[colour].file;
+        now.all[2][colour] = pieces_all[colour].a1h8;
+        now.all[3][colour] = pieces_all[colour].a8h1;
         now.numbers[0][colour] = pieces_on_board[colour];
         now.numbers[1][colour] = piece_weight_eval[colour];
         now.numbers[2][colour] = piece_square_eval[colour];

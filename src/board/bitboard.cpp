@@ -5,9 +5,7 @@
 #include <span>
 
 Bitboard BIT_RANK[SQUARES];
-Bitboard BIT_FILE[SQUARES];
-Bitboard BIT_A1H8[SQUARES];
-Bitboard BIT_A8H1[SQUARES];
+RotatedSet BITS[SQUARES];
 std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
 std::uint64_t DIAG_MASK_A1H8[SQUARES];
 std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
@@ -29,10 +27,7 @@ Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES];
 Bitboard PAWN_ISOLATED[SQUARES];
 Bitboard PAWN_DOUBLED[SQUARES];
 Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
-Bitboard NEW_PIECES_ALL_RANK[COLOURS];
-Bitboard NEW_PIECES_ALL_FILE[COLOURS];
-Bitboard NEW_PIECES_ALL_A1H8[COLOURS];
-Bitboard NEW_PIECES_ALL_A8H1[COLOURS];
+RotatedSet NEW_PIECES_ALL[COLOURS];
 
 namespace {
 
@@ -64,14 +59,14 @@ struct DiagonalSet {
 
 void FillPlainAndFileOrders() {
     for (int square = 0; square < SQUARES; ++square) {
-        BIT_RANK[square] = Bit(square);
-        BIT_FILE[square] = Bit(FileOf(square) * BOARD_SIDE + RankOf(square));
+        BIT_RANK[square] = BITS[square].rank = Bit(square);
+        BITS[square].file = Bit(FileOf(square) * BOARD_SIDE + RankOf(square));
     }
 }
 
 // Hands out the bits diagonal by diagonal: a1h8 from a1 to h8, each from its lowest rank upwards;
 // a8h1 from a8 to h1, each from its highest rank downwards.
-DiagonalSet FillDiagonalOrder(bool is_a1h8, Bitboard* bits) {
+DiagonalSet FillDiagonalOrder(bool is_a1h8) {
     DiagonalSet set{};
     int next_bit = 0;
     for (int diagonal = 0; diagonal < DIAGONALS; ++diagonal) {
@@ -82,7 +77,7 @@ DiagonalSet FillDiagonalOrder(bool is_a1h8, Bitboard* bits) {
             if (!IsOnBoard(file, rank)) continue;
             const int square = SquareOf(file, rank);
             set.squares[diagonal][set.length[diagonal]++] = square;
-            bits[square] = Bit(next_bit++);
+            (is_a1h8 ? BITS[square].a1h8 : BITS[square].a8h1) = Bit(next_bit++);
         }
     }
     return set;
@@ -93,10 +88,7 @@ void FillInitialBitboards() {
         const Piece piece = NEW_POSITION[square];
         if (piece == NO_PIECE) continue;
         const Colour colour = ColourOf(piece);
-        NEW_PIECES_ALL_RANK[colour] |= BIT_RANK[square];
-        NEW_PIECES_ALL_FILE[colour] |= BIT_FILE[square];
-        NEW_PIECES_ALL_A1H8[colour] |= BIT_A1H8[square];
-        NEW_PIECES_ALL_A8H1[colour] |= BIT_A8H1[square];
+        Toggle(NEW_PIECES_ALL[colour], BITS[square]);
         NEW_PIECES_BY_TYPE[PieceIndex(piece)] |= BIT_RANK[square];
     }
 }
@@ -233,8 +225,8 @@ const Piece NEW_POSITION[SQUARES] = {
 
 void InitializeBitBoard() {
     FillPlainAndFileOrders();
-    const DiagonalSet a1h8 = FillDiagonalOrder(true, BIT_A1H8);
-    const DiagonalSet a8h1 = FillDiagonalOrder(false, BIT_A8H1);
+    const DiagonalSet a1h8 = FillDiagonalOrder(true);
+    const DiagonalSet a8h1 = FillDiagonalOrder(false);
     FillInitialBitboards();
     FillLeaperAttacks();
     FillRankAndFileMoves();

@@ -4,10 +4,7 @@
 
 alignas(64) Piece position[SQUARES];
 alignas(64) Bitboard pieces_by_type[PIECE_INDICES];
-alignas(64) Bitboard pieces_all_rank[COLOURS];
-Bitboard pieces_all_file[COLOURS];
-Bitboard pieces_all_a1h8[COLOURS];
-Bitboard pieces_all_a8h1[COLOURS];
+alignas(64) RotatedSet pieces_all[COLOURS];
 Colour side_to_move;
 bool is_position_withheld = false;
 std::int32_t pieces_on_board[COLOURS];
@@ -29,10 +26,7 @@ void NewRepresentation() {
         position[square] = piece;
         if (piece != NO_PIECE) zobrist_key ^= PieceKey(ColourOf(piece), TypeOf(piece), square);
     }
-    std::ranges::copy(NEW_PIECES_ALL_RANK, pieces_all_rank);
-    std::ranges::copy(NEW_PIECES_ALL_FILE, pieces_all_file);
-    std::ranges::copy(NEW_PIECES_ALL_A1H8, pieces_all_a1h8);
-    std::ranges::copy(NEW_PIECES_ALL_A8H1, pieces_all_a8h1);
+    std::ranges::copy(NEW_PIECES_ALL, pieces_all);
     std::ranges::copy(NEW_PIECES_BY_TYPE, pieces_by_type);
     for (const std::uint64_t key : ZOBRIST_KEY_CASTLE) {
         zobrist_key ^= key;

@@ -19,10 +19,7 @@ extern bool is_position_withheld;
 
 extern Bitboard pieces_by_type[PIECE_INDICES];
 extern std::int32_t pieces_on_board[COLOURS]; // how many pieces other than pawns; no bitboard
-extern Bitboard pieces_all_rank[COLOURS];
-extern Bitboard pieces_all_file[COLOURS];
-extern Bitboard pieces_all_a1h8[COLOURS];
-extern Bitboard pieces_all_a8h1[COLOURS];
+extern RotatedSet pieces_all[COLOURS];
 
 // Sums in centipawns over a colour's pieces except the king.
 extern std::int32_t piece_weight_eval[COLOURS];
@@ -40,31 +37,15 @@ extern std::int32_t zobrist_ply_number;
 extern std::uint64_t zobrist_keys[KEY_HISTORY_SIZE];
 extern std::uint64_t zobrist_xors[KEY_HISTORY_SIZE];
 
-inline Bitboard PiecesOf(Colour colour, PieceType type) {
+inline Bitboard PiecesOf(Colour colour, int type) {
     return pieces_by_type[PieceIndex(colour, type)];
 }
 
 inline int KingSquare(Colour colour) { return FirstBitNumber(PiecesOf(colour, KING)); }
 
-// Flips a square in the colour's sets of all its pieces.
-inline void ToggleSquare(Colour colour, int square) {
-    pieces_all_rank[colour] ^= BIT_RANK[square];
-    pieces_all_file[colour] ^= BIT_FILE[square];
-    pieces_all_a1h8[colour] ^= BIT_A1H8[square];
-    pieces_all_a8h1[colour] ^= BIT_A8H1[square];
-}
-
-// The same for the two squares of a piece that moves from one to the other.
-inline void ToggleSquares(Colour colour, int from, int to) {
-    pieces_all_rank[colour] ^= BIT_RANK[from] ^ BIT_RANK[to];
-    pieces_all_file[colour] ^= BIT_FILE[from] ^ BIT_FILE[to];
-    pieces_all_a1h8[colour] ^= BIT_A1H8[from] ^ BIT_A1H8[to];
-    pieces_all_a8h1[colour] ^= BIT_A8H1[from] ^ BIT_A8H1[to];
-}
-
 // Flips one piece in the bitboards and in nothing else.
-inline void TogglePieceOnBitBoard(Colour colour, PieceType type, int square) {
-    ToggleSquare(colour, square);
+inline void TogglePieceOnBitBoard(Colour colour, int type, int square) {
+    Toggle(pieces_all[colour], BITS[square]);
     pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
 }
 

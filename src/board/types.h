@@ -38,8 +38,13 @@ constexpr bool IsMoved(Piece piece) { return (piece & MOVED_FLAG) != 0; }
 
 // The row of a piece in the tables that have one for each kind: 0 to 15.
 inline constexpr int PIECE_INDICES = COLOURS * PIECE_TYPES;
-constexpr int PieceIndex(Colour colour, PieceType type) { return colour * PIECE_TYPES + type; }
+constexpr int PieceIndex(Colour colour, int type) { return colour * PIECE_TYPES + type; }
 constexpr int PieceIndex(Piece piece) { return PieceIndex(ColourOf(piece), TypeOf(piece)); }
+
+// The place of a piece on a square in the tables that have one for each kind and square.
+constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
+    return static_cast<std::uint32_t>(PieceIndex(colour, type) * 64 + square);
+}
 
 // Squares run from a1 = 0 along the ranks to h8 = 63.
 inline constexpr int SQUARES = 64;

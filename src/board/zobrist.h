@@ -14,8 +14,8 @@ enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
 constexpr int CastleIndex(Colour colour, CastleSide side) { return colour * 2 + side; }
 
 // The key of a piece on a square; the moved flag plays no part in it.
-inline std::uint64_t PieceKey(Colour colour, PieceType type, int square) {
-    return ZOBRIST_KEY_GLOBAL[PieceIndex(colour, type) * SQUARES + square];
+inline std::uint64_t PieceKey(Colour colour, int type, int square) {
+    return ZOBRIST_KEY_GLOBAL[PieceSquareIndex(colour, type, square)];
 }
 
 // Draws all keys. They are the same in every run, so nothing may draw a random number between the

@@ -17,8 +17,8 @@ extern std::int32_t PIECE_SQUARE_EVAL[PIECE_INDICES * SQUARES];
 // By (colour * GAME_PHASES + phase) * 64 + square.
 extern std::int32_t KING_PIECE_SQUARE_EVAL[COLOURS * GAME_PHASES * SQUARES];
 
-inline std::int32_t PieceSquareEval(Colour colour, PieceType type, int square) {
-    return PIECE_SQUARE_EVAL[PieceIndex(colour, type) * SQUARES + square];
+inline std::int32_t PieceSquareEval(Colour colour, int type, int square) {
+    return PIECE_SQUARE_EVAL[PieceSquareIndex(colour, type, square)];
 }
 
 inline std::int32_t KingPieceSquareEval(Colour colour, int phase, int square) {

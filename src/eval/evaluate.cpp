@@ -33,7 +33,7 @@ template <Colour US>
 std::int32_t KingSafety(int king) {
     constexpr Colour THEM = Opponent(US);
     const Bitboard own_pawns = PiecesOf(US, PAWN);
-    const Bitboard enemy_pieces = pieces_all_rank[THEM] & ~PiecesOf(THEM, PAWN);
+    const Bitboard enemy_pieces = pieces_all[THEM].rank & ~PiecesOf(THEM, PAWN);
     return SHELTER_NEAR * PopCount(own_pawns & SQUARES_BORDER[1][king]) +
            SHELTER_FAR * PopCount(own_pawns & SQUARES_BORDER[2][king]) +
            DANGER * PopCount(enemy_pieces & SQUARES_AROUND[2][king]);
@@ -48,16 +48,16 @@ std::int32_t PawnStructure() {
     std::int32_t score = 0;
     for (Bitboard pawns = own; pawns;) {
         const int square = PopFirstBit(pawns);
-        const bool is_open = enemy_has_rook && !(enemy & SQUARES_FRONT[US][square]);
+        const auto is_open = [&] { return enemy_has_rook && !(enemy & SQUARES_FRONT[US][square]); };
         if (!(enemy & PAWN_PASSED[US][square])) {
             score += own & ATTACKS_PAWN[THEM][square] ? PASSED_PROTECTED : PASSED;
         }
         if (own & PAWN_DOUBLED[square]) score += DOUBLED;
         if (!(own & PAWN_ISOLATED[square])) {
-            score += is_open ? ISOLATED_OPEN : ISOLATED;
+            score += is_open() ? ISOLATED_OPEN : ISOLATED;
         } else if (!(own & PAWN_BACKWARD_B[US][square]) && (own & PAWN_BACKWARD_F[US][square])) {
             score += BIT_RANK[square] & EDGE_FILES ? BACKWARD_EDGE : BACKWARD;
-            if (is_open) score += BACKWARD_OPEN;
+            if (is_open()) score += BACKWARD_OPEN;
         }
     }
     return score;
@@ -73,6 +73,11 @@ struct PawnEntry {
 constexpr int PAWN_SLOT_BITS = 11;
 PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 
+// Apart from the look-up, which is faster for it.
+[[gnu::noinline]] void Fill(PawnEntry& entry, Bitboard white, Bitboard black) {
+    entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
+}
+
 std::int32_t PawnScore() {
     const Bitboard white = PiecesOf(WHITE, PAWN) | (PiecesOf(WHITE, ROOK) != 0);
     const Bitboard black = PiecesOf(BLACK, PAWN) | (PiecesOf(BLACK, ROOK) != 0);
@@ -80,9 +85,7 @@ std::int32_t PawnScore() {
     constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;
     const std::uint64_t mixed = (white * FACTOR ^ black) * FACTOR;
     PawnEntry& entry = pawn_entries[mixed >> (64 - PAWN_SLOT_BITS)];
-    if (entry.white != white || entry.black != black) {
-        entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
-    }
+    if (entry.white != white || entry.black != black) Fill(entry, white, black);
     return entry.score;
 }
 
@@ -99,9 +102,17 @@ std::int32_t EvaluateColour(int phase) {
 
 } // namespace
 
-std::int32_t Evaluate() {
+template <Colour US>
+std::int32_t EvaluateFor() {
     const int phase = GamePhase();
-    const std::int32_t score =
-        EvaluateColour<WHITE>(phase) - EvaluateColour<BLACK>(phase) + PawnScore();
-    return side_to_move == WHITE ? score : -score;
+    const std::int32_t pawns = PawnScore();
+    return EvaluateColour<US>(phase) - EvaluateColour<Opponent(US)>(phase) +
+           (US == WHITE ? pawns : -pawns);
+}
+
+template std::int32_t EvaluateFor<WHITE>();
+template std::int32_t EvaluateFor<BLACK>();
+
+std::int32_t Evaluate() {
+    return side_to_move == WHITE ? EvaluateFor<WHITE>() : EvaluateFor<BLACK>();
 }

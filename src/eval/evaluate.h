@@ -1,7 +1,13 @@
 // Static evaluation.
 #pragma once
 
+#include "board/types.h"
+
 #include <cstdint>
 
-// The static score of the position in centipawns, positive when the side to move stands better.
+// The static score of the position in centipawns, positive when the colour stands better.
+template <Colour US>
+std::int32_t EvaluateFor();
+
+// The same for the side to move.
 std::int32_t Evaluate();

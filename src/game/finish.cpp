@@ -26,7 +26,7 @@ bool IsSameBoard(const Piece (&board)[SQUARES]) {
 }
 
 bool HasOnlyBishops(Colour colour) {
-    return pieces_all_rank[colour] == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
+    return pieces_all[colour].rank == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
 }
 
 constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;

@@ -7,8 +7,8 @@
 
 namespace {
 
-// Victims in the order in which their captures are generated.
-constexpr PieceType PIECES_TO_CAPTURE[] = {KING, QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
+// Victims in the order in which their captures are generated, but for the king, which comes before.
+constexpr PieceType PIECES_TO_CAPTURE[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
@@ -18,79 +18,80 @@ constexpr Bitboard FILE_H_SQUARES = 0x8080808080808080;
 
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
-// Writes moves one behind the other.
-struct MoveWriter {
-    Move* next;
-};
+// All that add moves get the place of the next one and return the place behind their last.
 
-Move& AddMove(MoveWriter& writer, int from, int to, Piece piece, Piece captured, Piece promoted) {
-    Move& move = *writer.next++;
-    move.from = from;
-    move.to = to;
-    move.piece = piece;
-    move.captured = captured;
-    move.promoted = promoted;
-    move.en_passant = 0;
-    move.castle = 0;
-    return move;
+Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece promoted) {
+    next->from = from;
+    next->to = to;
+    next->piece = piece;
+    next->captured = captured;
+    next->promoted = promoted;
+    next->en_passant = 0;
+    next->castle = 0;
+    return next + 1;
 }
 
-Move& AddPlain(MoveWriter& writer, int from, int to, Piece captured) {
+Move* AddPlain(Move* next, int from, int to, Piece captured) {
     const Piece piece = position[from];
-    return AddMove(writer, from, to, piece, captured, piece | MOVED_FLAG);
+    return AddMove(next, from, to, piece, captured, piece | MOVED_FLAG);
 }
 
-void AddPromotions(MoveWriter& writer, int from, int to, Piece captured) {
+Move* AddPromotions(Move* next, int from, int to, Piece captured) {
     const Piece piece = position[from];
     for (const PieceType type : PROMOTION_TYPES) {
-        AddMove(writer, from, to, piece, captured,
-                static_cast<Piece>((piece & COLOUR_BITS) | MOVED_FLAG | type));
+        next = AddMove(next, from, to, piece, captured,
+                       static_cast<Piece>((piece & COLOUR_BITS) | MOVED_FLAG | type));
     }
+    return next;
 }
 
-void AddCapturesBy(MoveWriter& writer, Bitboard attackers, int victim, Piece captured) {
+Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) {
     while (attackers) {
-        AddPlain(writer, PopFirstBit(attackers), victim, captured);
+        next = AddPlain(next, PopFirstBit(attackers), victim, captured);
     }
+    return next;
 }
 
+// Captures of the piece on the square, which is among the victims.
 template <Colour US>
-void AddCapturesOf(MoveWriter& writer, int victim) {
-    const Piece captured = position[victim];
-    Bitboard pawns = ATTACKS_PAWN[Opponent(US)][victim] & PiecesOf(US, PAWN);
-    if (pawns && IsOnBackRank(victim)) {
+Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
+    const Piece captured = position[square];
+    Bitboard pawns = ATTACKS_PAWN[Opponent(US)][square] & PiecesOf(US, PAWN);
+    if (pawns && IsOnBackRank(square)) {
         while (pawns) {
-            AddPromotions(writer, PopFirstBit(pawns), victim, captured);
+            next = AddPromotions(next, PopFirstBit(pawns), square, captured);
         }
     } else {
-        AddCapturesBy(writer, pawns, victim, captured);
+        next = AddCapturesBy(next, pawns, square, captured);
     }
-    AddCapturesBy(writer, ATTACKS_KNIGHT[victim] & PiecesOf(US, KNIGHT), victim, captured);
-    const Bitboard diagonal = BishopAttacks(victim);
-    const Bitboard straight = RookAttacks(victim);
-    AddCapturesBy(writer, diagonal & PiecesOf(US, BISHOP), victim, captured);
-    AddCapturesBy(writer, straight & PiecesOf(US, ROOK), victim, captured);
-    AddCapturesBy(writer, (diagonal | straight) & PiecesOf(US, QUEEN), victim, captured);
-    AddCapturesBy(writer, ATTACKS_KING[victim] & PiecesOf(US, KING), victim, captured);
+    next = AddCapturesBy(next, ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT), square, captured);
+    const Bitboard diagonal = victims.diagonal & BIT_RANK[square] ? BishopAttacks(square) : 0;
+    const Bitboard straight = victims.straight & BIT_RANK[square] ? RookAttacks(square) : 0;
+    next = AddCapturesBy(next, diagonal & PiecesOf(US, BISHOP), square, captured);
+    next = AddCapturesBy(next, straight & PiecesOf(US, ROOK), square, captured);
+    next = AddCapturesBy(next, (diagonal | straight) & PiecesOf(US, QUEEN), square, captured);
+    return AddCapturesBy(next, ATTACKS_KING[square] & PiecesOf(US, KING), square, captured);
 }
 
 template <Colour US>
-void AddEnPassant(MoveWriter& writer, const Move& last_move) {
-    if (TypeOf(last_move.promoted) != PAWN || !IsTwoRankMove(last_move)) return;
+Move* AddEnPassant(Move* next, const Move& last_move) {
+    if (TypeOf(last_move.promoted) != PAWN || !IsTwoRankMove(last_move)) return next;
     Bitboard pawns = ATTACKS_ENPASSANT[last_move.to] & PiecesOf(US, PAWN);
     while (pawns) {
         const int from = PopFirstBit(pawns);
         const Piece pawn = position[from];
-        Move& move = AddMove(writer, from, last_move.to + PAWN_STEP[US], pawn, NO_PIECE, pawn);
-        move.en_passant = 1;
-        move.en_passant_square = last_move.to;
-        move.en_passant_piece = position[last_move.to];
+        next->en_passant_square = last_move.to;
+        next->en_passant_piece = position[last_move.to];
+        next = AddMove(next, from, last_move.to + PAWN_STEP[US], pawn, NO_PIECE, pawn);
+        next[-1].en_passant = 1;
     }
+    return next;
 }
 
-// All squares that the colour's pieces attack.
+// The enemy pieces that the colour's pieces attack. To know them saves looking for the attackers of
+// the others, which are most.
 template <Colour US>
-Bitboard AttackedSquares() {
+Victims FindVictims() {
     const Bitboard pawns = PiecesOf(US, PAWN);
     const Bitboard left = pawns & ~FILE_A_SQUARES;
     const Bitboard right = pawns & ~FILE_H_SQUARES;
@@ -99,29 +100,16 @@ Bitboard AttackedSquares() {
     for (Bitboard knights = PiecesOf(US, KNIGHT); knights;) {
         attacked |= ATTACKS_KNIGHT[PopFirstBit(knights)];
     }
+    Bitboard diagonal = 0;
     for (Bitboard movers = PiecesOf(US, BISHOP) | PiecesOf(US, QUEEN); movers;) {
-        attacked |= BishopAttacks(PopFirstBit(movers));
+        diagonal |= BishopAttacks(PopFirstBit(movers));
     }
+    Bitboard straight = 0;
     for (Bitboard movers = PiecesOf(US, ROOK) | PiecesOf(US, QUEEN); movers;) {
-        attacked |= RookAttacks(PopFirstBit(movers));
+        straight |= RookAttacks(PopFirstBit(movers));
     }
-    return attacked;
-}
-
-template <Colour US>
-Move* WriteCaptures(Move* moves, const Move* last_move) {
-    MoveWriter writer{moves};
-    // Most victims are not attacked at all. To know which ones are saves looking for attackers.
-    const Bitboard attacked = AttackedSquares<US>();
-    for (const PieceType type : PIECES_TO_CAPTURE) {
-        Bitboard victims = PiecesOf(Opponent(US), type) & attacked;
-        while (victims) {
-            AddCapturesOf<US>(writer, PopFirstBit(victims));
-        }
-        if (type == KING && writer.next != moves) break;
-    }
-    if (last_move) AddEnPassant<US>(writer, *last_move);
-    return writer.next;
+    attacked |= diagonal | straight;
+    return {pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
 }
 
 // The king's and the rook's way by the side of castling, as steps from the king's home.
@@ -142,40 +130,43 @@ bool IsCastlingPossible(int king, const CastlingWay& way) {
 }
 
 template <Colour US>
-void AddCastling(MoveWriter& writer) {
+Move* AddCastling(Move* next) {
     constexpr int HOME = KING_HOME[US];
     const Piece king = position[HOME];
-    if (TypeOf(king) != KING || IsMoved(king)) return;
+    if (TypeOf(king) != KING || IsMoved(king)) return next;
     for (const CastlingWay& way : CASTLING_WAYS) {
         if (!IsCastlingPossible(HOME, way)) continue;
-        Move& move = AddPlain(writer, HOME, HOME + way.king_to, NO_PIECE);
-        move.castle = 1;
-        move.rook_from = HOME + way.rook_from;
-        move.rook_to = HOME + way.rook_to;
+        next->rook_from = HOME + way.rook_from;
+        next->rook_to = HOME + way.rook_to;
+        next = AddPlain(next, HOME, HOME + way.king_to, NO_PIECE);
+        next[-1].castle = 1;
     }
+    return next;
 }
 
 // Targets are walked so that forward moves come first for either side.
 template <Colour US>
-void AddQuiet(MoveWriter& writer, int from, Bitboard targets) {
+Move* AddQuiet(Move* next, int from, Bitboard targets) {
     while (targets) {
         const int to = US == WHITE ? LastBitNumber(targets) : FirstBitNumber(targets);
         targets ^= BIT_RANK[to];
-        AddPlain(writer, from, to, NO_PIECE);
+        next = AddPlain(next, from, to, NO_PIECE);
     }
+    return next;
 }
 
 template <Colour US, typename Attacks>
-void AddQuietBy(MoveWriter& writer, PieceType type, Bitboard empty, Attacks attacks) {
+Move* AddQuietBy(Move* next, PieceType type, Bitboard empty, Attacks attacks) {
     Bitboard movers = PiecesOf(US, type);
     while (movers) {
         const int from = PopFirstBit(movers);
-        AddQuiet<US>(writer, from, attacks(from) & empty);
+        next = AddQuiet<US>(next, from, attacks(from) & empty);
     }
+    return next;
 }
 
 template <Colour US>
-void AddPawnAdvances(MoveWriter& writer) {
+Move* AddPawnAdvances(Move* next) {
     Bitboard pawns = PiecesOf(US, PAWN);
     while (pawns) {
         const int from = PopFirstBit(pawns);
@@ -184,45 +175,105 @@ void AddPawnAdvances(MoveWriter& writer) {
             to += PAWN_STEP[US];
             if (position[to] != NO_PIECE) break;
             if (IsOnBackRank(to)) {
-                AddPromotions(writer, from, to, NO_PIECE);
+                next = AddPromotions(next, from, to, NO_PIECE);
             } else {
-                AddPlain(writer, from, to, NO_PIECE);
+                next = AddPlain(next, from, to, NO_PIECE);
             }
         }
     }
+    return next;
 }
 
+void EndListAt(MoveList& list, const Move* end) {
+    list.count = static_cast<std::int32_t>(end - list.moves);
+    assert(list.count <= MAX_MOVES);
+}
+
+// Those of the victims that are of the most valuable type; there is one that is no king.
 template <Colour US>
-Move* WriteNonCaptures(Move* moves) {
-    MoveWriter writer{moves};
-    const Bitboard empty = ~(pieces_all_rank[WHITE] | pieces_all_rank[BLACK]);
-    AddCastling<US>(writer);
-    AddQuietBy<US>(writer, KNIGHT, empty, [](int from) { return ATTACKS_KNIGHT[from]; });
-    AddQuietBy<US>(writer, BISHOP, empty, BishopAttacks);
-    AddQuietBy<US>(writer, ROOK, empty, RookAttacks);
-    AddQuietBy<US>(writer, QUEEN, empty, QueenAttacks);
-    AddQuietBy<US>(writer, KING, empty, [](int from) { return ATTACKS_KING[from]; });
-    AddPawnAdvances<US>(writer);
-    return writer.next;
+Bitboard MostValuable(Bitboard victims) {
+    const PieceType* type = PIECES_TO_CAPTURE;
+    while (!(PiecesOf(Opponent(US), *type) & victims)) {
+        ++type;
+    }
+    return PiecesOf(Opponent(US), *type) & victims;
 }
 
 } // namespace
 
+template <Colour US>
+Victims GenerateFirstCaptures(MoveList& list) {
+    assert(!is_position_withheld && side_to_move == US);
+    list.count = 0;
+    Victims victims = FindVictims<US>();
+    if (!victims.squares) return victims;
+    const Bitboard king = PiecesOf(Opponent(US), KING) & victims.squares;
+    const int square = FirstBitNumber(king ? king : MostValuable<US>(victims.squares));
+    EndListAt(list, AddCapturesOf<US>(list.moves, square, victims));
+    victims.squares = king ? 0 : victims.squares ^ BIT_RANK[square];
+    return victims;
+}
+
+template <Colour US>
+void GenerateOtherCaptures(MoveList& list, const Victims& victims, const Move* last_move) {
+    Move* next = list.moves + list.count;
+    Bitboard left = victims.squares;
+    for (const PieceType type : PIECES_TO_CAPTURE) {
+        if (!left) break;
+        Bitboard of_type = PiecesOf(Opponent(US), type) & left;
+        left ^= of_type;
+        while (of_type) {
+            next = AddCapturesOf<US>(next, PopFirstBit(of_type), victims);
+        }
+    }
+    if (last_move) next = AddEnPassant<US>(next, *last_move);
+    EndListAt(list, next);
+}
+
+template <Colour US>
+void GenerateCapturesOf(MoveList& list, const Move* last_move) {
+    const Victims others = GenerateFirstCaptures<US>(list);
+    GenerateOtherCaptures<US>(list, others, last_move);
+}
+
+template <Colour US>
+void GenerateNonCapturesOf(MoveList& list) {
+    assert(!is_position_withheld && side_to_move == US);
+    const Bitboard empty = ~(pieces_all[WHITE].rank | pieces_all[BLACK].rank);
+    Move* next = AddCastling<US>(list.moves + list.count);
+    next = AddQuietBy<US>(next, KNIGHT, empty, [](int from) { return ATTACKS_KNIGHT[from]; });
+    next = AddQuietBy<US>(next, BISHOP, empty, BishopAttacks);
+    next = AddQuietBy<US>(next, ROOK, empty, RookAttacks);
+    next = AddQuietBy<US>(next, QUEEN, empty, QueenAttacks);
+    next = AddQuietBy<US>(next, KING, empty, [](int from) { return ATTACKS_KING[from]; });
+    EndListAt(list, AddPawnAdvances<US>(next));
+}
+
+template Victims GenerateFirstCaptures<WHITE>(MoveList& list);
+template Victims GenerateFirstCaptures<BLACK>(MoveList& list);
+template void GenerateOtherCaptures<WHITE>(MoveList& list, const Victims& victims,
+                                           const Move* last_move);
+template void GenerateOtherCaptures<BLACK>(MoveList& list, const Victims& victims,
+                                           const Move* last_move);
+template void GenerateCapturesOf<WHITE>(MoveList& list, const Move* last_move);
+template void GenerateCapturesOf<BLACK>(MoveList& list, const Move* last_move);
+template void GenerateNonCapturesOf<WHITE>(MoveList& list);
+template void GenerateNonCapturesOf<BLACK>(MoveList& list);
+
 void GenerateCaptures(MoveList& list, const Move* last_move) {
-    assert(!is_position_withheld);
-    const Move* end = side_to_move == WHITE ? WriteCaptures<WHITE>(list.moves, last_move)
-                                            : WriteCaptures<BLACK>(list.moves, last_move);
-    list.count = static_cast<std::int32_t>(end - list.moves);
-    assert(list.count <= MAX_MOVES);
+    if (side_to_move == WHITE) {
+        GenerateCapturesOf<WHITE>(list, last_move);
+    } else {
+        GenerateCapturesOf<BLACK>(list, last_move);
+    }
 }
 
 void GenerateNonCaptures(MoveList& list) {
-    assert(!is_position_withheld);
-    Move* const start = list.moves + list.count;
-    const Move* end =
-        side_to_move == WHITE ? WriteNonCaptures<WHITE>(start) : WriteNonCaptures<BLACK>(start);
-    list.count = static_cast<std::int32_t>(end - list.moves);
-    assert(list.count <= MAX_MOVES);
+    if (side_to_move == WHITE) {
+        GenerateNonCapturesOf<WHITE>(list);
+    } else {
+        GenerateNonCapturesOf<BLACK>(list);
+    }
 }
 
 void GenerateAllMoves(MoveList& list, const Move* last_move) {

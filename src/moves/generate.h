@@ -18,7 +18,23 @@ void GenerateNonCaptures(MoveList& list);
 // Captures, and behind them the rest.
 void GenerateAllMoves(MoveList& list, const Move* last_move);
 
-// The list of captures takes the king: the move that led here was not legal.
-inline bool HasKingCapture(const MoveList& captures) {
-    return captures.count > 0 && TypeOf(captures.moves[0].captured) == KING;
-}
+// The same where the colour of the side to move is known.
+template <Colour US>
+void GenerateCapturesOf(MoveList& list, const Move* last_move);
+template <Colour US>
+void GenerateNonCapturesOf(MoveList& list);
+
+// Enemy pieces that can be captured, and the squares that bishops and queens attack along
+// diagonals, rooks and queens along ranks and files.
+struct Victims {
+    Bitboard squares;
+    Bitboard diagonal;
+    Bitboard straight;
+};
+
+// Captures in two steps, for a caller that can do something with the first moves: first all of one
+// victim, then those of the other victims, which the first step returns.
+template <Colour US>
+Victims GenerateFirstCaptures(MoveList& list);
+template <Colour US>
+void GenerateOtherCaptures(MoveList& list, const Victims& victims, const Move* last_move);

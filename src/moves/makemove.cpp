@@ -13,7 +13,7 @@ namespace {
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
 // The castling keys that the first move of a king or of a rook takes out of the key. An unmoved
-// rook stands in a corner. Call before `position` changes.
+// rook stands in a corner. Call before a castling rook moves.
 template <Colour US>
 std::uint64_t LostCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -34,15 +34,32 @@ std::uint64_t LostCastlingKeys(const Move& move) {
     return keys;
 }
 
+// The mover in its sets and in the sum, both ways: on `from` the piece, on `to` what it becomes.
+template <Colour US>
+[[gnu::always_inline]] inline void ToggleMover(int from, int to, int type, int promoted, int step) {
+    Toggle(pieces_all[US], BITS[from]);
+    Toggle(pieces_all[US], BITS[to]);
+    pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[from];
+    pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[to];
+    piece_square_eval[US] +=
+        step * (PieceSquareEval(US, promoted, to) - PieceSquareEval(US, type, from));
+}
+
 // Puts the captured piece back (step 1) or takes it off (step -1) everywhere but in `position`,
-// which is the caller's. Returns its key.
+// which is the caller's.
 template <Colour THEM>
-std::uint64_t ToggleVictim(PieceType type, int square, int step) {
+[[gnu::always_inline]] inline void ToggleVictim(int type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);
     piece_weight_eval[THEM] += step * PIECE_WEIGHT[type];
     piece_square_eval[THEM] += step * PieceSquareEval(THEM, type, square);
-    if (type != PAWN) pieces_on_board[THEM] += step;
-    return PieceKey(THEM, type, square);
+    pieces_on_board[THEM] += step * (type != PAWN);
+}
+
+// Counts the piece that a pawn becomes in its place (step 1), or the other way round (step -1).
+template <Colour US>
+void CountPromotion(int promoted, int step) {
+    pieces_on_board[US] += step;
+    piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
 // Moves the castling rook on or back; returns the change of the key.
@@ -56,12 +73,37 @@ std::uint64_t MoveCastlingRook(int from, int to) {
     return PieceKey(US, ROOK, from) ^ PieceKey(US, ROOK, to);
 }
 
-// The mover's sets, both ways: on `from` the piece, on `to` what it becomes.
+// Makes what only few moves do besides: castling and the loss of the right to it, en passant, the
+// right to it, promotion. Apart from the rest, which is faster for it.
 template <Colour US>
-void ToggleMover(const Move& move, PieceType type, PieceType promoted) {
-    ToggleSquares(US, move.from, move.to);
-    pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[move.from];
-    pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[move.to];
+[[gnu::noinline]] void MakeRest(const Move& move) {
+    constexpr Colour THEM = Opponent(US);
+    std::uint64_t& key = zobrist_keys[zobrist_ply_number];
+    if (!IsMoved(move.piece)) key ^= LostCastlingKeys<US>(move);
+    if (IsPromotion(move)) CountPromotion<US>(TypeOf(move.promoted), 1);
+    if (move.castle) {
+        key ^= MoveCastlingRook<US>(move.rook_from, move.rook_to);
+    } else if (move.en_passant) {
+        ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
+        key ^= PieceKey(THEM, PAWN, move.en_passant_square);
+        position[move.en_passant_square] = NO_PIECE;
+    } else if (IsTwoRankMove(move) && IsEnPassantEnablingMove(move)) {
+        zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
+        key ^= zobrist_xor;
+    }
+    zobrist_key = key;
+    zobrist_xors[zobrist_ply_number] = zobrist_xor;
+}
+
+template <Colour US>
+[[gnu::noinline]] void UnMakeRest(const Move& move) {
+    if (IsPromotion(move)) CountPromotion<US>(TypeOf(move.promoted), -1);
+    if (move.castle) {
+        MoveCastlingRook<US>(move.rook_to, move.rook_from);
+    } else if (move.en_passant) {
+        ToggleVictim<Opponent(US)>(PAWN, move.en_passant_square, 1);
+        position[move.en_passant_square] = static_cast<Piece>(move.en_passant_piece);
+    }
 }
 
 } // namespace
@@ -72,73 +114,49 @@ void MakeMoveOf(const Move& move) {
     assert(side_to_move == US && ColourOf(move.piece) == US && position[move.to] == move.captured);
     assert(zobrist_ply_number < MAX_PLY_NUMBER && !is_position_withheld);
     constexpr Colour THEM = Opponent(US);
-    const PieceType type = TypeOf(move.piece);
-    const PieceType promoted = TypeOf(move.promoted);
-    std::uint64_t key = zobrist_key;
+    const int from = move.from;
+    const int to = move.to;
+    const int type = TypeOf(move.piece);
+    const int promoted = TypeOf(move.promoted);
+    const int captured = TypeOf(move.captured);
 
-    ToggleMover<US>(move, type, promoted);
-    if (!IsMoved(move.piece)) key ^= LostCastlingKeys<US>(move);
-    position[move.from] = NO_PIECE;
-    position[move.to] = move.promoted;
-    key ^= zobrist_xor ^ PieceKey(US, type, move.from) ^ PieceKey(US, promoted, move.to);
-    zobrist_xor = 0;
-    piece_square_eval[US] +=
-        PieceSquareEval(US, promoted, move.to) - PieceSquareEval(US, type, move.from);
-    if (type != promoted) {
-        ++pieces_on_board[US];
-        piece_weight_eval[US] += PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN];
+    std::uint64_t key = zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH ^
+                        PieceKey(US, type, from) ^ PieceKey(US, promoted, to);
+    ToggleMover<US>(from, to, type, promoted, 1);
+    if (captured) {
+        ToggleVictim<THEM>(captured, to, -1);
+        key ^= PieceKey(THEM, captured, to);
     }
+    position[to] = move.promoted;
+    position[from] = NO_PIECE;
 
-    if (move.captured) {
-        key ^= ToggleVictim<THEM>(TypeOf(move.captured), move.to, -1);
-    } else if (move.castle) {
-        key ^= MoveCastlingRook<US>(move.rook_from, move.rook_to);
-    } else if (move.en_passant) {
-        key ^= ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
-        position[move.en_passant_square] = NO_PIECE;
-    } else if (type == PAWN && IsTwoRankMove(move) && IsEnPassantEnablingMove(move)) {
-        zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
-        key ^= zobrist_xor;
-    }
-
-    side_to_move = THEM;
-    zobrist_key = key ^ ZOBRIST_KEY_SIDE_SWITCH;
     ++zobrist_ply_number;
-    zobrist_keys[zobrist_ply_number] = zobrist_key;
-    zobrist_xors[zobrist_ply_number] = zobrist_xor;
+    zobrist_key = zobrist_keys[zobrist_ply_number] = key;
+    zobrist_xor = zobrist_xors[zobrist_ply_number] = 0;
+    if (!IsMoved(move.piece) || type != promoted || move.en_passant) MakeRest<US>(move);
+    side_to_move = THEM;
 }
 
 template <Colour US>
 void UnMakeMoveOf(const Move& move) {
     assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
     assert(side_to_move != US && ColourOf(move.piece) == US);
-    constexpr Colour THEM = Opponent(US);
-    const PieceType type = TypeOf(move.piece);
-    const PieceType promoted = TypeOf(move.promoted);
+    const int from = move.from;
+    const int to = move.to;
+    const int type = TypeOf(move.piece);
+    const int promoted = TypeOf(move.promoted);
+    const int captured = TypeOf(move.captured);
 
     side_to_move = US;
-    ToggleMover<US>(move, type, promoted);
-    position[move.from] = move.piece;
-    position[move.to] = move.captured;
-    piece_square_eval[US] +=
-        PieceSquareEval(US, type, move.from) - PieceSquareEval(US, promoted, move.to);
-    if (type != promoted) {
-        --pieces_on_board[US];
-        piece_weight_eval[US] += PIECE_WEIGHT[PAWN] - PIECE_WEIGHT[promoted];
-    }
-
-    if (move.captured) {
-        ToggleVictim<THEM>(TypeOf(move.captured), move.to, 1);
-    } else if (move.castle) {
-        MoveCastlingRook<US>(move.rook_to, move.rook_from);
-    } else if (move.en_passant) {
-        ToggleVictim<THEM>(PAWN, move.en_passant_square, 1);
-        position[move.en_passant_square] = static_cast<Piece>(move.en_passant_piece);
-    }
+    ToggleMover<US>(from, to, type, promoted, -1);
+    if (captured) ToggleVictim<Opponent(US)>(captured, to, 1);
+    position[from] = move.piece;
+    position[to] = move.captured;
 
     --zobrist_ply_number;
     zobrist_key = zobrist_keys[zobrist_ply_number];
     zobrist_xor = zobrist_xors[zobrist_ply_number];
+    if (type != promoted || move.castle || move.en_passant) UnMakeRest<US>(move);
 }
 
 template void MakeMoveOf<WHITE>(const Move& move);

@@ -30,10 +30,11 @@ void UnMakeNullMove();
 
 // The key that the position will most likely have after the move: castling and en passant are left
 // out of account. For prefetching only.
-inline std::uint64_t LikelyKeyAfter(const Move& move) {
+template <Colour US>
+std::uint64_t LikelyKeyAfter(const Move& move) {
     std::uint64_t key = zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH ^
-                        PieceKey(side_to_move, TypeOf(move.piece), move.from) ^
-                        PieceKey(side_to_move, TypeOf(move.promoted), move.to);
-    if (move.captured) key ^= PieceKey(Opponent(side_to_move), TypeOf(move.captured), move.to);
+                        PieceKey(US, TypeOf(move.piece), move.from) ^
+                        PieceKey(US, TypeOf(move.promoted), move.to);
+    if (move.captured) key ^= PieceKey(Opponent(US), TypeOf(move.captured), move.to);
     return key;
 }

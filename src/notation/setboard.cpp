@@ -22,10 +22,7 @@ void ClearPosition() {
     side_to_move = WHITE;
     std::ranges::fill(position, NO_PIECE);
     std::ranges::fill(pieces_on_board, 0);
-    std::ranges::fill(pieces_all_rank, 0);
-    std::ranges::fill(pieces_all_file, 0);
-    std::ranges::fill(pieces_all_a1h8, 0);
-    std::ranges::fill(pieces_all_a8h1, 0);
+    std::ranges::fill(pieces_all, RotatedSet{});
     std::ranges::fill(pieces_by_type, 0);
     zobrist_key = 0;
     zobrist_xor = 0;

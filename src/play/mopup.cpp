@@ -94,7 +94,7 @@ std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::i
 
 bool IsElementaryWin() {
     const Colour loser = Opponent(side_to_move);
-    return pieces_all_rank[loser] == PiecesOf(loser, KING) &&
+    return pieces_all[loser].rank == PiecesOf(loser, KING) &&
            (PiecesOf(side_to_move, QUEEN) | PiecesOf(side_to_move, ROOK));
 }
 

@@ -41,11 +41,15 @@ struct Node {
     const Move* last_move;
     PvLine* pv;
     std::uint8_t extended;
-    std::int32_t hash_index = NO_MOVE_INDEX; // the hash move's place in generation order
-    bool raised_alpha = false;               // some move has
+    std::int32_t hash_index;   // the hash move's place in generation order
+    bool raised_alpha = false; // some move has
     std::int32_t best = -MATE_EVAL;
     std::int32_t best_index = NO_MOVE_INDEX; // in generation order
 };
+
+template <Colour US>
+std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
+                    const Move* last_move, PvLine* pv, std::uint8_t extended);
 
 // The lines of the nodes on the search line, by ply.
 PvLine pv_lines[MAX_LINE_PLIES];
@@ -63,18 +67,20 @@ bool IsRepetition() {
 
 bool IsDraw() { return (!search_info.null_move && IsRepetition()) || IsInsufficientMaterial(); }
 
+template <Colour US>
 std::int32_t MaterialBalance() {
-    return piece_weight_eval[side_to_move] - piece_weight_eval[Opponent(side_to_move)];
+    return piece_weight_eval[US] - piece_weight_eval[Opponent(US)];
 }
 
 bool IsMateWindow(const Node& node) { return IsMateEval(node.alpha) || IsMateEval(node.beta); }
 
+template <Colour US>
 bool IsNullMoveAllowed(const Node& node) {
     return !search_info.null_move && !search_info.iid && !node.extended &&
            node.depth >= NULL_MOVE_MIN_DEPTH && node.ply >= PRUNING_MIN_PLY &&
-           !IsMateWindow(node) && MaterialBalance() >= node.beta - NULL_MOVE_MATERIAL_MARGIN &&
+           !IsMateWindow(node) && MaterialBalance<US>() >= node.beta - NULL_MOVE_MATERIAL_MARGIN &&
            pieces_on_board[WHITE] + pieces_on_board[BLACK] >= NULL_MOVE_MIN_PIECES &&
-           !HaveKingCaptures() && Evaluate() >= node.beta;
+           EvaluateFor<US>() >= node.beta;
 }
 
 // The null move takes a ply, and the search below it is shorter still by one, two or three plies.
@@ -84,22 +90,25 @@ std::int32_t NullMoveDepth(std::int32_t depth) {
 }
 
 // The side to move passes. Returns a score of at least beta, or UNKNOWN_EVAL.
+template <Colour US>
 std::int32_t SearchNullMove(const Node& node) {
     const ScopedMark below_null_move(search_info.null_move);
     std::int32_t score = -MATE_EVAL;
     MakeNullMove();
-    if (!HaveKingCaptures()) {
-        score = -FullSearch(-node.beta, 1 - node.beta, NullMoveDepth(node.depth),
-                            node.ply + QUARTER_PLIES, nullptr, nullptr, 0);
+    if (!IsKingCapturableBy<Opponent(US)>()) {
+        score = -Search<Opponent(US)>(-node.beta, 1 - node.beta, NullMoveDepth(node.depth),
+                                      node.ply + QUARTER_PLIES, nullptr, nullptr, 0);
     }
     UnMakeNullMove();
     return score >= node.beta && !IsMateEval(score) ? score : UNKNOWN_EVAL;
 }
 
+template <Colour US>
 bool IsFutilityAllowed(const Node& node) {
     return !search_info.null_move && !node.extended && node.depth <= FUTILITY_MAX_DEPTH &&
-           node.ply >= PRUNING_MIN_PLY && !IsMateWindow(node) && MaterialBalance() >= node.beta &&
-           !IsCaptureMove(*node.last_move) && !HaveKingCaptures() && !IsCheck();
+           node.ply >= PRUNING_MIN_PLY && !IsMateWindow(node) &&
+           MaterialBalance<US>() >= node.beta && !IsCaptureMove(*node.last_move) &&
+           !IsKingCapturableBy<Opponent(US)>();
 }
 
 // Centipawns above beta: enough to be believed at once, and enough to be searched less deep.
@@ -116,22 +125,24 @@ FutilityMargins MarginsAt(std::int32_t depth) {
 
 // A position far above beta is not searched, or less deep. Returns the score that ends the node, or
 // UNKNOWN_EVAL, and may have lowered the depth then.
+template <Colour US>
 std::int32_t TestFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
-    const std::int32_t score = Evaluate();
+    const std::int32_t score = EvaluateFor<US>();
     if (score - margins.cut >= node.beta) return score;
     if (score - margins.reduce < node.beta) return UNKNOWN_EVAL;
     node.depth -= QUARTER_PLIES;
     if (node.depth > HORIZON_MAX_DEPTH) return UNKNOWN_EVAL;
-    return QuiescenceSearch(node.alpha, node.beta, node.ply, node.last_move);
+    return QuiescenceSearch<US>(node.alpha, node.beta, node.ply, node.last_move);
 }
 
 // Internal iterative deepening: a shallower search finds the move to begin with.
+template <Colour US>
 void FindHashMove(Node& node) {
     const std::int32_t depth = node.depth > 31 ? node.depth - 12 : node.depth - 8;
     const ScopedMark deepening(search_info.iid);
     const std::int32_t score =
-        FullSearch(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
+        Search<US>(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
     if (score > node.alpha) {
         ProbeHashTable(zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
     }
@@ -146,23 +157,25 @@ bool IsEqualTrade(const Move* last_move) {
 
 // The depth below a move that has been made. It is one ply less; but a check, a recapture and a
 // pawn close to its promotion extend the line by that ply.
+template <Colour US>
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
-    const bool is_extended =
-        IsCheck() || (is_recapturing && move.to == node.last_move->to) || IsPawnToSeventhMove(move);
+    const bool is_extended = (is_recapturing && move.to == node.last_move->to) ||
+                             IsPawnToSeventhMove(move) || IsKingCapturableBy<US>();
     return is_extended ? node.depth : node.depth - QUARTER_PLIES;
 }
 
 // Principal-variation search: until a move has raised alpha, moves are searched with the full
 // window. From then on only those are that beat alpha in a zero window.
+template <Colour US>
 std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, PvLine* child_pv) {
     const std::int32_t ply = node.ply + QUARTER_PLIES;
     const std::uint8_t extended = depth == node.depth;
     if (node.raised_alpha) {
-        const std::int32_t score =
-            -FullSearch(-node.alpha - 1, -node.alpha, depth, ply, &move, nullptr, extended);
+        const std::int32_t score = -Search<Opponent(US)>(-node.alpha - 1, -node.alpha, depth, ply,
+                                                         &move, nullptr, extended);
         if (score <= node.alpha) return score;
     }
-    return -FullSearch(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
+    return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
 // The index of a searched move in generation order. The hash move and the first one have changed
@@ -175,18 +188,20 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
 
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
-// Searches a batch of moves; their indices in generation order begin at `base`.
-LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
+// Searches a batch of moves; their indices in generation order begin at `base`. `asked` tells how
+// many of them have been prefetched.
+template <Colour US>
+LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base, std::int32_t asked) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
     PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
-    PrefetchFirstChildren<true>(list);
+    PrefetchFirstChildren<US, true>(list, asked);
     for (std::int32_t i = 0; i < list.count; ++i) {
-        PrefetchChildAhead<true>(list, i);
+        PrefetchChildAhead<US, true>(list, i);
         const Move& move = list.moves[i];
-        MakeMove(move);
-        const std::int32_t depth = ChildDepth(node, move, is_recapturing);
-        const std::int32_t score = SearchMove(node, move, depth, child_pv);
-        UnMakeMove(move);
+        MakeMoveOf<US>(move);
+        const std::int32_t depth = ChildDepth<US>(node, move, is_recapturing);
+        const std::int32_t score = SearchMove<US>(node, move, depth, child_pv);
+        UnMakeMoveOf<US>(move);
         if (search_info.stop) return LoopEnd::STOPPED;
         if (score > node.alpha) {
             node.raised_alpha = true;
@@ -222,36 +237,55 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
 
 // Generates, orders and searches the node's moves: the hash move first, else as generated, the
 // non-captures only when the captures have not cut.
+template <Colour US>
 std::int32_t SearchNode(Node& node) {
     MoveList list;
-    GenerateCaptures(list, node.last_move);
-    if (HasKingCapture(list)) return MATE_EVAL - node.ply;
+    GenerateCapturesAhead<US, true>(list, node.last_move);
 
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
-        FindHashMove(node);
+        FindHashMove<US>(node);
         if (search_info.stop) return STOPPED_EVAL;
     }
 
+    const bool has_capture = list.count > 0;
     const bool has_all_moves = node.hash_index >= list.count;
-    if (has_all_moves) GenerateNonCaptures(list);
-    PutHashMoveFirst(list, node.hash_index);
+    if (has_all_moves) GenerateNonCapturesOf<US>(list);
+    const bool is_first_asked = !PutHashMoveFirst(list, node.hash_index) && has_capture;
 
-    LoopEnd end = SearchMoves(node, list, 0);
+    LoopEnd end = SearchMoves<US>(node, list, 0, is_first_asked);
     if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
         const std::int32_t base = list.count;
         list.count = 0;
-        GenerateNonCaptures(list);
-        end = SearchMoves(node, list, base);
+        GenerateNonCapturesOf<US>(list);
+        end = SearchMoves<US>(node, list, base, 0);
     }
     if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
-} // namespace
+// A node that the tables do not answer and that lies above the horizon: the forward pruning, then
+// the moves.
+template <Colour US>
+std::int32_t SearchInterior(Node& node) {
+    // The move that led here was not legal. It loses.
+    if (IsKingCapturableBy<US>()) return MATE_EVAL - node.ply;
+    if (IsNullMoveAllowed<US>(node)) {
+        const std::int32_t score = SearchNullMove<US>(node);
+        if (search_info.stop) return STOPPED_EVAL;
+        if (score != UNKNOWN_EVAL) return score;
+    }
+    if (IsFutilityAllowed<US>(node)) {
+        const std::int32_t score = TestFutility<US>(node);
+        if (score != UNKNOWN_EVAL) return score;
+    }
+    return SearchNode<US>(node);
+}
 
-std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
-                        const Move* last_move, PvLine* pv, std::uint8_t extended) {
+template <Colour US>
+std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
+                    const Move* last_move, PvLine* pv, std::uint8_t extended) {
+    assert(side_to_move == US);
     assert(alpha < beta);
     assert(ply >= QUARTER_PLIES && ply / QUARTER_PLIES + 1 < MAX_LINE_PLIES);
     assert(last_move || search_info.null_move);
@@ -261,27 +295,27 @@ std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t dept
 
     if (IsDraw()) return DRAW_EVAL;
 
+    std::int32_t hash_index = NO_MOVE_INDEX;
+    const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, hash_index);
+    if (known != UNKNOWN_EVAL) return known;
+    if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
+        return QuiescenceSearch<US>(alpha, beta, ply, last_move);
+    }
     Node node{.alpha = alpha,
               .beta = beta,
               .depth = depth,
               .ply = ply,
               .last_move = last_move,
               .pv = pv,
-              .extended = extended};
-    const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, node.hash_index);
-    if (known != UNKNOWN_EVAL) return known;
-    if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
-        return QuiescenceSearch(alpha, beta, ply, last_move);
-    }
+              .extended = extended,
+              .hash_index = hash_index};
+    return SearchInterior<US>(node);
+}
 
-    if (IsNullMoveAllowed(node)) {
-        const std::int32_t score = SearchNullMove(node);
-        if (search_info.stop) return STOPPED_EVAL;
-        if (score != UNKNOWN_EVAL) return score;
-    }
-    if (IsFutilityAllowed(node)) {
-        const std::int32_t score = TestFutility(node);
-        if (score != UNKNOWN_EVAL) return score;
-    }
-    return SearchNode(node);
+} // namespace
+
+std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
+                        const Move* last_move, PvLine* pv, std::uint8_t extended) {
+    return side_to_move == WHITE ? Search<WHITE>(alpha, beta, depth, ply, last_move, pv, extended)
+                                 : Search<BLACK>(alpha, beta, depth, ply, last_move, pv, extended);
 }

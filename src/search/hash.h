@@ -74,9 +74,11 @@ void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound
                               std::int32_t move_index);
 
 // Exchanges the move of that index with the first; an index that is none of the list's, which a
-// collision of keys can give, changes nothing.
-inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
-    if (0 < index && index < list.count) std::swap(list.moves[0], list.moves[index]);
+// collision of keys can give, changes nothing. True when there is another first move now.
+inline bool PutHashMoveFirst(MoveList& list, std::int32_t index) {
+    if (index <= 0 || index >= list.count) return false;
+    std::swap(list.moves[0], list.moves[index]);
+    return true;
 }
 
 // Makes the score exact in the full-width entries of the key, where there are any.

@@ -4,6 +4,7 @@
 #include "eval/evaluate.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
+#include "moves/attacks.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
 #include "search/hash.h"
@@ -13,8 +14,52 @@
 #include <algorithm>
 #include <cassert>
 
+namespace {
+
+// A node behind its stand-pat score, which is the best so far and lies below beta.
+template <Colour US>
+std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
+                            const Move* last_move, std::int32_t hash_index, std::int32_t best) {
+    // The move that led here was not legal. It loses.
+    if (IsKingCapturableBy<US>()) return MATE_EVAL - ply;
+    MoveList list;
+    GenerateCapturesAhead<US, false>(list, last_move);
+    const bool is_first_asked = !PutHashMoveFirst(list, hash_index);
+
+    std::int32_t best_index = NO_MOVE_INDEX;
+    Bound bound = best > alpha ? BOUND_EXACT : BOUND_UPPER;
+    alpha = std::max(alpha, best);
+    PrefetchFirstChildren<US, false>(list, is_first_asked);
+    for (std::int32_t i = 0; i < list.count; ++i) {
+        PrefetchChildAhead<US, false>(list, i);
+        const Move& move = list.moves[i];
+        MakeMoveOf<US>(move);
+        const std::int32_t score =
+            -QuiescenceSearch<Opponent(US)>(-beta, -alpha, ply + QUARTER_PLIES, &move);
+        UnMakeMoveOf<US>(move);
+        if (search_info.stop) return STOPPED_EVAL;
+        if (score <= best) continue;
+        best = score;
+        best_index = i;
+        if (best <= alpha) continue;
+        alpha = best;
+        bound = BOUND_EXACT;
+        if (alpha >= beta) {
+            bound = BOUND_LOWER;
+            break;
+        }
+    }
+    // On purpose the place as searched, as in the full-width search.
+    StoreQuiescenceHashTable(zobrist_key, best, bound, best_index);
+    return best;
+}
+
+} // namespace
+
+template <Colour US>
 std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
                               const Move* last_move) {
+    assert(side_to_move == US);
     assert(alpha < beta);
     assert(ply > 0);
     if (--search_info.node_counter < search_info.overdue && MustStop()) return STOPPED_EVAL;
@@ -24,45 +69,15 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     const std::int32_t known = ProbeQuiescenceHashTable(zobrist_key, alpha, beta, hash_index);
     if (known != UNKNOWN_EVAL) return known;
 
-    std::int32_t best = Evaluate();
-    std::int32_t best_index = NO_MOVE_INDEX;
-    Bound bound = BOUND_UPPER;
-    if (best > alpha) {
-        alpha = best;
-        bound = BOUND_EXACT;
+    const std::int32_t stand_pat = EvaluateFor<US>();
+    if (stand_pat >= beta) {
+        StoreQuiescenceHashTable(zobrist_key, stand_pat, BOUND_LOWER, NO_MOVE_INDEX);
+        return stand_pat;
     }
-    if (alpha >= beta) {
-        StoreQuiescenceHashTable(zobrist_key, alpha, BOUND_LOWER, NO_MOVE_INDEX);
-        return alpha;
-    }
-
-    MoveList list;
-    GenerateCaptures(list, last_move);
-    if (HasKingCapture(list)) return MATE_EVAL - ply;
-    PutHashMoveFirst(list, hash_index);
-
-    PrefetchFirstChildren<false>(list);
-    for (std::int32_t i = 0; i < list.count; ++i) {
-        PrefetchChildAhead<false>(list, i);
-        const Move& move = list.moves[i];
-        MakeMove(move);
-        const std::int32_t score = -QuiescenceSearch(-beta, -alpha, ply + QUARTER_PLIES, &move);
-        UnMakeMove(move);
-        if (search_info.stop) return STOPPED_EVAL;
-        if (score > best) {
-            best = score;
-            best_index = i;
-        }
-        if (best > alpha) {
-            alpha = best;
-            bound = BOUND_EXACT;
-        }
-        if (alpha >= beta) {
-            // On purpose the place as searched, here and below, as in the full-width search.
-            StoreQuiescenceHashTable(zobrist_key, alpha, BOUND_LOWER, best_index);
-            return alpha;
-        }
-    }
-    StoreQuiescenceHashTable(zobrist_key, best, bound, best_index);
-    return best;
+    return SearchCaptures<US>(alpha, beta, ply, last_move, hash_index, stand_pat);
 }
+
+template std::int32_t QuiescenceSearch<WHITE>(std::int32_t alpha, std::int32_t beta,
+                                              std::int32_t ply, const Move* last_move);
+template std::int32_t QuiescenceSearch<BLACK>(std::int32_t alpha, std::int32_t beta,
+                                              std::int32_t ply, const Move* last_move);
