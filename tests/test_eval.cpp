@@ -2,6 +2,7 @@
 #include "cases.h"
 #include "support.h"
 
+#include "board/position.h"
 #include "eval/evaluate.h"
 #include "play/newgame.h"
 
@@ -16,9 +17,11 @@ namespace {
 
 constexpr std::size_t RANK_STEP = 9; // from a rank of a placement to the next, without digits
 
+std::int32_t Score() { return side_to_move == WHITE ? Evaluate<WHITE>() : Evaluate<BLACK>(); }
+
 std::int32_t ScoreOf(const std::string& placement, const char* side) {
     EXPECT_TRUE(SetBoardFen(placement + " " + side + " - - 0 1")) << placement;
-    return Evaluate();
+    return Score();
 }
 
 // The placement with a digit 1 for every empty square.
@@ -78,7 +81,7 @@ TEST(Eval, IsTheSameForBothColoursAndWings) {
         const char piece = "PNBRQK"[i / 64 % 6];
         const std::string board = BoardWith(phase, piece, file, rank);
         if (std::ranges::count(board, 'K') != 1 || !SetBoardFen(board + " b - - 0 1")) continue;
-        const std::int32_t score = Evaluate();
+        const std::int32_t score = Score();
         ASSERT_EQ(ScoreOf(Turned(board), "w"), score) << board;
         // With many pieces left, the king stands a little better on c1 than on f1.
         if (piece == 'K' && phase == 0 && rank == 0 && (file == 2 || file == 5)) continue;

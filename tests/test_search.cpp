@@ -85,6 +85,21 @@ TEST_F(Hash, ForcedScoreIsOfOnePositionOnly) {
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (Probe{0, 7}));
 }
 
+// The widest values that a search stores, in each direction.
+TEST_F(Hash, KeepsExtremeValues) {
+    constexpr std::int32_t SCORE = 997'999, DEPTH = 2000, INDEX = 511, PLIES = 4095;
+    game_state.ply_count = PLIES;
+    StoreHashTable(KEY, SCORE, DEPTH, BOUND_LOWER, INDEX);
+    StoreHashTable(KEY + 1, -SCORE, 0, BOUND_UPPER, NO_MOVE_INDEX);
+    StoreHashTable(KEY + 2, -SCORE, 1, BOUND_EXACT, NO_MOVE_INDEX);
+    EXPECT_EQ(Ask(KEY, -1, SCORE, DEPTH), (Probe{SCORE, INDEX}));
+    EXPECT_EQ(Ask(KEY, -1, SCORE, DEPTH + 1), (Probe{UNKNOWN_EVAL, INDEX}));
+    EXPECT_EQ(Ask(KEY + 1, -SCORE, 0, 0), (Probe{-SCORE, -1}));
+    EXPECT_EQ(Ask(KEY + 2, 0, 1, 1), (Probe{-SCORE, -1}));
+    StoreHashTable(OTHER_KEY, 1, 8, BOUND_EXACT, 0); // the deeper entry is of this ply
+    EXPECT_EQ(Ask(KEY, -1, SCORE, DEPTH), (Probe{SCORE, INDEX}));
+}
+
 TEST_F(Hash, MateIsALowerBoundAtEveryDepth) {
     StoreHashTable(KEY, 999'990, 8, BOUND_EXACT, 1);
     EXPECT_EQ(Ask(KEY, 0, 998'000, 1999), (Probe{998'000, 1}));

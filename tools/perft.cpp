@@ -1,4 +1,7 @@
 // perft: counts positions, see measure/perft.h, or checks a file of known counts.
+//
+// The counts can be divided by the first moves, which shows where two programs differ. --leaves has
+// every leaf made and unmade.
 #include "measure/perft.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
@@ -10,8 +13,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -29,8 +32,8 @@ void Fail(Tally& tally, std::string_view what, std::string_view line) {
 }
 
 // One field "Dn count" of a line.
-void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
-                Tally& tally) {
+void CheckField(std::string_view field, std::int32_t max_depth, LastPly last_ply,
+                std::string_view fen, Tally& tally) {
     const std::string_view depth_word = NextWord(field);
     const std::string_view count_word = NextWord(field);
     std::int32_t depth = 0;
@@ -42,7 +45,7 @@ void CheckField(std::string_view field, std::int32_t max_depth, std::string_view
     }
     if (depth > max_depth) return;
     const std::uint64_t expected = std::strtoull(std::string(count_word).c_str(), nullptr, 10);
-    const std::uint64_t nodes = CountLeaves(depth, LastMove());
+    const std::uint64_t nodes = CountLeaves(depth, LastMove(), last_ply);
     if (nodes == expected) {
         ++tally.passed;
         return;
@@ -53,7 +56,7 @@ void CheckField(std::string_view field, std::int32_t max_depth, std::string_view
          fen);
 }
 
-void CheckLine(std::string_view line, std::int32_t max_depth, Tally& tally) {
+void CheckLine(std::string_view line, std::int32_t max_depth, LastPly last_ply, Tally& tally) {
     const std::string_view fen = line.substr(0, line.find(';'));
     if (!SetBoardFen(fen) || fen.size() == line.size()) {
         Fail(tally, "unreadable line", line);
@@ -63,12 +66,12 @@ void CheckLine(std::string_view line, std::int32_t max_depth, Tally& tally) {
     while (!fields.empty()) {
         fields.remove_prefix(1);
         const std::string_view field = fields.substr(0, fields.find(';'));
-        CheckField(field, max_depth, fen, tally);
+        CheckField(field, max_depth, last_ply, fen, tally);
         fields.remove_prefix(field.size());
     }
 }
 
-int CheckFile(const char* name, std::int32_t max_depth) {
+int CheckFile(const char* name, std::int32_t max_depth, LastPly last_ply) {
     std::ifstream file(name);
     if (!file) {
         std::fprintf(stderr, "perft: cannot read %s\n", name);
@@ -76,14 +79,16 @@ int CheckFile(const char* name, std::int32_t max_depth) {
     }
     Tally tally{0, 0};
     for (std::string line; std::getline(file, line);) {
-        if (!line.empty()) CheckLine(line, max_depth, tally);
+        if (!line.empty()) CheckLine(line, max_depth, last_ply, tally);
     }
     std::printf("%d passed, %d failed\n", tally.passed, tally.failed);
     return tally.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 int Refuse() {
-    std::fputs("usage: perft DEPTH [FEN]\n       perft --epd FILE MAXDEPTH\n", stderr);
+    std::fputs("usage: perft [--leaves] [--divide] DEPTH [FEN]\n"
+               "       perft [--leaves] --epd FILE MAXDEPTH\n",
+               stderr);
     return EXIT_FAILURE;
 }
 
@@ -91,21 +96,46 @@ bool ReadDepth(const char* text, std::int32_t& depth) {
     return ReadNumber(text, depth) && depth >= 0 && depth <= PERFT_MAX_DEPTH;
 }
 
-} // namespace
-
-int main(int argument_count, char** arguments) {
-    InitializeTables();
-    std::int32_t depth = 0;
-    if (argument_count == 4 && std::strcmp(arguments[1], "--epd") == 0) {
-        return ReadDepth(arguments[3], depth) ? CheckFile(arguments[2], depth) : Refuse();
-    }
-    if (argument_count < 2 || argument_count > 3 || !ReadDepth(arguments[1], depth))
-        return Refuse();
-    const char* fen = argument_count == 3 ? arguments[2] : INITIAL_FEN;
+int Count(std::int32_t depth, const char* fen, bool is_divided, LastPly last_ply) {
     if (!SetBoardFen(fen)) {
         std::fprintf(stderr, "perft: illegal position: %s\n", fen);
         return EXIT_FAILURE;
     }
-    Divide(depth);
+    if (is_divided) {
+        Divide(depth, last_ply);
+    } else {
+        std::printf("nodes %" PRIu64 "\n", CountLeaves(depth, LastMove(), last_ply));
+    }
     return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argument_count, char** arguments) {
+    InitializeTables();
+    const std::span<char*> all(arguments, static_cast<std::size_t>(argument_count));
+    std::span<char*> words = all.subspan(1);
+    LastPly last_ply = LastPly::LISTED;
+    bool is_divided = false;
+    bool is_file = false;
+    for (; !words.empty() && std::string_view(words[0]).starts_with("--");
+         words = words.subspan(1)) {
+        const std::string_view option = words[0];
+        if (option == "--leaves") {
+            last_ply = LastPly::MADE;
+        } else if (option == "--divide") {
+            is_divided = true;
+        } else if (option == "--epd") {
+            is_file = true;
+        } else {
+            return Refuse();
+        }
+    }
+    std::int32_t depth = 0;
+    if (is_file) {
+        if (is_divided || words.size() != 2 || !ReadDepth(words[1], depth)) return Refuse();
+        return CheckFile(words[0], depth, last_ply);
+    }
+    if (words.empty() || words.size() > 2 || !ReadDepth(words[0], depth)) return Refuse();
+    return Count(depth, words.size() == 2 ? words[1] : INITIAL_FEN, is_divided, last_ply);
 }

@@ -41,11 +41,6 @@ inline constexpr int PIECE_INDICES = COLOURS * PIECE_TYPES;
 constexpr int PieceIndex(Colour colour, int type) { return colour * PIECE_TYPES + type; }
 constexpr int PieceIndex(Piece piece) { return PieceIndex(ColourOf(piece), TypeOf(piece)); }
 
-// The place of a piece on a square in the tables that have one for each kind and square.
-constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
-    return static_cast<std::uint32_t>(PieceIndex(colour, type) * 64 + square);
-}
-
 // Squares run from a1 = 0 along the ranks to h8 = 63.
 inline constexpr int SQUARES = 64;
 inline constexpr int BOARD_SIDE = 8;
@@ -65,6 +60,11 @@ constexpr int SquareOf(int file, int rank) { return rank * BOARD_SIDE + file; }
 constexpr bool IsSquare(int square) { return square >= 0 && square < SQUARES; }
 constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
+}
+
+// The place of a piece on a square in the tables that have one for each kind and square.
+constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
+    return static_cast<std::uint32_t>(PieceIndex(colour, type) * SQUARES + square);
 }
 
 // From a pawn to the square ahead of it.

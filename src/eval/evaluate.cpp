@@ -103,16 +103,12 @@ std::int32_t EvaluateColour(int phase) {
 } // namespace
 
 template <Colour US>
-std::int32_t EvaluateFor() {
+std::int32_t Evaluate() {
     const int phase = GamePhase();
     const std::int32_t pawns = PawnScore();
     return EvaluateColour<US>(phase) - EvaluateColour<Opponent(US)>(phase) +
            (US == WHITE ? pawns : -pawns);
 }
 
-template std::int32_t EvaluateFor<WHITE>();
-template std::int32_t EvaluateFor<BLACK>();
-
-std::int32_t Evaluate() {
-    return side_to_move == WHITE ? EvaluateFor<WHITE>() : EvaluateFor<BLACK>();
-}
+template std::int32_t Evaluate<WHITE>();
+template std::int32_t Evaluate<BLACK>();

@@ -7,7 +7,4 @@
 
 // The static score of the position in centipawns, positive when the colour stands better.
 template <Colour US>
-std::int32_t EvaluateFor();
-
-// The same for the side to move.
 std::int32_t Evaluate();

@@ -88,7 +88,17 @@ bool PlayTo(const Start& start) {
     return true;
 }
 
-// Searches one position from cleared tables and prints its line.
+std::uint64_t NodesPerSecond(const Total& total) {
+    return total.nodes * 1000 / std::max<std::uint64_t>(total.milliseconds, 1);
+}
+
+void PrintHead() {
+    std::printf("%5s %11s %8s %9s %8s  %-6s  %s\n", "depth", "nodes", "ms", "nodes/s", "score",
+                "move", "position");
+    FlushOutput();
+}
+
+// Searches one position from cleared tables and prints its row.
 bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     if (!PlayTo(start)) {
         std::fprintf(stderr, "bench: illegal: %s %s\n", start.fen, start.moves);
@@ -99,12 +109,13 @@ bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     const std::int32_t score =
         FindBestMove(&move, nullptr, LastMove(), {.depth = plies * QUARTER_PLIES, .clock = {}});
     if (search_info.stop) return false;
-    const std::uint64_t milliseconds = (SystemTime() - start_time) / TICKS_PER_MILLISECOND;
-    std::printf("%10" PRIu64 " nodes %6" PRIu64 " ms to depth %2d %8d %-6s %s\n", search_info.nodes,
-                milliseconds, analyze_info.depth, score, WrittenMove(move), start.fen);
+    const Total row{search_info.nodes, (SystemTime() - start_time) / TICKS_PER_MILLISECOND};
+    std::printf("%5d %11" PRIu64 " %8" PRIu64 " %9" PRIu64 " %8d  %-6s  %s\n", analyze_info.depth,
+                row.nodes, row.milliseconds, NodesPerSecond(row), score, WrittenMove(move),
+                start.fen);
     FlushOutput();
-    total.nodes += search_info.nodes;
-    total.milliseconds += milliseconds;
+    total.nodes += row.nodes;
+    total.milliseconds += row.milliseconds;
     return true;
 }
 
@@ -118,16 +129,16 @@ bool RunBench(std::int32_t plies) {
     engine_state.use_random = 0;
     search_host = {.must_stop = host.must_stop};
     Total total{0, 0};
+    PrintHead();
     const bool is_done = std::ranges::all_of(
         STARTS, [&](const Start& start) { return SearchPosition(start, plies, total); });
     engine_state = engine;
     search_host = host;
     NewGame();
     if (!is_done) return false;
-    const std::uint64_t time = total.milliseconds > 0 ? total.milliseconds : 1;
     std::printf("Nodes: %" PRIu64 "\n", total.nodes);
     std::printf("Time (ms): %" PRIu64 "\n", total.milliseconds);
-    std::printf("Nodes/second: %" PRIu64 "\n", total.nodes * 1000 / time);
+    std::printf("Nodes/second: %" PRIu64 "\n", NodesPerSecond(total));
     FlushOutput();
     return true;
 }

@@ -8,7 +8,7 @@ inline constexpr std::int32_t BENCH_DEFAULT_DEPTH = 7; // plies
 inline constexpr std::int32_t BENCH_MIN_DEPTH = 3;
 inline constexpr std::int32_t BENCH_MAX_DEPTH = 50;
 
-// Searches the positions, each from empty tables, and prints a line for each and the totals. The
+// Searches the positions, each from empty tables, and prints a row for each and the totals. The
 // game is a new one afterwards. False when a position cannot be set up, or the search's host stops
 // it.
 bool RunBench(std::int32_t plies);

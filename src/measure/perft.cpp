@@ -18,40 +18,53 @@ constexpr std::int32_t ASKING_DEPTH = 3; // plies; some thousand leaves
 
 bool is_stopped = false;
 
-template <Colour US>
+template <Colour US, LastPly LAST_PLY>
 std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     constexpr Colour THEM = Opponent(US);
     if (depth == 0) return 1;
-    MoveList list;
-    std::uint64_t nodes = 0;
-    GenerateAllMoves(list, last_move);
-    const Bitboard risky = RiskySquares<US>();
     if (depth == ASKING_DEPTH && must_stop_counting && must_stop_counting()) is_stopped = true;
     if (is_stopped) return 0;
+    MoveList list;
+    GenerateCapturesOf<US>(list, last_move);
+    GenerateNonCapturesOf<US>(list);
+    const Bitboard risky = RiskySquares<US>();
+    std::uint64_t nodes = 0;
     for (const Move& move : list) {
         const bool is_legal = !IsRiskyMove(move, risky);
+        if (LAST_PLY == LastPly::LISTED && depth == 1 && is_legal) {
+            ++nodes;
+            continue;
+        }
         MakeMoveOf<US>(move);
-        if (is_legal || !IsKingCapturableBy<THEM>()) nodes += CountLeavesOf<THEM>(depth - 1, &move);
+        if (is_legal || !IsKingCapturableBy<THEM>()) {
+            nodes += CountLeavesOf<THEM, LAST_PLY>(depth - 1, &move);
+        }
         UnMakeMoveOf<US>(move);
     }
     return nodes;
 }
 
-} // namespace
-
-std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move) {
-    return side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move)
-                                 : CountLeavesOf<BLACK>(depth, last_move);
+template <Colour US>
+std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move, LastPly last_ply) {
+    return last_ply == LastPly::LISTED ? CountLeavesOf<US, LastPly::LISTED>(depth, last_move)
+                                       : CountLeavesOf<US, LastPly::MADE>(depth, last_move);
 }
 
-void Divide(std::int32_t depth) {
+} // namespace
+
+std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move, LastPly last_ply) {
+    return side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move, last_ply)
+                                 : CountLeavesOf<BLACK>(depth, last_move, last_ply);
+}
+
+void Divide(std::int32_t depth, LastPly last_ply) {
     std::uint64_t nodes = depth == 0 ? 1 : 0;
     MoveList list;
     is_stopped = false;
     if (depth > 0) GenerateAllLegalMoves(list, LastMove());
     for (const Move& move : list) {
         MakeMove(move);
-        const std::uint64_t below = CountLeaves(depth - 1, &move);
+        const std::uint64_t below = CountLeaves(depth - 1, &move, last_ply);
         UnMakeMove(move);
         if (is_stopped) return;
         std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);

@@ -57,13 +57,19 @@ bool IsKingCapturableBy() {
 }
 
 // The squares from which a move of the colour can be illegal. In check that is every square. Else
-// it is the king's square and those on a line with it. From other squares only an en-passant
-// capture can be illegal, because it takes two pieces off a line at once.
+// it is the king's square, and the first ones with a piece on each of its lines where an enemy
+// slider stands: pieces there may be pinned. From other squares only an en-passant capture can be
+// illegal, because it takes two pieces off a line at once.
 template <Colour US>
 Bitboard RiskySquares() {
-    if (IsKingCapturableBy<Opponent(US)>()) return ~Bitboard{0};
+    constexpr Colour THEM = Opponent(US);
+    if (IsKingCapturableBy<THEM>()) return ~Bitboard{0};
     const int king = KingSquare(US);
-    return RookLines(king) | BishopLines(king) | BIT_RANK[king];
+    const Bitboard queens = PiecesOf(THEM, QUEEN);
+    Bitboard risky = BIT_RANK[king];
+    if ((PiecesOf(THEM, ROOK) | queens) & RookLines(king)) risky |= RookAttacks(king);
+    if ((PiecesOf(THEM, BISHOP) | queens) & BishopLines(king)) risky |= BishopAttacks(king);
+    return risky;
 }
 
 inline bool IsRiskyMove(const Move& move, Bitboard risky_squares) {

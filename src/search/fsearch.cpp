@@ -80,7 +80,7 @@ bool IsNullMoveAllowed(const Node& node) {
            node.depth >= NULL_MOVE_MIN_DEPTH && node.ply >= PRUNING_MIN_PLY &&
            !IsMateWindow(node) && MaterialBalance<US>() >= node.beta - NULL_MOVE_MATERIAL_MARGIN &&
            pieces_on_board[WHITE] + pieces_on_board[BLACK] >= NULL_MOVE_MIN_PIECES &&
-           EvaluateFor<US>() >= node.beta;
+           Evaluate<US>() >= node.beta;
 }
 
 // The null move takes a ply, and the search below it is shorter still by one, two or three plies.
@@ -128,7 +128,7 @@ FutilityMargins MarginsAt(std::int32_t depth) {
 template <Colour US>
 std::int32_t TestFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
-    const std::int32_t score = EvaluateFor<US>();
+    const std::int32_t score = Evaluate<US>();
     if (score - margins.cut >= node.beta) return score;
     if (score - margins.reduce < node.beta) return UNKNOWN_EVAL;
     node.depth -= QUARTER_PLIES;

@@ -33,16 +33,22 @@ constexpr std::size_t TEXT_SIZE = 128;
 // and need not touch their memory.
 bool is_fresh = false;
 
-// The fields of an entry's data. All are signed numbers.
+// The fields of an entry's data, which fill it. All are signed numbers.
 struct Field {
     int shift;
     int bits;
 };
+constexpr Field Behind(Field before, int bits) { return {before.shift + before.bits, bits}; }
 constexpr Field AGE = {0, 16};
-constexpr Field BOUND = {16, 3};
-constexpr Field MOVE_INDEX = {19, 11};
-constexpr Field DEPTH = {30, 12};
-constexpr Field SCORE = {42, 22};
+constexpr Field BOUND = Behind(AGE, 3);
+constexpr Field MOVE_INDEX = Behind(BOUND, 11);
+constexpr Field DEPTH = Behind(MOVE_INDEX, 12);
+constexpr Field SCORE = Behind(DEPTH, 22);
+static_assert(SCORE.shift + SCORE.bits == 64);
+
+constexpr bool Fits(Field field, std::int32_t value) { return value < 1 << (field.bits - 1); }
+static_assert(Fits(BOUND, BOUND_LOWER) && Fits(MOVE_INDEX, MAX_MOVES - 1) &&
+              Fits(DEPTH, MATE_BOUND_DEPTH) && Fits(SCORE, MATE_EVAL));
 
 constexpr std::int32_t Read(Field field, std::uint64_t data) {
     const std::uint64_t at_top = data << (64 - field.bits - field.shift);
@@ -62,8 +68,8 @@ constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bou
            Packed(MOVE_INDEX, move_index) | Packed(AGE, age);
 }
 
-// A new game clears the tables. No slot may match a position then. Key 0 can only be looked for in
-// slot 0, so that slot gets key 1, which can only be looked for in slot 1.
+// A cleared slot must not match any position. Its key 0 can only be looked for in slot 0, so that
+// slot gets key 1, which can only be looked for in slot 1.
 constexpr std::uint64_t UNUSED_KEY = 1;
 
 std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }

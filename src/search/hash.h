@@ -18,12 +18,13 @@ enum Bound : std::uint8_t {
 // A move index stands for a move by its place in the node's move list in generation order.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
-// What is known of one position. Its place in memory is smaller than the size by which the number
-// of entries is computed from a size in megabytes.
+// What is known of one position.
 struct HashEntry {
     std::uint64_t key;
     std::uint64_t data; // score, depth, bound, move index and age, packed
 };
+
+// The bytes by which a size in megabytes is turned into a number of entries. They take less.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // A key's entries in the two tables of the full-width search, side by side in one cache line.

@@ -69,7 +69,7 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     const std::int32_t known = ProbeQuiescenceHashTable(zobrist_key, alpha, beta, hash_index);
     if (known != UNKNOWN_EVAL) return known;
 
-    const std::int32_t stand_pat = EvaluateFor<US>();
+    const std::int32_t stand_pat = Evaluate<US>();
     if (stand_pat >= beta) {
         StoreQuiescenceHashTable(zobrist_key, stand_pat, BOUND_LOWER, NO_MOVE_INDEX);
         return stand_pat;
