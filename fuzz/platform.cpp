@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace {
 
 constexpr std::uint64_t TICKS_PER_LOOK = 300'000;             // 30 milliseconds
 constexpr std::size_t MAX_TABLE_SIZE = std::size_t{64} << 20; // memory that can be had
+constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 
 // A byte of the input that is not read: for so many looks nothing waits, so that a search goes on.
@@ -96,7 +98,11 @@ std::FILE* OpenFile(const char* name, FileUse use) {
 bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, to) == 0; }
 
 void* AllocateTable(std::size_t bytes) {
-    return bytes > MAX_TABLE_SIZE ? nullptr : std::calloc(1, bytes);
+    if (bytes > MAX_TABLE_SIZE) return nullptr;
+    const std::size_t size = (bytes + PAGE - 1) / PAGE * PAGE;
+    void* const table = std::aligned_alloc(PAGE, size);
+    if (table) std::memset(table, 0, size);
+    return table;
 }
 
 void FreeTable(void* table, std::size_t) { std::free(table); }

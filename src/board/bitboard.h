@@ -9,7 +9,8 @@
 #include <cassert>
 #include <cstdint>
 
-// Index of the lowest and of the highest set bit; the set must not be empty.
+// Index of the lowest and of the highest set bit; the set must not be empty, which the standard
+// library's functions would test.
 inline int FirstBitNumber(Bitboard set) {
     assert(set != 0);
     return __builtin_ctzll(set);

@@ -62,7 +62,8 @@ constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
 }
 
-// The place of a piece on a square in the tables that have one for each kind and square.
+// The place of a piece on a square in the tables that have one for each kind and square. Types are
+// numbers here, and the place has no sign, which saves hot code conversions.
 constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
     return static_cast<std::uint32_t>(PieceIndex(colour, type) * SQUARES + square);
 }

@@ -5,6 +5,6 @@
 
 #include <cstdint>
 
-// The static score of the position in centipawns, positive when the colour stands better.
+// The static score of the position in centipawns, positive when US stands better.
 template <Colour US>
 std::int32_t Evaluate();

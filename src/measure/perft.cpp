@@ -7,6 +7,7 @@
 #include "notation/notation.h"
 #include "platform/system.h"
 
+#include <cassert>
 #include <cinttypes>
 #include <cstdio>
 
@@ -30,13 +31,14 @@ std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     const Bitboard risky = RiskySquares<US>();
     std::uint64_t nodes = 0;
     for (const Move& move : list) {
-        const bool is_legal = !IsRiskyMove(move, risky);
-        if (LAST_PLY == LastPly::LISTED && depth == 1 && is_legal) {
+        const bool is_safe = !IsRiskyMove(move, risky);
+        if (LAST_PLY == LastPly::LISTED && depth == 1 && is_safe) {
             ++nodes;
             continue;
         }
         MakeMoveOf<US>(move);
-        if (is_legal || !IsKingCapturableBy<THEM>()) {
+        assert(!is_safe || !IsKingCapturableBy<THEM>());
+        if (is_safe || !IsKingCapturableBy<THEM>()) {
             nodes += CountLeavesOf<THEM, LAST_PLY>(depth - 1, &move);
         }
         UnMakeMoveOf<US>(move);

@@ -8,15 +8,15 @@
 
 inline constexpr std::int32_t PERFT_MAX_DEPTH = 64; // plies
 
-// How leaves are counted: from the list of legal moves, or each made and unmade.
+// How leaves are counted: from the list of moves, of which only those are made and unmade that may
+// be illegal, or by making and unmaking each.
 enum class LastPly { LISTED, MADE };
 
-// Must the count stop? Asked every thousands of leaves; null: never.
+// Must the count stop? Asked every few thousand leaves; null: never.
 extern bool (*must_stop_counting)();
 
 // How many lines of that many plies begin in the position; `last_move` led to it, or is null.
-std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move,
-                          LastPly last_ply = LastPly::LISTED);
+std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move, LastPly last_ply);
 
 // Prints the counts behind the moves of the game's position one by one, and their sum; neither for
 // a count that was stopped.

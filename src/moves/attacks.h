@@ -57,9 +57,10 @@ bool IsKingCapturableBy() {
 }
 
 // The squares from which a move of the colour can be illegal. In check that is every square. Else
-// it is the king's square, and the first ones with a piece on each of its lines where an enemy
-// slider stands: pieces there may be pinned. From other squares only an en-passant capture can be
-// illegal, because it takes two pieces off a line at once.
+// it is the king's square and, where an enemy slider stands on a line of its kind, what such a
+// slider on the king's square would attack: the first piece on each line may be pinned. From other
+// squares only an en-passant capture can be illegal, because it takes two pieces off a line at
+// once.
 template <Colour US>
 Bitboard RiskySquares() {
     constexpr Colour THEM = Opponent(US);

@@ -33,7 +33,8 @@ struct Victims {
 };
 
 // Captures in two steps, for a caller that can do something with the first moves: first all of one
-// victim, then those of the other victims, which the first step returns.
+// victim, then those of the other victims, which the first step returns, and en passant. There are
+// no other victims behind a king.
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list);
 template <Colour US>

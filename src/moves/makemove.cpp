@@ -119,9 +119,11 @@ void MakeMoveOf(const Move& move) {
     const int type = TypeOf(move.piece);
     const int promoted = TypeOf(move.promoted);
     const int captured = TypeOf(move.captured);
+    assert(!move.castle || !IsMoved(move.piece));
+    assert(!captured || !(move.castle || move.en_passant));
+    assert(type != PAWN || !IsTwoRankMove(move) || !IsMoved(move.piece));
 
-    std::uint64_t key = zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH ^
-                        PieceKey(US, type, from) ^ PieceKey(US, promoted, to);
+    std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, type, from) ^ PieceKey(US, promoted, to);
     ToggleMover<US>(from, to, type, promoted, 1);
     if (captured) {
         ToggleVictim<THEM>(captured, to, -1);
@@ -200,7 +202,7 @@ void GenerateAllLegalMoves(MoveList& list, const Move* last_move) {
 void MakeNullMove() {
     assert(zobrist_ply_number < MAX_PLY_NUMBER);
     side_to_move = Opponent(side_to_move);
-    zobrist_key ^= zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
+    zobrist_key = KeyAfterNullMove();
     zobrist_xor = 0;
     ++zobrist_ply_number;
     zobrist_keys[zobrist_ply_number] = zobrist_key;

@@ -28,12 +28,16 @@ void GenerateAllLegalMoves(MoveList& list, const Move* last_move);
 void MakeNullMove();
 void UnMakeNullMove();
 
+// The key that the position will have after a null move.
+inline std::uint64_t KeyAfterNullMove() {
+    return zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
+}
+
 // The key that the position will most likely have after the move: castling and en passant are left
 // out of account. For prefetching only.
 template <Colour US>
 std::uint64_t LikelyKeyAfter(const Move& move) {
-    std::uint64_t key = zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH ^
-                        PieceKey(US, TypeOf(move.piece), move.from) ^
+    std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, TypeOf(move.piece), move.from) ^
                         PieceKey(US, TypeOf(move.promoted), move.to);
     if (move.captured) key ^= PieceKey(Opponent(US), TypeOf(move.captured), move.to);
     return key;

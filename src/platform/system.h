@@ -78,7 +78,7 @@ std::FILE* OpenFile(const char* name, FileUse use);
 // Gives a finished file its final name, in place of any file of that name; false on failure.
 bool MoveIntoPlace(const char* from, const char* to);
 
-// Zeroed memory for large tables, in large pages where the system has them; null on failure. The
-// size given to FreeTable is the one that was asked for.
+// Zeroed memory for large tables, at the start of a page, a large one where the system has them;
+// null on failure. The size given to FreeTable is the one that was asked for.
 void* AllocateTable(std::size_t bytes);
 void FreeTable(void* table, std::size_t bytes);

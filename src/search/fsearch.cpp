@@ -240,7 +240,7 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
     MoveList list;
-    GenerateCapturesAhead<US, true>(list, node.last_move);
+    std::int32_t asked = GenerateCapturesAhead<US, true>(list, node.last_move);
 
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
@@ -248,12 +248,11 @@ std::int32_t SearchNode(Node& node) {
         if (search_info.stop) return STOPPED_EVAL;
     }
 
-    const bool has_capture = list.count > 0;
     const bool has_all_moves = node.hash_index >= list.count;
     if (has_all_moves) GenerateNonCapturesOf<US>(list);
-    const bool is_first_asked = !PutHashMoveFirst(list, node.hash_index) && has_capture;
+    if (PutHashMoveFirst(list, node.hash_index)) asked = 0;
 
-    LoopEnd end = SearchMoves<US>(node, list, 0, is_first_asked);
+    LoopEnd end = SearchMoves<US>(node, list, 0, asked);
     if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
         const std::int32_t base = list.count;
         list.count = 0;
@@ -270,6 +269,9 @@ template <Colour US>
 std::int32_t SearchInterior(Node& node) {
     // The move that led here was not legal. It loses.
     if (IsKingCapturableBy<US>()) return MATE_EVAL - node.ply;
+    if (node.depth >= NULL_MOVE_MIN_DEPTH && !search_info.null_move) {
+        PrefetchKey<true>(KeyAfterNullMove());
+    }
     if (IsNullMoveAllowed<US>(node)) {
         const std::int32_t score = SearchNullMove<US>(node);
         if (search_info.stop) return STOPPED_EVAL;

@@ -105,6 +105,7 @@ bool AllocateTables(std::int32_t megabytes) {
     HASH_TABLE_MASK = hash_table_size - 1;
     hash_tables_1_2 = static_cast<HashEntryPair*>(AllocateTable(PairBytes()));
     hash_table_q = static_cast<HashEntry*>(AllocateTable(EntryBytes()));
+    assert(reinterpret_cast<std::uintptr_t>(hash_tables_1_2) % alignof(HashEntryPair) == 0);
     is_fresh = true;
     return hash_tables_1_2 && hash_table_q;
 }

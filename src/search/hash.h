@@ -24,7 +24,8 @@ struct HashEntry {
     std::uint64_t data; // score, depth, bound, move index and age, packed
 };
 
-// The bytes by which a size in megabytes is turned into a number of entries. They take less.
+// A size in megabytes counts so many bytes for an entry, which takes less. The number of entries,
+// and with it the tree of the search, is thus the same whatever the layout.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // A key's entries in the two tables of the full-width search, side by side in one cache line.
