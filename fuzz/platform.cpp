@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <sys/mman.h>
 
 namespace {
 
@@ -24,6 +25,12 @@ std::string_view input;
 int looks = 0; // at the input since the last byte was read
 int looks_left_of_pause = 0;
 std::string* output = nullptr; // null: to nowhere
+
+std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }
+
+// Small tables are watched by the address sanitizer. Large ones would have to be cleared, and cost
+// nothing before they are used.
+bool IsGuarded(std::size_t bytes) { return bytes < std::size_t{1} << 20; }
 
 bool IsPause() {
     if (looks_left_of_pause == 0 && input.starts_with(PAUSE)) {
@@ -99,10 +106,20 @@ bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, 
 
 void* AllocateTable(std::size_t bytes) {
     if (bytes > MAX_TABLE_SIZE) return nullptr;
-    const std::size_t size = (bytes + PAGE - 1) / PAGE * PAGE;
+    const std::size_t size = SizeInPages(bytes);
+    if (!IsGuarded(size)) {
+        return mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    }
     void* const table = std::aligned_alloc(PAGE, size);
-    if (table) std::memset(table, 0, size);
+    std::memset(table, 0, size);
     return table;
 }
 
-void FreeTable(void* table, std::size_t) { std::free(table); }
+void FreeTable(void* table, std::size_t bytes) {
+    if (!table) return;
+    if (IsGuarded(SizeInPages(bytes))) {
+        std::free(table);
+    } else {
+        munmap(table, SizeInPages(bytes));
+    }
+}

@@ -7,11 +7,17 @@
 #include "protocol/interpreter.h"
 #include "protocol/poll.h"
 #include "protocol/thinking.h"
+#include "search/records.h"
 #include "search/request.h"
 
 #include <algorithm>
 
-constexpr std::int32_t MOST_DEPTH = 4 * QUARTER_PLIES; // some thousand nodes
+// A search ends after so many nodes and the root move behind them. An input that asks for a depth
+// has more.
+constexpr std::uint64_t NODES_OF_A_SEARCH = 100;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
+constexpr std::int32_t MOST_DEPTH = 4 * QUARTER_PLIES;
+std::uint64_t nodes_of_a_search;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const bool has_book = [] {
@@ -20,9 +26,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return InitializeBook("games.bk") == nullptr;
     }();
     Require(has_book, "the book is read");
-    search_host = {.must_stop = PollCommands, .tell_line = PrintThinking};
+    search_host = {.must_stop = PollCommands,
+                   .may_go_on = [] { return search_info.nodes < nodes_of_a_search; },
+                   .tell_line = PrintThinking};
     ResetEngine(true);
-    SetInput({reinterpret_cast<const char*>(data), size});
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const bool is_deep = text.find("sd ") != std::string_view::npos;
+    nodes_of_a_search = is_deep ? NODES_OF_A_DEEP_SEARCH : NODES_OF_A_SEARCH;
+    SetInput(text);
     CommandLine line;
     for (ReceiveCommand(line); line != QUIT_COMMAND; ReceiveCommand(line)) {
         engine_state.depth_limit = std::min(engine_state.depth_limit, MOST_DEPTH);

@@ -21,17 +21,22 @@
 
 namespace {
 
-constexpr std::uint64_t NODES_OF_A_SEARCH = 20'000;
+// A search ends after so many nodes and the root move behind them. An input that lets a search go
+// on has more.
+constexpr std::uint64_t NODES_OF_A_SEARCH = 100;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
+constexpr char PAUSE = '\x01';
 constexpr int LOOKS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
     "go",  "stop",  "ponderhit", "d",         "perft",    "bench",      QUIT_LINE};
 
 int looks_left = 0;
+std::uint64_t nodes_of_a_search;
 std::string output;
 
 // Ends what takes too long.
-bool IsEnough() { return looks_left-- <= 0 || search_info.nodes >= NODES_OF_A_SEARCH; }
+bool IsEnough() { return looks_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
 constexpr SearchHost HOST = {
     .must_stop = [] { return UCI_HOST.must_stop() || IsEnough(); },
@@ -103,7 +108,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }();
     Start();
     Require(has_book && engine_state.use_book, "the book is read");
-    SetInput({reinterpret_cast<const char*>(data), size});
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const bool is_deep = text.find(PAUSE) != std::string_view::npos;
+    nodes_of_a_search = is_deep ? NODES_OF_A_DEEP_SEARCH : NODES_OF_A_SEARCH;
+    SetInput(text);
     SetOutput(&output);
     std::string line;
     for (bool goes_on = true; goes_on;) {
