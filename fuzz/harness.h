@@ -7,8 +7,10 @@
 #include <string>
 #include <string_view>
 
-// Standard input from now on; the end of the text is the end of the input. At a byte 1 nothing
-// waits for a while, and it is not read.
+// A byte of the input that is not read: for a while nothing waits, so that a search goes on.
+inline constexpr char PAUSE = '\x01';
+
+// Standard input from now on; the end of the text is the end of the input.
 void SetInput(std::string_view text);
 
 // Where standard output goes from now on.

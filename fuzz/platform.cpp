@@ -17,9 +17,7 @@ constexpr std::size_t MAX_TABLE_SIZE = std::size_t{64} << 20; // memory that can
 constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 
-// A byte of the input that is not read: for so many looks nothing waits, so that a search goes on.
-constexpr char PAUSE = '\x01';
-constexpr int LOOKS_OF_PAUSE = 50;
+constexpr int LOOKS_OF_PAUSE = 50; // for which nothing waits
 
 std::string_view input;
 int looks = 0; // at the input since the last byte was read
@@ -108,10 +106,12 @@ void* AllocateTable(std::size_t bytes) {
     if (bytes > MAX_TABLE_SIZE) return nullptr;
     const std::size_t size = SizeInPages(bytes);
     if (!IsGuarded(size)) {
-        return mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void* const area =
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        return area == MAP_FAILED ? nullptr : area;
     }
     void* const table = std::aligned_alloc(PAGE, size);
-    std::memset(table, 0, size);
+    if (table) std::memset(table, 0, size);
     return table;
 }
 

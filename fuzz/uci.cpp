@@ -25,7 +25,6 @@ namespace {
 // on has more.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 100;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
-constexpr char PAUSE = '\x01';
 constexpr int LOOKS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
