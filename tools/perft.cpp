@@ -1,7 +1,7 @@
 // perft: counts positions, see measure/perft.h, or checks a file of known counts.
 //
-// --divide prints the counts by the first moves, which shows where two programs differ. --leaves has
-// the moves of the last ply made and unmade like all others.
+// --divide prints the counts by the first moves, which shows where two programs differ. --leaves
+// has the moves of the last ply made and unmade like all others.
 #include "measure/perft.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
