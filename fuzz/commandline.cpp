@@ -1,10 +1,46 @@
 // Command lines: the arguments, an argument to a line, and the offline actions that they start.
 #include "frame/startup.h"
 #include "harness.h"
+#include "mutate.h"
 #include "search/hash.h"
 
 #include <filesystem>
 #include <vector>
+
+namespace {
+
+constexpr std::string_view ARGUMENTS[] = {"--hash-size",
+                                          "--hash-size=%n",
+                                          "--no-book",
+                                          "--no-random",
+                                          "--no-resign",
+                                          "--verbose",
+                                          "--version",
+                                          "--help",
+                                          "--make-book",
+                                          "--show-book",
+                                          "--format",
+                                          "--format=pgn",
+                                          "--format=txt",
+                                          "-f",
+                                          "-o",
+                                          "-f=games",
+                                          "-o=listing",
+                                          "games",
+                                          "korvane.bk",
+                                          "listing",
+                                          "%n",
+                                          "--format=%n",
+                                          "-",
+                                          "--"};
+
+} // namespace
+
+std::string MutateInput(std::string_view text) {
+    Parts arguments = SplitText(text, '\n');
+    ChangeParts(arguments, [](auto) { return FilledText(Pick(ARGUMENTS)); });
+    return JoinedText(arguments, '\n');
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string text(reinterpret_cast<const char*>(data), size);

@@ -2,12 +2,19 @@
 #include "game/gamestate.h"
 #include "harness.h"
 #include "moves/makemove.h"
+#include "mutate.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
 #include "snapshot.h"
 
 #include <algorithm>
+
+std::string MutateInput(std::string_view text) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    return (Roll(8) == 0 ? SomeFen() : ChangedFen(text.substr(0, end))) +
+           std::string(text.substr(end));
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -16,6 +16,9 @@ void SetInput(std::string_view text);
 // Where standard output goes from now on.
 void SetOutput(std::string* text);
 
+// Closes the files that the program left open.
+void CloseFiles();
+
 // A new game in an engine as it starts.
 void ResetEngine(bool has_book);
 

@@ -5,6 +5,7 @@
 #include "game/history.h"
 #include "harness.h"
 #include "moves/predicates.h"
+#include "mutate.h"
 #include "notation/gamefile.h"
 #include "notation/notation.h"
 #include "notation/portable.h"
@@ -46,16 +47,31 @@ void CheckMoveList(std::span<const Move> moves) {
     engine_state.san_notation = 0;
 }
 
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return 0;
+// The first byte chooses where the moves begin.
+void PlayGame(std::string_view text) {
     ResetEngine(false);
-    SetBoardFen(STARTS[data[0] % std::size(STARTS)]);
-    std::string_view text(reinterpret_cast<const char*>(data) + 1, size - 1);
+    SetBoardFen(STARTS[static_cast<unsigned char>(text[0]) % std::size(STARTS)]);
+    text.remove_prefix(1);
     for (std::string_view token; !(token = NextWord(text)).empty();) {
         PlayUserMove(token);
     }
+}
+
+} // namespace
+
+std::string MutateInput(std::string_view text) {
+    const std::string start(1, text.empty() ? '\0' : text[0]);
+    Parts tokens = SplitText(text.substr(start.size() - text.empty()), ' ');
+    ChangeParts(tokens, [&start](std::span<const std::string> before) {
+        PlayGame(start + JoinedText(before, ' '));
+        return SomeMove();
+    });
+    return start + JoinedText(tokens, ' ');
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    PlayGame({reinterpret_cast<const char*>(data), size});
     const std::int32_t count = state_history.count;
     static Move moves[HISTORY_SIZE];
     std::copy_n(state_history.moves + 1, count, moves);

@@ -9,11 +9,12 @@
 #include <cstring>
 #include <string>
 #include <sys/mman.h>
+#include <vector>
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_LOOK = 300'000;             // 30 milliseconds
-constexpr std::size_t MAX_TABLE_SIZE = std::size_t{64} << 20; // memory that can be had
+constexpr std::uint64_t TICKS_PER_LOOK = 300'000;            // 30 milliseconds
+constexpr std::size_t MAX_TABLE_SIZE = std::size_t{2} << 20; // memory that can be had
 constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 
@@ -23,6 +24,7 @@ std::string_view input;
 int looks = 0; // at the input since the last byte was read
 int looks_left_of_pause = 0;
 std::string* output = nullptr; // null: to nowhere
+std::vector<std::FILE*> open_files;
 
 std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }
 
@@ -97,7 +99,22 @@ std::string NameOf(const std::filesystem::path& path) { return path.string(); }
 
 std::FILE* OpenFile(const char* name, FileUse use) {
     constexpr const char* MODES[] = {"r", "w", "wx", "a"};
-    return std::fopen(name, MODES[static_cast<int>(use)]);
+    std::FILE* const file = std::fopen(name, MODES[static_cast<int>(use)]);
+    if (file) open_files.push_back(file);
+    return file;
+}
+
+// Stands for fclose() everywhere, as a linker option sees to.
+extern "C" int __real_fclose(std::FILE* file);
+extern "C" int __wrap_fclose(std::FILE* file) {
+    std::erase(open_files, file);
+    return __real_fclose(file);
+}
+
+void CloseFiles() {
+    while (!open_files.empty()) {
+        std::fclose(open_files.back());
+    }
 }
 
 bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, to) == 0; }

@@ -3,6 +3,7 @@
 #include "book/bookmaker.h"
 #include "game/enginestate.h"
 #include "harness.h"
+#include "mutate.h"
 #include "platform/channel.h"
 #include "protocol/interpreter.h"
 #include "protocol/poll.h"
@@ -14,12 +15,60 @@
 
 // A search ends after so many nodes and the root move behind them. An input that asks for a depth
 // has more.
-constexpr std::uint64_t NODES_OF_A_SEARCH = 100;
-constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
+namespace {
+
+constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 1'000;
 constexpr std::int32_t MOST_DEPTH = 4 * QUARTER_PLIES;
 std::uint64_t nodes_of_a_search;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+constexpr std::string_view LINES[] = {"usermove %m",
+                                      "usermove %m",
+                                      "usermove %m",
+                                      "usermove %m",
+                                      "%m",
+                                      "setboard %f",
+                                      "setboard %f",
+                                      "level %n %n 0",
+                                      "level 0 %n %n",
+                                      "level %n %n:%n %n",
+                                      "sd %n",
+                                      "time %n",
+                                      "otim %n",
+                                      "new",
+                                      "force",
+                                      "go",
+                                      "playother",
+                                      "analyze",
+                                      "exit",
+                                      "undo",
+                                      "remove",
+                                      "?",
+                                      ".",
+                                      "hint",
+                                      "bk",
+                                      "hard",
+                                      "easy",
+                                      "post",
+                                      "nopost",
+                                      "pause",
+                                      "resume",
+                                      "draw",
+                                      "ping %n",
+                                      "random",
+                                      "computer",
+                                      "result 1-0 {x}",
+                                      "result %n",
+                                      "name x",
+                                      "rating %n %n",
+                                      "ics x",
+                                      "xboard",
+                                      "protover 2",
+                                      "accepted san",
+                                      "rejected san",
+                                      "quit"};
+
+void Converse(std::string_view text) {
     static const bool has_book = [] {
         WriteText("games", "e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 c4 *\nc4 *\n");
         MakeBook("games.bk", "games", false, 30, 5);
@@ -30,7 +79,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                    .may_go_on = [] { return search_info.nodes < nodes_of_a_search; },
                    .tell_line = PrintThinking};
     ResetEngine(true);
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     const bool is_deep = text.find("sd ") != std::string_view::npos;
     nodes_of_a_search = is_deep ? NODES_OF_A_DEEP_SEARCH : NODES_OF_A_SEARCH;
     SetInput(text);
@@ -40,6 +88,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ParseCommand(line);
         CheckPosition();
     }
+}
+
+} // namespace
+
+std::string MutateInput(std::string_view text) {
+    Parts lines = SplitText(text, '\n');
+    ChangeParts(lines, [](std::span<const std::string> before) {
+        const std::string_view line = Pick(LINES);
+        if (line.find("%m") != std::string_view::npos) Converse(JoinedText(before, '\n') + '\n');
+        return FilledText(line);
+    });
+    return JoinedText(lines, '\n');
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Converse({reinterpret_cast<const char*>(data), size});
     CheckUndo();
     CheckFen();
     return 0;

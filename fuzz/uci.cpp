@@ -7,9 +7,10 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "harness.h"
+#include "mutate.h"
 #include "notation/text.h"
+#include "play/mopup.h"
 #include "play/turns.h"
-#include "search/hash.h"
 #include "search/records.h"
 #include "uci/commands.h"
 #include "uci/lines.h"
@@ -21,16 +22,49 @@
 
 namespace {
 
-// A search ends after so many nodes and the root move behind them. An input that lets a search go
-// on has more.
-constexpr std::uint64_t NODES_OF_A_SEARCH = 100;
-constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
+// A search ends after so many nodes and the root move behind them. An input that begins with
+// the byte of a pause has more.
+constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 1'000;
 constexpr int LOOKS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
     "go",  "stop",  "ponderhit", "d",         "perft",    "bench",      QUIT_LINE};
 
+constexpr std::string_view LINES[] = {"position startpos",
+                                      "position startpos moves %m",
+                                      "position fen %f",
+                                      "position fen %f moves e2e4",
+                                      "go",
+                                      "go depth %n",
+                                      "go nodes %n",
+                                      "go mate %n",
+                                      "go movetime %n",
+                                      "go infinite",
+                                      "go ponder wtime %n btime %n",
+                                      "go wtime %n btime %n winc %n binc %n movestogo %n",
+                                      "go searchmoves %m %m",
+                                      "stop",
+                                      "ponderhit",
+                                      "\x01",
+                                      "isready",
+                                      "ucinewgame",
+                                      "uci",
+                                      "d",
+                                      "debug on",
+                                      "setoption name Hash value %n",
+                                      "setoption name Clear Hash",
+                                      "setoption name OwnBook value false",
+                                      "setoption name Book File value <empty>",
+                                      "setoption name Move Overhead value %n",
+                                      "setoption name UCI_AnalyseMode value true",
+                                      "setoption name UCI_LimitStrength value true",
+                                      "setoption name UCI_Elo value %n",
+                                      "register later",
+                                      "quit"};
+
 int looks_left = 0;
+int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
@@ -42,6 +76,14 @@ constexpr SearchHost HOST = {
     .may_go_on = [] { return UCI_HOST.may_go_on() && !IsEnough(); },
     .tell_line = [](const SearchLine& line) { UCI_HOST.tell_line(line); },
     .tell_iteration = [](const SearchLine& line) { UCI_HOST.tell_iteration(line); }};
+
+// What takes long whatever its limits. One search that mops up is allowed to an input of deep
+// searches.
+bool IsTooLong(std::string_view command) {
+    if (command == "bench" || command == "perft") return true;
+    if (command != "go" || !uci_options.limit_strength || !IsElementaryWin()) return false;
+    return mop_ups_left-- <= 0;
+}
 
 std::string_view CommandOf(std::string_view line) {
     for (std::string_view word; !(word = NextWord(line)).empty();) {
@@ -89,7 +131,6 @@ void CheckOutput(std::string_view command) {
 void Start() {
     ResetEngine(true);
     engine_state.use_random = 0;
-    ResizeHashTable(1);
     ForgetLines();
     InitializeUciOptions();
     ForgetGame();
@@ -97,7 +138,28 @@ void Start() {
     looks_left = LOOKS_OF_AN_INPUT;
 }
 
+// The last position line, and a move more.
+std::string LongerGame(std::span<const std::string> before) {
+    const auto last = std::find_if(before.rbegin(), before.rend(), [](const std::string& line) {
+        return line.starts_with("position ");
+    });
+    const std::string line = last == before.rend() ? "position startpos" : *last;
+    CarryOutLine(line);
+    return line + (line.find(" moves ") == std::string::npos ? " moves " : " ") + SomeMove();
+}
+
 } // namespace
+
+std::string MutateInput(std::string_view text) {
+    Start();
+    SetOutput(&output);
+    Parts lines = SplitText(text, '\n');
+    ChangeParts(lines, [](std::span<const std::string> before) {
+        return Roll(3) == 0 ? LongerGame(before) : FilledText(Pick(LINES));
+    });
+    FinalizeBook();
+    return JoinedText(lines, '\n');
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const bool has_book = [] {
@@ -108,15 +170,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Start();
     Require(has_book && engine_state.use_book, "the book is read");
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    const bool is_deep = text.find(PAUSE) != std::string_view::npos;
+    const bool is_deep = text.starts_with(PAUSE);
     nodes_of_a_search = is_deep ? NODES_OF_A_DEEP_SEARCH : NODES_OF_A_SEARCH;
+    mop_ups_left = is_deep ? 1 : 0;
     SetInput(text);
     SetOutput(&output);
     std::string line;
     for (bool goes_on = true; goes_on;) {
         WaitForLine(line);
         const std::string_view command = CommandOf(line);
-        if (command == "bench" || command == "perft") continue; // they take long
+        if (IsTooLong(command)) continue;
         output.clear();
         goes_on = CarryOutLine(line);
         CheckPosition();

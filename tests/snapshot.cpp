@@ -44,7 +44,7 @@ std::uint64_t FirstCastlingKeys() {
 }
 
 // Those that it holds after the moves of the game: without those of which a move took the king or
-// the rook away. A captured rook leaves its key.
+// the rook away. A captured rook leaves its key, and so does another piece that stood in its place.
 std::uint64_t CastlingKeys() {
     std::uint64_t keys = FirstCastlingKeys();
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
@@ -52,7 +52,9 @@ std::uint64_t CastlingKeys() {
         for (int right = 0; right < 4; ++right) {
             const int king = right < 2 ? 4 : 60;
             const int rook = right % 2 == 0 ? king + 3 : king - 4;
-            const bool is_taken_away = move.from == king || move.from == rook;
+            const int type = TypeOf(move.piece);
+            const bool is_taken_away =
+                type == KING ? move.from == king : type == ROOK && move.from == rook;
             if (is_taken_away && IsHeld(state_history.positions[i - 1], king, rook)) {
                 keys ^= ZOBRIST_KEY_CASTLE[right];
             }

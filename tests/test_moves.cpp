@@ -62,10 +62,11 @@ TEST(Moves, RandomGames) {
         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
         "4k3/2p1p1p1/8/1P1P1P1P/p1p1p1p1/8/1P1P1P1P/4K3 w - - 0 1",
+        "q3k2q/pppppppp/8/8/8/8/PPPPPPPP/Q3K2Q w KQkq - 0 1", // queens in place of rooks
     };
     SeedRandom(20);
-    for (int game = 0; game < 60; ++game) {
-        StartAt(starts[game % 4]);
+    for (int game = 0; game < 75; ++game) {
+        StartAt(starts[game % 5]);
         std::vector<Snapshot> line;
         for (int ply = 0; ply < 150; ++ply) {
             MoveList list;
