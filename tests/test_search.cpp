@@ -5,6 +5,7 @@
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
+#include "moves/makemove.h"
 #include "notation/notation.h"
 #include "play/turns.h"
 #include "search/hash.h"
@@ -250,6 +251,28 @@ TEST(Search, HasNothingToChooseInStalemate) {
     const Thought thought = Think(8);
     EXPECT_EQ(thought.move, "none");
     EXPECT_EQ(thought.score, UNSEARCHED_EVAL);
+}
+
+// Of promotions that come to the same any may be chosen. The reply takes what stands there then.
+TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
+    StartAt("6k1/8/8/8/8/6P1/1p3PK1/N2Q4 b - - 0 1");
+    engine_state.use_random = true;
+    Move moves[2], move, reply;
+    ASSERT_TRUE(ParseMove("b2a1r", moves[0]) && ParseMove("b2a1q", moves[1]));
+    SearchLimits limits{
+        .depth = 3 * QUARTER_PLIES, .clock = {}, .moves = std::span(moves).first(1)};
+    FindBestMove(nullptr, nullptr, LastMove(), limits); // its score is in the tables now
+    limits.moves = moves;
+    bool is_rook = false;
+    for (std::uint32_t seed = 1; !is_rook && seed <= 20; ++seed) {
+        SeedRandom(seed);
+        FindBestMove(&move, &reply, LastMove(), limits);
+        is_rook = move.promoted == moves[0].promoted;
+    }
+    ASSERT_TRUE(is_rook);
+    MakeMove(move);
+    EXPECT_STREQ(WrittenMove(reply), "d1a1");
+    EXPECT_EQ(reply.captured, position[reply.to]);
 }
 
 } // namespace

@@ -29,7 +29,7 @@ bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     MoveList list;
     GenerateAllLegalMoves(list, last_move);
     const auto found = std::ranges::find_if(list, [&](const Move& legal) {
-        return IsEqualMove(legal, wanted) && TypeOf(legal.promoted) == TypeOf(wanted.promoted);
+        return IsSameMove(legal, wanted);
     });
     if (found == end(list)) return false;
     move = *found;

@@ -10,6 +10,11 @@ inline std::uint8_t IsEqualMove(const Move& a, const Move& b) {
     return a.from == b.from && a.to == b.to;
 }
 
+// Equal, and to the same piece.
+inline std::uint8_t IsSameMove(const Move& a, const Move& b) {
+    return IsEqualMove(a, b) && TypeOf(a.promoted) == TypeOf(b.promoted);
+}
+
 inline std::uint8_t IsWhiteMove(const Move& move) {
     return (move.piece & COLOUR_BITS) == COLOUR_BIT[WHITE];
 }

@@ -258,14 +258,16 @@ void ChooseOfLevel(const SearchLimits& limits, Choice& choice) {
 void ChooseBest(const SearchLimits& limits, Choice& choice) {
     const std::int32_t score =
         FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
-    if (!IsMateEval(score) && !IsEqualMove(choice.move, thinking.told)) {
+    if (!IsMateEval(score) && !IsSameMove(choice.move, thinking.told)) {
         TellLine({analyze_info.depth, score, {&choice.move, 1}});
     }
 }
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    if (!IsFakeMove(choice.expected_reply)) {
+    // A reply that is not legal may be expected too: one that draws before the king can be taken.
+    const Move moves[] = {choice.move, choice.expected_reply};
+    if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";
         text += WrittenMove(choice.expected_reply);
     }
