@@ -28,9 +28,8 @@ constexpr std::size_t HELP_LINE_SIZE = 64;
 bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     MoveList list;
     GenerateAllLegalMoves(list, last_move);
-    const auto found = std::ranges::find_if(list, [&](const Move& legal) {
-        return IsSameMove(legal, wanted);
-    });
+    const auto found =
+        std::ranges::find_if(list, [&](const Move& legal) { return IsSameMove(legal, wanted); });
     if (found == end(list)) return false;
     move = *found;
     return true;

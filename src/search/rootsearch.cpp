@@ -51,9 +51,7 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
     GenerateAllLegalMoves(list, last_move);
     root.count = 0;
     for (const Move& move : list) {
-        const auto is_it = [&](const Move& other) {
-            return IsSameMove(move, other);
-        };
+        const auto is_it = [&](const Move& other) { return IsSameMove(move, other); };
         if (!wanted.empty() && std::ranges::none_of(wanted, is_it)) continue;
         root.moves[root.count++] = {move, UNSEARCHED_EVAL, false};
     }
@@ -183,8 +181,8 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
 }
 
 // The expected reply is the second move of the best line. There is none when another move than the
-// line's first was chosen, or when the game ends with it. What it captures may have been promoted to
-// another piece than in the line.
+// line's first was chosen, or when the game ends with it. What it captures may have been promoted
+// to another piece than in the line.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;
