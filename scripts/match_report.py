@@ -36,7 +36,7 @@ def read(directory, name):
 
 
 def read_games(directory):
-    """The games of XBoard's record: tags, result, the comment on the end, the last move."""
+    """The games of XBoard's record: tags, result, the comment on the end, how long they were."""
     games = []
     text = "\n".join(read(directory, "match.pgn"))
     for part in re.split(r"^(?=\[Event )", text, flags=re.M):
@@ -49,7 +49,8 @@ def read_games(directory):
             comment = ""
         moves = re.sub(r"\{[^{}]*\}|^\[.*\]$", " ", part, flags=re.M).split()
         games.append({"tags": tags, "result": tags.get("Result", "*"), "comment": comment,
-                      "mated": len(moves) > 1 and moves[-2].endswith("#")})
+                      "mated": len(moves) > 1 and moves[-2].endswith("#"),
+                      "plies": sum(not re.fullmatch(r"\d+\.*", move) for move in moves[:-1])})
     return games
 
 
