@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 namespace {
 
@@ -90,10 +91,10 @@ constexpr Diagram KING_DIAGRAM_2 = {
 // clang-format on
 
 void PlacePieceTable(PieceType type, const Diagram& diagram) {
-    ReverseBoard(diagram.data(), &PIECE_SQUARE_EVAL[PieceIndex(WHITE, type) * SQUARES]);
+    ReverseBoard(diagram.data(), &PIECE_SQUARE_EVAL[PieceSquareIndex(WHITE, type, 0)]);
 }
 
-void PlaceKingTable(int phase, const Diagram& diagram) {
+void PlaceKingTable(std::ptrdiff_t phase, const Diagram& diagram) {
     ReverseBoard(diagram.data(), &KING_PIECE_SQUARE_EVAL[phase * SQUARES]);
 }
 
@@ -104,8 +105,8 @@ std::int32_t KING_PIECE_SQUARE_EVAL[COLOURS * GAME_PHASES * SQUARES];
 
 void ReverseBoard(const std::int32_t* source, std::int32_t* destination) {
     for (int rank = RANK_1; rank <= RANK_8; ++rank) {
-        std::copy_n(source + rank * BOARD_SIDE, BOARD_SIDE,
-                    destination + (RANK_8 - rank) * BOARD_SIDE);
+        std::copy_n(source + SquareOf(FILE_A, rank), BOARD_SIDE,
+                    destination + SquareOf(FILE_A, RANK_8 - rank));
     }
 }
 
@@ -117,11 +118,11 @@ void InitializeEvaluate() {
     PlaceKingTable(0, KING_DIAGRAM_0);
     PlaceKingTable(1, KING_DIAGRAM_1);
     PlaceKingTable(2, KING_DIAGRAM_2);
-    for (int row = 0; row < PIECE_TYPES; ++row) {
+    for (std::ptrdiff_t row = 0; row < PIECE_TYPES; ++row) {
         ReverseBoard(&PIECE_SQUARE_EVAL[row * SQUARES],
                      &PIECE_SQUARE_EVAL[(PIECE_TYPES + row) * SQUARES]);
     }
-    for (int phase = 0; phase < GAME_PHASES; ++phase) {
+    for (std::ptrdiff_t phase = 0; phase < GAME_PHASES; ++phase) {
         ReverseBoard(&KING_PIECE_SQUARE_EVAL[phase * SQUARES],
                      &KING_PIECE_SQUARE_EVAL[(GAME_PHASES + phase) * SQUARES]);
     }

@@ -58,14 +58,14 @@ void NextBuffer(CommandLine& line) {
 std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume) {
     std::uint8_t have_command = 1;
     if (in_buffer) {
-        std::strcpy(line, my_buffer);
+        std::memcpy(line, my_buffer, COMMAND_SIZE);
         if (consume) in_buffer = 0;
     } else if (consume) {
         NextBuffer(line);
         ++command_timestamp;
     } else if (IsInputWaiting()) {
         NextBuffer(my_buffer);
-        std::strcpy(line, my_buffer);
+        std::memcpy(line, my_buffer, COMMAND_SIZE);
         in_buffer = 1;
         ++command_timestamp;
     } else {

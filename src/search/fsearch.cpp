@@ -105,6 +105,7 @@ std::int32_t SearchNullMove(const Node& node) {
 
 template <Colour US>
 bool IsFutilityAllowed(const Node& node) {
+    assert(node.last_move || search_info.null_move);
     return !search_info.null_move && !node.extended && node.depth <= FUTILITY_MAX_DEPTH &&
            node.ply >= PRUNING_MIN_PLY && !IsMateWindow(node) &&
            MaterialBalance<US>() >= node.beta && !IsCaptureMove(*node.last_move) &&
@@ -290,7 +291,6 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
     assert(side_to_move == US);
     assert(alpha < beta);
     assert(ply >= QUARTER_PLIES && ply / QUARTER_PLIES + 1 < MAX_LINE_PLIES);
-    assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
     if (--search_info.node_counter <= 0 && MustStop()) return STOPPED_EVAL;

@@ -92,6 +92,7 @@ void SetElo(const Value& value) {
     NewHashTable();
 }
 
+// NOLINTNEXTLINE(cert-err58-cpp): without memory for this text no program starts.
 const std::string ABOUT =
     std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION) + " " + std::string(AUTHORSHIP);
 
