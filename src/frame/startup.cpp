@@ -134,7 +134,7 @@ void ApplySettings() {
     if (IsPresentOption(options, "--verbose")) engine_state.verbose = 1;
 }
 
-// Play goes on without a book that is missing or damaged.
+// Play goes on without a book that is missing or cannot be used.
 void LoadBook() {
     if (!engine_state.use_book) return;
     const std::string name = std::string("\"") + DEFAULT_BOOK_NAME + "\".";
@@ -143,7 +143,7 @@ void LoadBook() {
         PrintVerbose("Cannot find file " + name);
     } else if (const char* error = InitializeBook(DEFAULT_BOOK_NAME)) {
         engine_state.use_book = 0;
-        PrintVerbose("Cannot use damaged book file (" + std::string(error) + ") " + name);
+        PrintVerbose("Cannot use book file (" + std::string(error) + ") " + name);
     }
 }
 
