@@ -29,7 +29,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
-#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -267,7 +266,6 @@ void CarryOut(const std::string& word, std::string_view rest) {
 
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::END_OF_INPUT);
-    std::set_new_handler(RunOutOfMemory);
     const auto words = CommandLineWords(argument_count, arguments);
     Initialize(static_cast<int>(words.size()), words.data());
     style.is_coloured = IsConsoleOutput();

@@ -1,15 +1,12 @@
 #include "frame/startup.h"
 #include "platform/channel.h"
-#include "platform/enforce.h"
 #include "platform/system.h"
 #include "protocol/interpreter.h"
 
 #include <cstdio>
-#include <new>
 
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::IGNORED);
-    std::set_new_handler(RunOutOfMemory);
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     const auto words = CommandLineWords(argument_count, arguments);
     Initialize(static_cast<int>(words.size()), words.data());

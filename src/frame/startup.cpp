@@ -18,6 +18,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -154,6 +155,7 @@ void PrintVersion() {
 }
 
 void InitializeTables() {
+    std::set_new_handler(RunOutOfMemory);
     InitializeUtility();
     InitializeBitBoard();
     InitializeEvaluate();

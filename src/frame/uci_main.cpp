@@ -4,7 +4,6 @@
 #include "book/book.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
-#include "platform/enforce.h"
 #include "platform/system.h"
 #include "search/hash.h"
 #include "uci/commands.h"
@@ -16,7 +15,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 #include <span>
 #include <string>
 
@@ -55,7 +53,6 @@ void RunConversation() {
 
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
-    std::set_new_handler(RunOutOfMemory);
     InitializeTables();
     SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels play differently every time
     engine_state.use_random = 0;                          // the best move is that of the best line
