@@ -10,7 +10,10 @@
 #include <iterator>
 #include <poll.h>
 #include <regex>
+#include <sched.h>
 #include <sstream>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -50,7 +53,7 @@ EngineProcess::EngineProcess(const std::string& arguments, const std::string& in
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     const bool is_ready = mkdtemp(directory.data()) && pipe2(in, O_CLOEXEC) == 0 &&
                           pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
-    EXPECT_EQ(std::system(("cd " + directory + "; " + preparation).c_str()), 0);
+    RunBeside(*this, preparation);
     fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
@@ -147,6 +150,35 @@ void CloseInput(EngineProcess& engine) {
 void CloseOutput(EngineProcess& engine) {
     close(engine.output);
     engine.output = -1;
+}
+
+void LimitMemory(pid_t process, std::size_t more_bytes) {
+    std::size_t pages = 0;
+    std::ifstream("/proc/" + std::to_string(process) + "/statm") >> pages;
+    ASSERT_GT(pages, 0u);
+    const rlim_t most = pages * static_cast<std::size_t>(getpagesize()) + more_bytes;
+    const rlimit limit{most, most};
+    EXPECT_EQ(prlimit(process, RLIMIT_AS, &limit, nullptr), 0);
+}
+
+void SendWithoutReading(EngineProcess& engine, const std::string& lines) {
+    EXPECT_GT(fcntl(engine.output, F_SETPIPE_SZ, 1), 0);
+    SendLines(engine, lines);
+    const std::string about = "/proc/" + std::to_string(engine.pid) + "/stat";
+    std::string number, program, state;
+    int answered = 0, left = 1;
+    while (left > 0 && state != "Z" && (state != "S" || answered == 0)) {
+        sched_yield();
+        std::ifstream(about) >> number >> program >> state;
+        ioctl(engine.output, FIONREAD, &answered);
+        ioctl(engine.input, FIONREAD, &left);
+    }
+    EXPECT_EQ(state, "S");
+    EXPECT_GT(left, 0) << "the engine takes all lines";
+}
+
+void RunBeside(const EngineProcess& engine, const std::string& command) {
+    EXPECT_EQ(std::system(("cd " + engine.directory + "; " + command).c_str()), 0);
 }
 
 Ending WaitForExit(EngineProcess& engine) {

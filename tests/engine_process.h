@@ -83,6 +83,17 @@ void StartThinking(EngineProcess& engine, const std::string& command);
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
 
+// Leaves the process no more memory than it has, and this much.
+void LimitMemory(pid_t process, std::size_t more_bytes);
+
+// Makes the pipe of the engine's output as small as can be, sends the lines, which must be more
+// than it can answer, and waits until it sleeps though lines are left, as it only does behind a
+// full pipe.
+void SendWithoutReading(EngineProcess& engine, const std::string& lines);
+
+// Runs a shell command in the engine's directory.
+void RunBeside(const EngineProcess& engine, const std::string& command);
+
 struct Ending {
     int status; // of the exit; negative: the signal that ended the process
     std::string output, errors;

@@ -303,6 +303,15 @@ TEST_F(Book, DamagedInLength) {
     ExpectDamaged(good + "x");
 }
 
+// A file whose end no offset leads to; it has no bytes on the disk.
+TEST_F(Book, TooLarge) {
+    std::ofstream("bad.bk").put(0);
+    fs::resize_file("bad.bk", std::uintmax_t{1} << 31);
+    EXPECT_STREQ(InitializeBook("bad.bk"), "it is too large");
+    fs::resize_file("bad.bk", (std::uintmax_t{1} << 31) - 1);
+    EXPECT_STREQ(InitializeBook("bad.bk"), "bytes lie behind the last record");
+}
+
 // A game in the book of these lines.
 struct BookInPlay : Book {
     void SetUp() override {

@@ -1,9 +1,12 @@
 // The command line: options, messages, exit statuses and the texts printed.
 #include "engine_process.h"
 
+#include "search/hash.h"
+
 #include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
+#include <unistd.h>
 
 namespace {
 
@@ -64,6 +67,18 @@ TEST(CommandLine, RefusesOddValues) {
 TEST(CommandLine, RefusesMissingFiles) {
     ExpectRun("--make-book --format txt -f=a=b", 1, "Error (file does not exist): a=b\n", "");
     ExpectRun("--show-book -o x", 1, "Error (file does not exist): korvane.bk\n", "");
+}
+
+// With room for one of the two areas of memory.
+void StartWithLittleMemory() {
+    LimitMemory(getpid(), std::size_t{350} << 20);
+    InitializeHashTable(1024);
+}
+
+TEST(CommandLine, RefusesTablesWithoutMemoryForThem) {
+    EXPECT_EXIT(StartWithLittleMemory(), testing::ExitedWithCode(1),
+                "^Error \\(cannot create hash tables\\): 576 MB total, 192 MB with 8388608 "
+                "entries each\n$");
 }
 
 // Thirty plies of a line; of games the moves that five have.

@@ -149,11 +149,15 @@ const bool HAS_TEXTS[] = {
     RegisterFile("Protocol/ThinksNoDeeper", "protocol.txt", CheckDepth),
 };
 
-// A search of eight plies, without its times.
+// Thinking lines without their times.
+std::string Timeless(const std::string& lines) {
+    const std::regex times("([^\n]{10})[^\n]{8}([^\n]{14}[^\n]*\n)");
+    return std::regex_replace(lines, times, "$1$2");
+}
+
 std::string Think(EngineProcess& engine) {
     SendLines(engine, "new\neasy\nsd 8\nsd\nsd x\ngo");
-    const std::regex times("([^\n]{10})[^\n]{8}([^\n]{14}[^\n]*\n)");
-    return std::regex_replace(ReadUntil(engine, MOVE), times, "$1$2");
+    return Timeless(ReadUntil(engine, MOVE));
 }
 
 TEST(Protocol, ThinksTheSameEveryTime) {
@@ -176,6 +180,21 @@ TEST(Protocol, PlaysFromItsBookAndOn) {
               "");
     EXPECT_EQ(Ask(engine, "result 1-0\nbk"), " 1. e2e4\n\n"); // the next game is in the book again
 }
+
+// The case's lines are what happens to the file while the engine runs.
+void CheckBookInMemory(const Exchange& test) {
+    EngineProcess engine(PLAY, KORVANE_BINARY,
+                         LayBook("e4 a5") + "; mv korvane.bk other.bk; " + LayBook("e4 h5"));
+    EXPECT_EQ(Ask(engine, "easy\nnopost\nusermove e2e4"), "move h7h5\n");
+    RunBeside(engine, test.lines);
+    EXPECT_EQ(Ask(engine, "new\nusermove e2e4\nnew\nusermove e2e4"), "move h7h5\nmove h7h5\n");
+}
+
+const Exchange BOOK_FAULTS[] = {{"Replaced", "mv other.bk korvane.bk"},
+                                {"CutShort", "truncate -s 50 korvane.bk"},
+                                {"Removed", "rm korvane.bk"}};
+const bool HAS_BOOK_FAULTS =
+    RegisterCases<Exchange>("Protocol/PlaysOnFromItsBook", BOOK_FAULTS, CheckBookInMemory);
 
 // Only a move from the book makes one run differ from another.
 TEST(Protocol, VariesItsMovesTheSameInEveryRun) {
@@ -252,6 +271,17 @@ TEST(Protocol, EndsWhenNobodyListensBehindLines) {
     ReadUntil(engine, "stat01:.*");
     CloseOutput(engine);
     EXPECT_EQ(WaitForExit(engine).status, -SIGPIPE);
+}
+
+TEST(Protocol, WaitsForAFrontEndThatReadsNoMore) {
+    if (WINDOWS_PROGRAMS) return; // whose bridge reads on
+    EngineProcess engine, other;
+    std::string searches = "easy\n" + MIDDLE_GAME + "sd 3";
+    for (int i = 0; i < 60; ++i) {
+        searches += "\ngo";
+    }
+    SendWithoutReading(engine, searches);
+    EXPECT_EQ(Timeless(Ask(engine, "x")), Timeless(Ask(other, searches + "\nx")));
 }
 
 TEST(Protocol, AnswersLinesThatPourInWhileItThinks) {

@@ -5,12 +5,14 @@
 
 #include "game/enginestate.h"
 #include "game/gamestate.h"
+#include "platform/system.h"
 #include "protocol/interpreter.h"
 #include "search/fsearch.h"
 #include "search/records.h"
 #include "search/rootsearch.h"
 #include "search/timecontrol.h"
 
+#include <chrono>
 #include <sstream>
 
 namespace {
@@ -46,6 +48,18 @@ std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     search_info.max_ply = 100;
     search_info.time_limit = time_limit;
     return FullSearch(-500, 500, 8, 4, LastMove(), nullptr, 0);
+}
+
+// Nobody can set this clock.
+TEST_F(Time, IsThatOfTheSteadyClock) {
+    using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
+    const auto now = [] {
+        const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
+        return std::chrono::duration_cast<Ticks>(since_start).count();
+    };
+    const std::uint64_t before = now(), time = SystemTime(), after = now();
+    EXPECT_LE(before, time);
+    EXPECT_LE(time, after);
 }
 
 TEST_F(Time, StopsASearch) {

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <regex>
 #include <sstream>
+#include <unistd.h>
 
 namespace {
 
@@ -149,6 +150,78 @@ TEST(Uci, MeasuresOnItsCommandLineAndInAGame) {
     EXPECT_NE(heard.find(nodes[0].str()), std::string::npos) << heard;
     EXPECT_TRUE(heard.ends_with("\n" + board)) << heard;
 }
+
+TEST(Uci, WaitsForAFrontEndThatReadsNoMore) {
+    if (WINDOWS_PROGRAMS) return; // whose bridge reads on
+    UciProcess engine;
+    constexpr int QUESTIONS = 2000;
+    std::string questions, answers;
+    for (int i = 0; i < QUESTIONS; ++i) {
+        questions += "\nisready";
+        answers += "readyok\n";
+    }
+    SendWithoutReading(engine, CROWDED + "go infinite" + questions);
+    const std::string heard = Converse(engine, "stop");
+    EXPECT_EQ(std::regex_replace(heard, std::regex("(info depth|bestmove)[^\n]*\n"), ""), answers);
+    EXPECT_TRUE(std::regex_search(heard, std::regex("\nbestmove [^\n]*\n$")));
+}
+
+TEST(Uci, KeepsItsTablesWithoutMemoryForOthers) {
+    if (WINDOWS_PROGRAMS) return; // that cannot be limited from here
+    UciProcess engine;
+    // Its lines tell how full the tables are.
+    const auto search = [&] {
+        const std::string heard = Converse(engine, "ucinewgame\ngo depth 5\n< bestmove .*");
+        return std::regex_replace(heard, std::regex(" (nps|time) \\d+"), "");
+    };
+    Converse(engine, "setoption name Hash value 1");
+    const std::string before = search();
+    // Room for one of the two areas of memory.
+    LimitMemory(engine.pid, std::size_t{350} << 20);
+    const std::string large = "setoption name Hash value 1024\n";
+    const std::string refusal = "info string No memory for Hash 1024\n";
+    EXPECT_EQ(Converse(engine, large + large), refusal + refusal);
+    EXPECT_EQ(search(), before);
+    EXPECT_EQ(Converse(engine, "setoption name Hash value 64"), "");
+}
+
+TEST(Uci, ReadsTheBookWhenTold) {
+    UciProcess engine("", LAY_BOOKS);
+    const std::string again = "setoption name Book File value korvane.bk\n";
+    const std::string search = "go nodes 1\n< bestmove .*";
+    Converse(engine, "isready");
+    RunBeside(engine, "cp other.bk new.bk; mv new.bk korvane.bk");
+    EXPECT_EQ(Converse(engine, search), "bestmove a2a3\n");
+    EXPECT_EQ(Converse(engine, again + search), "bestmove h2h4\n");
+    RunBeside(engine, "truncate -s 50 korvane.bk");
+    EXPECT_EQ(Converse(engine, again + search),
+              "info string Cannot use the book korvane.bk: a record lies outside the file\n"
+              "bestmove h2h4\n");
+}
+
+TEST(Uci, KeepsItsBookWithoutMemoryForAnother) {
+    if (WINDOWS_PROGRAMS) return;
+    UciProcess engine("", LAY_BOOKS);
+    Converse(engine, "isready");
+    LimitMemory(engine.pid, 0);
+    EXPECT_EQ(
+        Converse(engine, "setoption name Book File value other.bk\ngo nodes 1\n< bestmove .*"),
+        "info string Cannot use the book other.bk: there is no memory for it\n"
+        "bestmove a2a3\n");
+}
+
+#ifndef __SANITIZE_ADDRESS__ // which ends the program itself
+TEST(Uci, TellsWhenItRunsOutOfMemory) {
+    if (WINDOWS_PROGRAMS) return;
+    UciProcess engine;
+    Converse(engine, "isready");
+    LimitMemory(engine.pid, 0);
+    const std::string line(1 << 20, ' '); // of which it does not take all
+    EXPECT_GT(write(engine.input, line.data(), line.size()), 0);
+    const Ending ending = WaitForExit(engine);
+    EXPECT_EQ(std::to_string(ending.status) + " " + ending.errors, "1 Error (out of memory)\n");
+}
+#endif
 
 // Bytes as they are sent, and what is told.
 void CheckBytes(const Exchange& test) {

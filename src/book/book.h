@@ -12,12 +12,12 @@ inline constexpr const char* DEFAULT_BOOK_NAME = "korvane.bk";
 // The root of the loaded book; its children are the book moves of the initial position.
 extern MoveTrieNode book;
 
-// Reads the book file. Returns null, or what is wrong with a damaged file; the book is then empty.
+// Reads the book file. Returns null, or why it cannot be used; the book is then empty.
 const char* InitializeBook(const char* file_name);
 void FinalizeBook();
 
-// Reads a book in place of the loaded one, which stays when the new one is damaged. The position is
-// the initial one afterwards. Returns null, or what is wrong.
+// Reads a book in place of the loaded one, which stays when the new one cannot be used. The
+// position is the initial one afterwards. Returns null, or what is wrong.
 const char* ReplaceBook(const char* file_name);
 
 // Reads the trie of a book file whose every move can be played from the initial position; the

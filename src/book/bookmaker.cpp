@@ -154,8 +154,9 @@ void ShowBook(const char* book_name, const char* text_name) {
     static_assert(MAX_TRIE_PLIES <= MAX_GAME_MOVES);
     engine_state.san_notation = 1;
     MoveTrieNode root{};
-    if (ReadBook(root, book_name)) {
-        FatalError(std::string("Error (damaged book file): ") + book_name);
+    if (const char* error = ReadBook(root, book_name)) {
+        const char* what = error == NO_MEMORY_FOR_BOOK ? "no memory for" : "damaged";
+        FatalError(std::string("Error (") + what + " book file): " + book_name);
     }
     line.length = 0;
     std::FILE* text = OpenFile(text_name, FileUse::WRITE);

@@ -20,6 +20,9 @@ constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
 
+// What the offsets, signed numbers, can lead to.
+constexpr std::size_t MAX_BOOK_SIZE = std::numeric_limits<std::int32_t>::max();
+
 // Names that are tried for a file that is not yet whole.
 constexpr int UNFINISHED_NAMES = 100;
 
@@ -103,7 +106,7 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     const std::size_t start = image.size();
     const std::int32_t kept = CountKept(node, minimum_count);
     const std::size_t end = start + RECORD_BYTES + NUMBER_BYTES * static_cast<std::size_t>(kept);
-    if (end > std::numeric_limits<std::int32_t>::max()) return 0;
+    if (end > MAX_BOOK_SIZE) return 0;
     image.resize(end, 0);
     if (!is_root) PutMove(&image[start], node.move);
     PutNumber(&image[start + MOVE_BYTES], kept);
@@ -143,40 +146,66 @@ bool WriteWhole(const std::string& name, const Bytes& bytes) {
     return false;
 }
 
-Bytes ReadBytes(const char* name) {
-    Bytes bytes;
-    std::FILE* file = OpenFile(name, FileUse::READ);
-    if (!file) return bytes;
-    unsigned char block[1 << 16];
-    for (std::size_t got = 0; (got = std::fread(block, 1, sizeof block, file)) > 0;) {
-        bytes.insert(bytes.end(), block, block + got);
-    }
-    std::fclose(file);
-    return bytes;
+// A book file that is read from its start to its end.
+struct BookFile {
+    std::FILE* file;
+    std::int64_t offset; // of the next byte
+};
+
+bool ReadBlock(BookFile& book_file, std::span<unsigned char> block) {
+    book_file.offset += static_cast<std::int64_t>(block.size());
+    return std::fread(block.data(), 1, block.size(), book_file.file) == block.size();
 }
 
-// Reads the record at the offset and those of its children, each of which must begin where the one
-// before it ended: so no record is read twice. Moves `offset` behind them. Returns null or what is
-// wrong.
-const char* ReadNode(const Bytes& image, std::size_t& offset, MoveTrieNode& node, int plies) {
+// Reads the record that comes next and those of its children, each of which must begin where the
+// one before it ended: so no record is read twice. Returns null or what is wrong.
+const char* ReadNode(BookFile& book_file, MoveTrieNode& node, int plies) {
+    constexpr const char* OUTSIDE = "a record lies outside the file";
     if (plies > MAX_TRIE_PLIES) return "a line is too long";
-    if (image.size() - offset < RECORD_BYTES) return "a record lies outside the file";
-    node.move = GetMove(&image[offset]);
+    unsigned char record[RECORD_BYTES];
+    if (!ReadBlock(book_file, record)) return OUTSIDE;
+    node.move = GetMove(record);
     node.count = UNWEIGHTED_COUNT;
-    const std::int32_t children = GetNumber(&image[offset + MOVE_BYTES]);
-    std::size_t table = offset + RECORD_BYTES;
+    const std::int32_t children = GetNumber(record + MOVE_BYTES);
     if (children < 0 || children > MAX_MOVES) return "a node has an impossible number of moves";
-    offset = table + NUMBER_BYTES * static_cast<std::size_t>(children);
-    if (offset > image.size()) return "a record lies outside the file";
-    for (std::int32_t i = 0; i < children; ++i, table += NUMBER_BYTES) {
-        if (GetNumber(&image[table]) != static_cast<std::int32_t>(offset)) {
+    unsigned char table[NUMBER_BYTES * MAX_MOVES];
+    const std::size_t table_bytes = NUMBER_BYTES * static_cast<std::size_t>(children);
+    if (!ReadBlock(book_file, {table, table_bytes})) return OUTSIDE;
+    for (const unsigned char* place = table; place < table + table_bytes; place += NUMBER_BYTES) {
+        if (GetNumber(place) != book_file.offset) {
             return "an offset does not fit the order of the records";
         }
-        const char* error = ReadNode(image, offset, AddChild(node), plies + 1);
+        const char* error = ReadNode(book_file, AddChild(node), plies + 1);
         if (error) return error;
     }
     node.child_count = children;
     return nullptr;
+}
+
+const char* ReadWhole(BookFile& book_file, MoveTrieNode& root) {
+    const char* error = ReadNode(book_file, root, 0);
+    if (!error && std::getc(book_file.file) != EOF) error = "bytes lie behind the last record";
+    return std::ferror(book_file.file) ? "it cannot be read" : error;
+}
+
+// All of it is asked for before the first node, as without any left not even the stack could grow.
+bool IsMemoryFor(std::uintmax_t nodes) {
+    constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16; // as a block of its own
+    constexpr std::uintmax_t SPARE = std::uintmax_t{1} << 20;         // for all else
+    const auto bytes = static_cast<std::size_t>(nodes * NODE_MEMORY + SPARE);
+    void* const room = AllocateTable(bytes);
+    FreeTable(room, bytes);
+    return room != nullptr;
+}
+
+// Why the trie cannot be read, as far as the size of the file tells, or null. Of a pipe it is not
+// known.
+const char* JudgeSize(const char* file_name) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(PathOf(file_name), error);
+    if (error) return nullptr;
+    if (size > MAX_BOOK_SIZE) return "it is too large";
+    return IsMemoryFor(size / (RECORD_BYTES + NUMBER_BYTES)) ? nullptr : NO_MEMORY_FOR_BOOK.data();
 }
 
 } // namespace
@@ -213,10 +242,11 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name) {
     RequireFile(file_name);
     InitMoveTrie(root);
-    const Bytes image = ReadBytes(file_name);
-    std::size_t offset = 0;
-    const char* error = ReadNode(image, offset, root, 0);
-    if (!error && offset != image.size()) error = "bytes lie behind the last record";
+    if (const char* error = JudgeSize(file_name)) return error;
+    BookFile book_file{OpenFile(file_name, FileUse::READ), 0};
+    if (!book_file.file) return "it cannot be read";
+    const char* error = ReadWhole(book_file, root);
+    std::fclose(book_file.file);
     if (error) {
         FreeMoveTrie(root);
         InitMoveTrie(root);

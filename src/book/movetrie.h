@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 struct MoveTrieNode {
     Move move;          // leads from the parent's position here; the root's names no move
@@ -21,6 +22,9 @@ inline constexpr std::int32_t UNWEIGHTED_COUNT = 1'000'000;
 // The longest line of a trie, in plies.
 inline constexpr int MAX_TRIE_PLIES = 512;
 
+// What is wrong with a book file that there is no room for.
+inline constexpr std::string_view NO_MEMORY_FOR_BOOK = "there is no memory for it";
+
 // Makes a node a leaf; move and count are left as they are.
 void InitMoveTrie(MoveTrieNode& node);
 
@@ -35,7 +39,7 @@ std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
                            std::int32_t minimum_count);
 
 // Reads a trie under the root, children in reverse file order; a missing file is a fatal error.
-// Returns null, or what is wrong with a damaged file; the root is then a leaf.
+// Returns null, or what is wrong with the file; the root is then a leaf.
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name);
 
 // Frees all nodes below this one.

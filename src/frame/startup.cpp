@@ -18,6 +18,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -134,7 +135,7 @@ void ApplySettings() {
     if (IsPresentOption(options, "--verbose")) engine_state.verbose = 1;
 }
 
-// Play goes on without a book that is missing or damaged.
+// Play goes on without a book that is missing or cannot be used.
 void LoadBook() {
     if (!engine_state.use_book) return;
     const std::string name = std::string("\"") + DEFAULT_BOOK_NAME + "\".";
@@ -143,7 +144,7 @@ void LoadBook() {
         PrintVerbose("Cannot find file " + name);
     } else if (const char* error = InitializeBook(DEFAULT_BOOK_NAME)) {
         engine_state.use_book = 0;
-        PrintVerbose("Cannot use damaged book file (" + std::string(error) + ") " + name);
+        PrintVerbose("Cannot use book file (" + std::string(error) + ") " + name);
     }
 }
 
@@ -154,6 +155,7 @@ void PrintVersion() {
 }
 
 void InitializeTables() {
+    std::set_new_handler(RunOutOfMemory);
     InitializeUtility();
     InitializeBitBoard();
     InitializeEvaluate();

@@ -8,7 +8,8 @@ void Initialize(int argument_count, const char* const* arguments);
 // The part of Initialize before the first game; an offline action ends the program in it.
 void ParseParameters(const char* const* arguments, int argument_count);
 
-// The precomputed tables and default settings alone, in their fixed order.
+// The precomputed tables and default settings alone, in their fixed order. From then on running out
+// of memory is a fatal error.
 void InitializeTables();
 
 // Gives back what the start-up allocated.

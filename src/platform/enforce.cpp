@@ -13,6 +13,8 @@ void FatalError(std::string_view message) {
     std::exit(EXIT_FAILURE);
 }
 
+void RunOutOfMemory() { FatalError("Error (out of memory)"); }
+
 std::uint8_t IsPlainFile(const char* path) {
     std::error_code error;
     return std::filesystem::is_regular_file(PathOf(path), error);
