@@ -78,16 +78,19 @@ def losers(game):
 
 def read_debug(directory):
     """From XBoard's debug file: Korvane's clock by game and move, crashes, the engines' names,
-    and the games of which Korvane heard the result in force mode, in which it logs nothing.
+    the games of which Korvane heard the result in force mode, in which it logs nothing, and those
+    whose end crossed with a move of its.
 
     A clock entry is (centiseconds left before the move, centiseconds used for it): XBoard
     sends "time" when it starts Korvane's clock, and stamps every line with milliseconds.
     """
-    clocks, crashes, names, unlogged = collections.defaultdict(list), {}, {}, set()
+    clocks, crashes, names, unlogged, crossed = collections.defaultdict(list), {}, {}, set(), set()
     number, left, started, forced = 0, None, 0, False
     for line in read(directory, "match.debug") + read(directory, "xboard.log"):
         if found := re.match(r"New game \((\d+)\)", line):
             number, left = int(found[1]), None
+        elif line == "Ignoring extra move from first":
+            crossed.add(number)
         elif found := re.match(r"(?:GameEnds|xboard:).*Error(?: writing to|:) (first|second) chess program", line):
             crashes.setdefault(found[1], f"in or after game {number}: crash ({line})")
         elif found := re.match(r"(\d+) ([<>])(first|second) ?: ?(.*)", line):
@@ -109,7 +112,7 @@ def read_debug(directory):
                 if left is not None and "on time" in text:  # the flag fell before the move came
                     clocks[number].append((left, left))
                 left = None
-    return clocks, crashes, names, unlogged
+    return clocks, crashes, names, unlogged, crossed
 
 
 def read_speeds(directory):
@@ -166,7 +169,7 @@ def report_clocks(clocks):
           f" (game {number})")
 
 
-def report_logs(directory, unlogged, must_exist):
+def report_logs(directory, unlogged, crossed, must_exist):
     """Compares Korvane's GameLog.pgn with XBoard's record; returns the faults found."""
     path = os.path.join(directory, "korvane", "GameLog.pgn")
     if not os.path.exists(path):
@@ -174,6 +177,8 @@ def report_logs(directory, unlogged, must_exist):
         return ["Korvane wrote no GameLog.pgn"] if must_exist else []
     record, objections = long_algebraic(os.path.join(directory, "match.pgn"))
     logged, complaints = long_algebraic(path)
+    if crossed:
+        print(f"  logged with a move that crossed with the end of the game: {len(crossed)} games")
     if objections:
         print("  pgn-extract objects to XBoard's own record:", *objections[:5], sep="\n    ")
     numbers = [n for n in range(1, len(record) + 1) if n not in unlogged]
@@ -190,7 +195,7 @@ def report_logs(directory, unlogged, must_exist):
     if len(record) != len(logged):
         faults.append(f"GameLog.pgn holds {len(logged)} games, XBoard's record {len(record)}")
     for number, (theirs, ours) in zip(numbers, pairs):
-        if theirs[0] != ours[0]:
+        if theirs[0] != ours[0] and not (number in crossed and theirs[0] == ours[0][:-1]):
             faults.append(f"game {number}: GameLog.pgn has other moves ({len(ours[0])} half-moves,"
                           f" XBoard {len(theirs[0])})")
         if theirs[1] != ours[1]:
@@ -206,7 +211,7 @@ def main():
     args = parser.parse_args()
     me, other = args.engine, args.opponent
     games = read_games(args.dir)
-    clocks, crashes, names, unlogged = read_debug(args.dir)
+    clocks, crashes, names, unlogged, crossed = read_debug(args.dir)
 
     faults = {me: [], other: []}
     for side, text in crashes.items():
@@ -247,7 +252,8 @@ def main():
         print(f"\nnodes per second: {me} {first / 1e6:.2f} million, {other} {second / 1e6:.2f} million,"
               f" ratio {first / second:.2f}")
     print(f"\nlogs of {me}")
-    faults[me] += report_logs(args.dir, unlogged, me.startswith("korvane") and not me.startswith("korvane-uci"))
+    faults[me] += report_logs(args.dir, unlogged, crossed,
+                              me.startswith("korvane") and not me.startswith("korvane-uci"))
     for side in (me, other):
         print(f"\nfaults of {side}: {len(faults[side]) or 'none'}")
         for fault in faults[side]:

@@ -10,6 +10,7 @@ by commas; games are counted by their results:
 
     move,GAME,CLOCK,USED    an answer: centiseconds on the clock it was told, milliseconds it took
     late,GAME,CLOCK,USED    the same where the game ended before the answer
+    spent,GAME,MOVES,USED   at a game's end: the moves that it was asked for, milliseconds it took in all
     end,GAME,RESIDENT       a game's end, and the engine's resident kilobytes
     cut|burst|pause,GAME,N  milliseconds between the pieces, pings, milliseconds
     fault,GAME,TEXT         what the engine should not have done
@@ -46,6 +47,7 @@ class Line:
         self.is_greeted = False  # before that nothing is put in
         self.pings, self.next_ping = [], FIRST_PING
         self.clock = self.asked = None  # what the engine was told, and when it was asked
+        self.moves, self.spent = 0, 0.0  # in this game
 
     def note(self, kind, *values):
         print(kind, self.games, *values, sep=",", file=self.record)
@@ -60,8 +62,7 @@ class Line:
         """One line on its way to the engine."""
         word = line.split()[0] if line.split() else b""
         if word in (b"result", b"quit") and self.asked:
-            self.note("late", self.clock, round(milliseconds() - self.asked))
-            self.asked = None
+            self.take_time("late")
         burst = b""
         if self.is_greeted and word != b"quit" and self.dice.random() < BURST:
             count = self.dice.randint(1, LONGEST_BURST)
@@ -88,7 +89,14 @@ class Line:
             self.end_game()
         self.maybe_pause()
 
+    def take_time(self, kind):
+        used = milliseconds() - self.asked
+        self.note(kind, self.clock, round(used, 1))
+        self.moves, self.spent, self.asked = self.moves + 1, self.spent + used, None
+
     def end_game(self):
+        self.note("spent", self.moves, round(self.spent))
+        self.moves, self.spent = 0, 0.0
         try:
             with open(f"/proc/{self.engine.pid}/status", encoding="utf-8") as status:
                 resident = next(line.split()[1] for line in status if line.startswith("VmRSS"))
@@ -126,8 +134,7 @@ class Line:
                 self.note("fault", "pings are answered in another order: " + line.decode().strip())
             return
         if line.startswith(b"move ") and self.asked is not None:
-            self.note("move", self.clock, round(milliseconds() - self.asked, 1))
-            self.asked = None
+            self.take_time("move")
         try:
             os.write(1, line)
         except BrokenPipeError:
