@@ -30,7 +30,10 @@ std::string DamagedBook(std::string text) {
         text[place + Roll(STEP)] = static_cast<char>(Roll(256));
         return text;
     }
-    std::size_t number = static_cast<unsigned char>(text[place]);
+    std::size_t number = 0;
+    for (std::size_t i = 0; i < STEP; ++i) {
+        number |= std::size_t{static_cast<unsigned char>(text[place + i])} << (8 * i);
+    }
     switch (Roll(4)) {
     case 0: ++number; break;
     case 1: --number; break;

@@ -74,8 +74,8 @@ extern "C" void __wrap__Z18InitializeBitBoardv() {
     [[maybe_unused]] static const bool once = (RealInitializeBitBoard(), true);
 }
 
-// The sanitizer watches memory that was freed for as long as an input takes, and no longer, as
-// memory that is fresh each time costs a quarter of all.
+// The sanitizer watches memory that was freed for about as long as most inputs take, and no longer,
+// as memory that is fresh each time costs a quarter of all.
 extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1"; }
 
 // Called once: a directory of its own, in which the logs lead nowhere, and an engine with a game.

@@ -19,6 +19,9 @@ void SetOutput(std::string* text);
 // Closes the files that the program left open.
 void CloseFiles();
 
+// How large a table can be had from now on.
+void SetMostMemory(std::size_t bytes);
+
 // A new game in an engine as it starts.
 void ResetEngine(bool has_book);
 

@@ -60,8 +60,9 @@ void PlayGame(std::string_view text) {
 } // namespace
 
 std::string MutateInput(std::string_view text) {
-    const std::string start(1, text.empty() ? '\0' : text[0]);
-    Parts tokens = SplitText(text.substr(start.size() - text.empty()), ' ');
+    if (text.empty()) return " ";
+    const std::string start(1, text[0]);
+    Parts tokens = SplitText(text.substr(1), ' ');
     ChangeParts(tokens, [&start](std::span<const std::string> before) {
         PlayGame(start + JoinedText(before, ' '));
         return SomeMove();

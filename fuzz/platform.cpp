@@ -13,13 +13,13 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_LOOK = 300'000;            // 30 milliseconds
-constexpr std::size_t MAX_TABLE_SIZE = std::size_t{2} << 20; // memory that can be had
+constexpr std::uint64_t TICKS_PER_LOOK = 300'000; // 30 milliseconds
 constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 
 constexpr int LOOKS_OF_PAUSE = 50; // for which nothing waits
 
+std::size_t most_memory = std::size_t{64} << 20; // for a table
 std::string_view input;
 int looks = 0; // at the input since the last byte was read
 int looks_left_of_pause = 0;
@@ -46,6 +46,8 @@ void SetInput(std::string_view text) {
     input = text;
     looks_left_of_pause = 0;
 }
+
+void SetMostMemory(std::size_t bytes) { most_memory = bytes; }
 
 void SetOutput(std::string* text) { output = text; }
 
@@ -120,7 +122,7 @@ void CloseFiles() {
 bool MoveIntoPlace(const char* from, const char* to) { return std::rename(from, to) == 0; }
 
 void* AllocateTable(std::size_t bytes) {
-    if (bytes > MAX_TABLE_SIZE) return nullptr;
+    if (bytes > most_memory) return nullptr;
     const std::size_t size = SizeInPages(bytes);
     if (!IsGuarded(size)) {
         void* const area =

@@ -13,12 +13,12 @@
 
 #include <algorithm>
 
-// A search ends after so many nodes and the root move behind them. An input that asks for a depth
-// has more.
 namespace {
 
+// A search ends after so many nodes and the root move behind them. An input that begins with a
+// depth has more.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
-constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 1'000;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
 constexpr std::int32_t MOST_DEPTH = 4 * QUARTER_PLIES;
 std::uint64_t nodes_of_a_search;
 
@@ -79,7 +79,7 @@ void Converse(std::string_view text) {
                    .may_go_on = [] { return search_info.nodes < nodes_of_a_search; },
                    .tell_line = PrintThinking};
     ResetEngine(true);
-    const bool is_deep = text.find("sd ") != std::string_view::npos;
+    const bool is_deep = text.starts_with("sd ");
     nodes_of_a_search = is_deep ? NODES_OF_A_DEEP_SEARCH : NODES_OF_A_SEARCH;
     SetInput(text);
     CommandLine line;

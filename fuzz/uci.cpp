@@ -25,7 +25,8 @@ namespace {
 // A search ends after so many nodes and the root move behind them. An input that begins with
 // the byte of a pause has more.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
-constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 1'000;
+constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
+constexpr std::size_t MOST_MEMORY = std::size_t{6} << 20; // clearing larger tables takes long
 constexpr int LOOKS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
@@ -167,6 +168,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         MakeBook(DEFAULT_BOOK_NAME, "games", false, 30, 5);
         return true;
     }();
+    SetMostMemory(MOST_MEMORY);
     Start();
     Require(has_book && engine_state.use_book, "the book is read");
     const std::string_view text(reinterpret_cast<const char*>(data), size);

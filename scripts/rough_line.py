@@ -42,6 +42,8 @@ class Line:
         self.record = open(record, "a", buffering=1, encoding="utf-8")
         self.dice = random.Random(f"{seed} {self.games}")
         self.engine = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0)
+        signal.signal(signal.SIGTERM, signal.SIG_IGN)  # as the engine does, which must do it itself
+        signal.signal(signal.SIGINT, signal.SIG_IGN)
         self.front_end = os.getppid()
         self.is_paused, self.resume_at = False, 0.0
         self.is_greeted = False  # before that nothing is put in
@@ -135,6 +137,8 @@ class Line:
             return
         if line.startswith(b"move ") and self.asked is not None:
             self.take_time("move")
+        if self.is_paused and not select.select([], [1], [], 0)[1]:
+            self.resume()  # it takes no more, and nobody else would wake it
         try:
             os.write(1, line)
         except BrokenPipeError:
@@ -159,18 +163,17 @@ class Line:
             if self.is_paused and milliseconds() >= self.resume_at:
                 self.resume()
         self.resume()
-        self.finish()
+        self.finish(pending[self.engine.stdout.fileno()])
 
-    def finish(self):
+    def finish(self, begun):
         try:
             rest, _ = self.engine.communicate(timeout=LONGEST_END)
-            for line in rest.splitlines(keepends=True):
+            for line in (begun + rest).splitlines(keepends=True):
                 self.answer(line)
         except subprocess.TimeoutExpired:
             self.engine.kill()
+            self.engine.wait()
             self.note("fault", f"the engine has not ended in {LONGEST_END} s")
-        except BrokenPipeError:
-            pass
         if self.engine.returncode != 0:
             self.note("fault", f"the engine's exit status is {self.engine.returncode}")
         if self.pings:
@@ -178,6 +181,8 @@ class Line:
 
 
 if __name__ == "__main__":
-    signal.signal(signal.SIGTERM, signal.SIG_IGN)  # as the engine does
-    signal.signal(signal.SIGINT, signal.SIG_IGN)
-    Line(sys.argv[1], sys.argv[2], sys.argv[3:]).run()
+    line_of_engine = Line(sys.argv[1], sys.argv[2], sys.argv[3:])
+    try:
+        line_of_engine.run()
+    finally:
+        line_of_engine.resume()

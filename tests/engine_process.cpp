@@ -169,9 +169,9 @@ void SendWithoutReading(EngineProcess& engine, const std::string& lines) {
     int answered = 0, left = 1;
     while (left > 0 && state != "Z" && (state != "S" || answered == 0)) {
         sched_yield();
-        std::ifstream(about) >> number >> program >> state;
         ioctl(engine.output, FIONREAD, &answered);
         ioctl(engine.input, FIONREAD, &left);
+        std::ifstream(about) >> number >> program >> state;
     }
     EXPECT_EQ(state, "S");
     EXPECT_GT(left, 0) << "the engine takes all lines";

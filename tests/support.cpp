@@ -17,7 +17,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
+#include <set>
 #include <sstream>
+#include <utility>
 
 void StartAt(const std::string& fen) {
     engine_state.san_notation = 0;
@@ -51,9 +54,22 @@ std::string ReadCases(const char* file_name) {
     return text;
 }
 
+namespace {
+
+using SuitesOfFiles = std::map<std::string, std::set<std::string>>;
+
+// Those that the cases of each file name, and those that took cases from it.
+std::pair<SuitesOfFiles, SuitesOfFiles>& Suites() {
+    static std::pair<SuitesOfFiles, SuitesOfFiles> suites;
+    return suites;
+}
+
+} // namespace
+
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check) {
     constexpr std::size_t MAX_FIELDS = 4;
     static std::deque<std::vector<TextCase>> files; // of the whole run
+    auto& [suites_of_cases, suites_of_tests] = Suites();
     std::vector<TextCase>& cases = files.emplace_back();
     const std::string group = std::filesystem::path(suite).filename().string() + ".";
     std::istringstream lines(ReadCases(file_name));
@@ -65,12 +81,22 @@ bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase
             fields.push_back(line.substr(from, bar - from));
         }
         const std::size_t dot = fields[0].find('.');
+        if (dot != std::string::npos)
+            suites_of_cases[file_name].insert(fields[0].substr(0, dot + 1));
         if (dot != std::string::npos && !fields[0].starts_with(group)) continue;
         cases.push_back({fields[0].substr(dot + 1), {fields.begin() + 1, fields.end()}});
         cases.back().fields.resize(MAX_FIELDS);
     }
     if (cases.empty()) std::abort();
+    suites_of_tests[file_name].insert(group);
     return RegisterCases<TextCase>(suite, cases, check);
+}
+
+TEST(Cases, AllBelongToASuite) {
+    for (const auto& [file, suites] : Suites().first) {
+        if (suites.empty()) continue; // one suite has them all
+        EXPECT_EQ(suites, Suites().second[file]) << file;
+    }
 }
 
 std::vector<Reference> ReadReferences() {

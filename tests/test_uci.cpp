@@ -210,6 +210,11 @@ TEST(Uci, KeepsItsBookWithoutMemoryForAnother) {
         "bestmove a2a3\n");
 }
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define __SANITIZE_ADDRESS__
+#endif
+#endif
 #ifndef __SANITIZE_ADDRESS__ // which ends the program itself
 TEST(Uci, TellsWhenItRunsOutOfMemory) {
     if (WINDOWS_PROGRAMS) return;

@@ -191,7 +191,7 @@ const char* ReadWhole(BookFile& book_file, MoveTrieNode& root) {
 // All of it is asked for before the first node, as without any left not even the stack could grow.
 bool IsMemoryFor(std::uintmax_t nodes) {
     constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16; // as a block of its own
-    constexpr std::uintmax_t SPARE = std::uintmax_t{1} << 20;         // for all else
+    constexpr std::uintmax_t SPARE = std::uintmax_t{4} << 20;         // for the stack and all else
     const auto bytes = static_cast<std::size_t>(nodes * NODE_MEMORY + SPARE);
     void* const room = AllocateTable(bytes);
     FreeTable(room, bytes);

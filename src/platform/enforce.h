@@ -7,7 +7,7 @@
 // Writes the message and a line feed to standard error and ends the program with exit status 1.
 [[noreturn]] void FatalError(std::string_view message);
 
-// Ends the program with a fatal error when memory that it cannot do without cannot be had.
+// Ends the program with a fatal error: memory that it asked for cannot be had.
 [[noreturn]] void RunOutOfMemory();
 
 // 1 if it is a file on a disk, and no pipe, folder or device.

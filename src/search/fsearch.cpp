@@ -291,6 +291,7 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
     assert(side_to_move == US);
     assert(alpha < beta);
     assert(ply >= QUARTER_PLIES && ply / QUARTER_PLIES + 1 < MAX_LINE_PLIES);
+    assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
     if (--search_info.node_counter <= 0 && MustStop()) return STOPPED_EVAL;
