@@ -3,7 +3,6 @@
 #include "harness.h"
 #include "moves/makemove.h"
 #include "mutate.h"
-#include "notation/notation.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
 #include "snapshot.h"
@@ -31,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         MoveList list;
         GenerateAllLegalMoves(list, LastMove());
         if (list.count == 0) break;
-        PlayUserMove(WrittenMove(list.moves[static_cast<unsigned char>(choice) % list.count]));
+        PlayLegalMove(list.moves[static_cast<unsigned char>(choice) % list.count]);
     }
     const std::string last = GetBoardFen();
     CheckUndo();

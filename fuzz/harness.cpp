@@ -6,6 +6,7 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
+#include "moves/predicates.h"
 #include "notation/notation.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
@@ -159,16 +160,33 @@ void CheckUndo() {
     CheckPosition();
 }
 
-void PlayUserMove(std::string_view token) {
-    Move move;
-    if (IsHistoryFull() || !ParseMove(token, move) || !IsLegalMove(move)) return;
+namespace {
+
+void CheckNotations(const Move& move) {
     for (const bool is_san : {true, false}) {
         engine_state.san_notation = is_san;
         Move again;
-        Require(ParseMove(WrittenMove(move), again) && again.from == move.from &&
-                    again.to == move.to && again.promoted == move.promoted,
+        Require(ParseMove(WrittenMove(move), again) && IsSameMove(again, move),
                 "a move that was written reads as itself");
     }
+}
+
+void Play(std::string_view token) {
     Require(PlayMove(token), "a legal move can be played");
     CheckPosition();
+}
+
+} // namespace
+
+void PlayLegalMove(const Move& move) {
+    if (IsHistoryFull()) return;
+    CheckNotations(move);
+    Play(WrittenMove(move));
+}
+
+void PlayUserMove(std::string_view token) {
+    Move move;
+    if (IsHistoryFull() || !ParseMove(token, move) || !IsLegalMove(move)) return;
+    CheckNotations(move);
+    Play(token);
 }

@@ -1,6 +1,8 @@
 // What the fuzz harnesses share: an engine without an operating system, and what must always hold.
 #pragma once
 
+#include "board/move.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -43,5 +45,8 @@ void CheckFen();
 // Takes every move back, and checks each position on the way.
 void CheckUndo();
 
-// Plays a move that a user gave.
+// Plays a legal move, and checks how it is written.
+void PlayLegalMove(const Move& move);
+
+// Does so with a move that a user gave; what is none is passed over.
 void PlayUserMove(std::string_view token);

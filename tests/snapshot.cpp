@@ -43,18 +43,18 @@ std::uint64_t FirstCastlingKeys() {
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// Those that it holds after the moves of the game: without those of which a move took the king or
-// the rook away. A captured rook leaves its key, and so does another piece that stood in its place.
-std::uint64_t CastlingKeys() {
-    std::uint64_t keys = FirstCastlingKeys();
+// Those of them that it holds after the moves of the game: without those of which a move took the
+// king or the rook away. A captured rook leaves its key, and so does another piece that stood in
+// its place.
+std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];
+        const int type = TypeOf(move.piece);
+        if (IsMoved(move.piece) || (type != KING && type != ROOK)) continue;
         for (int right = 0; right < 4; ++right) {
             const int king = right < 2 ? 4 : 60;
             const int rook = right % 2 == 0 ? king + 3 : king - 4;
-            const int type = TypeOf(move.piece);
-            const bool is_taken_away =
-                type == KING ? move.from == king : type == ROOK && move.from == rook;
+            const bool is_taken_away = move.from == (type == KING ? king : rook);
             if (is_taken_away && IsHeld(state_history.positions[i - 1], king, rook)) {
                 keys ^= ZOBRIST_KEY_CASTLE[right];
             }
@@ -66,7 +66,7 @@ std::uint64_t CastlingKeys() {
 // What the board does not tell (en-passant key, ply) is taken as given.
 Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
     Snapshot now{};
-    now.key = castling_keys ^ zobrist_xor ^ PieceKeys(position);
+    now.key = castling_keys ^ zobrist_xor;
     for (int square = 0; square < SQUARES; ++square) {
         const Piece piece = position[square];
         now.board[square] = piece;
@@ -74,6 +74,7 @@ Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
         const int colour = piece & 0x80 ? 1 : 0;
         const int type = piece & 7;
         const int row = colour * 8 + type;
+        now.key ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
         now.by_type[row] |= BIT_RANK[square];
         now.all[0][colour] |= BIT_RANK[square];
         now.all[1][colour] |= BITS[square].file;
@@ -113,6 +114,7 @@ Snapshot TakeSnapshot() {
 }
 
 bool IsConsistentPosition() {
-    return IsSetOfCastlingKeys(FirstCastlingKeys()) &&
-           TakeSnapshot() == ComputeSnapshot(CastlingKeys());
+    const std::uint64_t first_keys = FirstCastlingKeys();
+    return IsSetOfCastlingKeys(first_keys) &&
+           TakeSnapshot() == ComputeSnapshot(CastlingKeys(first_keys));
 }
