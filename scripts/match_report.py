@@ -79,13 +79,13 @@ def losers(game):
 def read_debug(directory):
     """From XBoard's debug file: Korvane's clock by game and move, crashes, the engines' names,
     the games of which Korvane heard the result in force mode, in which it logs nothing, and those
-    whose end crossed with a move of its.
+    whose end may have crossed with a move of its.
 
     A clock entry is (centiseconds left before the move, centiseconds used for it): XBoard
     sends "time" when it starts Korvane's clock, and stamps every line with milliseconds.
     """
     clocks, crashes, names, unlogged, crossed = collections.defaultdict(list), {}, {}, set(), set()
-    number, left, started, forced = 0, None, 0, False
+    number, left, started, forced, is_passed_on = 0, None, 0, False, True
     for line in read(directory, "match.debug") + read(directory, "xboard.log"):
         if found := re.match(r"New game \((\d+)\)", line):
             number, left = int(found[1]), None
@@ -98,7 +98,14 @@ def read_debug(directory):
             if way == "<" and (name := re.search(r'\bmyname="([^"]*)"', text)):
                 names[who] = name[1]
             if who == "second":
+                is_passed_on = is_passed_on or way == ">"
                 continue
+            if way == "<" and text.startswith("move "):
+                is_passed_on = False
+            if way == ">" and text.startswith("result"):
+                if not is_passed_on and "on time" in text:  # the flag fell when XBoard took up the move
+                    crossed.add(number)
+                is_passed_on = True
             if way == ">" and re.match(r"(new|go|playother|force)\b", text):
                 forced = text.startswith("force")
             if way == ">" and text.startswith("result") and forced:
@@ -111,6 +118,7 @@ def read_debug(directory):
             elif way == ">" and re.match(r"(result|new)\b", text):
                 if left is not None and "on time" in text:  # the flag fell before the move came
                     clocks[number].append((left, left))
+                    crossed.add(number)
                 left = None
     return clocks, crashes, names, unlogged, crossed
 
@@ -177,8 +185,6 @@ def report_logs(directory, unlogged, crossed, must_exist):
         return ["Korvane wrote no GameLog.pgn"] if must_exist else []
     record, objections = long_algebraic(os.path.join(directory, "match.pgn"))
     logged, complaints = long_algebraic(path)
-    if crossed:
-        print(f"  logged with a move that crossed with the end of the game: {len(crossed)} games")
     if objections:
         print("  pgn-extract objects to XBoard's own record:", *objections[:5], sep="\n    ")
     numbers = [n for n in range(1, len(record) + 1) if n not in unlogged]
@@ -186,6 +192,9 @@ def report_logs(directory, unlogged, crossed, must_exist):
     pairs = list(zip(record, logged))
     equal = sum(a[0] == b[0] for a, b in pairs)
     results = sum(a[1] == b[1] for a, b in pairs)
+    crossed = {n for n, (theirs, ours) in zip(numbers, pairs) if n in crossed and theirs[0] == ours[0][:-1]}
+    if crossed:
+        print(f"  logged with a move that crossed with the end of the game: {len(crossed)} games")
     if unlogged:
         print(f"  not to be logged, their results came in force mode: {len(unlogged)} games")
     print(f"  to be logged by XBoard's record: {len(record)} games, logged: {len(logged)};"
@@ -195,7 +204,7 @@ def report_logs(directory, unlogged, crossed, must_exist):
     if len(record) != len(logged):
         faults.append(f"GameLog.pgn holds {len(logged)} games, XBoard's record {len(record)}")
     for number, (theirs, ours) in zip(numbers, pairs):
-        if theirs[0] != ours[0] and not (number in crossed and theirs[0] == ours[0][:-1]):
+        if theirs[0] != ours[0] and number not in crossed:
             faults.append(f"game {number}: GameLog.pgn has other moves ({len(ours[0])} half-moves,"
                           f" XBoard {len(theirs[0])})")
         if theirs[1] != ours[1]:
