@@ -103,8 +103,8 @@ def read_debug(directory):
             if way == "<" and text.startswith("move "):
                 is_passed_on = False
             if way == ">" and text.startswith("result"):
-                if not is_passed_on and "on time" in text:  # the flag fell when XBoard took up the move
-                    crossed.add(number)
+                if left is not None or not is_passed_on:
+                    crossed.add(number)  # by a flag that fell or a claim, before XBoard took up the move
                 is_passed_on = True
             if way == ">" and re.match(r"(new|go|playother|force)\b", text):
                 forced = text.startswith("force")
@@ -118,7 +118,6 @@ def read_debug(directory):
             elif way == ">" and re.match(r"(result|new)\b", text):
                 if left is not None and "on time" in text:  # the flag fell before the move came
                     clocks[number].append((left, left))
-                    crossed.add(number)
                 left = None
     return clocks, crashes, names, unlogged, crossed
 
