@@ -20,6 +20,7 @@
 #include <map>
 #include <random>
 #include <sstream>
+#include <utility>
 #ifndef _WIN32
 #include <pty.h>
 #include <sys/resource.h>
@@ -372,6 +373,17 @@ TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
     EXPECT_EQ(NextMove(), "none");
     UndoMove();
     EXPECT_EQ(NextMove(), "g1f3");
+}
+
+// The book's next move is the queen's, and a knight stands there.
+TEST_F(BookInPlay, EndsWithAPromotionToAnotherPiece) {
+    BuildAndList(FORK + "Q Be7 6. Qxa7 *\n", false);
+    ASSERT_EQ(ReplaceBook("out.bk"), nullptr);
+    for (const auto& [piece, move] : {std::pair{"Q", "a8a7"}, {"N", "none"}}) {
+        NewGame();
+        Play("e4 d5 exd5 c6 dxc6 Nf6 cxb7 e6 bxa8=" + std::string(piece) + " Be7");
+        EXPECT_EQ(NextMove(), move) << piece;
+    }
 }
 
 TEST_F(BookInPlay, DoesNotBeginAgainLater) {
