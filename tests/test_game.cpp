@@ -30,6 +30,7 @@ void CheckRefusal(const TextCase& test) {
     Play("e8g8 e1e2");
     const std::string fen = GetBoardFen();
     const Snapshot before = TakeSnapshot();
+    EXPECT_STREQ(FindFenFault(test.fields[0]), test.fields[1].c_str());
     EXPECT_FALSE(SetBoardFen(test.fields[0]));
     EXPECT_EQ(GetBoardFen(), fen);
     EXPECT_TRUE(TakeSnapshot() == before);
@@ -57,6 +58,14 @@ void CheckTyped(const TextCase& test) {
 }
 
 const bool ARE_TYPED_REGISTERED = RegisterFile("Notation/Typed", "typed.txt", CheckTyped);
+
+void CheckRefused(const TextCase& test) {
+    StartAt(test.fields[0]);
+    EXPECT_TRUE(FindTypedMoves(test.fields[1]).empty());
+    EXPECT_EQ(WrittenRefusal(test.fields[1]), test.fields[2]);
+}
+
+const bool ARE_REFUSED_REGISTERED = RegisterFile("Notation/Refused", "refused.txt", CheckRefused);
 
 // A move is written in coordinate notation and in SAN.
 void CheckWritten(const TextCase& test) {

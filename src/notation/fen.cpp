@@ -131,30 +131,49 @@ bool IsAttackedBySide(const Fen& fen, int square) {
     return false;
 }
 
-// One king each, no pawn on the first or last rank, and the side not to move not in check.
-bool IsPlayable(const Fen& fen) {
+// What keeps a game from being played from the position, or null.
+const char* FaultOfPosition(const Fen& fen) {
     int kings[COLOURS] = {0, 0};
     int enemy_king = NO_SQUARE;
     for (int square = 0; square < SQUARES; ++square) {
         const Piece piece = fen.board[square];
         const bool is_back_rank = RankOf(square) == RANK_1 || RankOf(square) == RANK_8;
-        if (TypeOf(piece) == PAWN && is_back_rank) return false;
+        if (TypeOf(piece) == PAWN && is_back_rank) return "a pawn is on the first or last rank";
         if (TypeOf(piece) != KING) continue;
         ++kings[ColourOf(piece)];
         if (ColourOf(piece) != fen.side) enemy_king = square;
     }
-    return kings[WHITE] == 1 && kings[BLACK] == 1 && !IsAttackedBySide(fen, enemy_king);
+    if (kings[WHITE] != 1 || kings[BLACK] != 1) return "each side must have one king";
+    if (IsAttackedBySide(fen, enemy_king)) return "the side that just moved is in check";
+    return nullptr;
+}
+
+// Reads the fields in turn, up to the first that is at fault.
+const char* ReadFields(std::string_view text, Fen& fen) {
+    text = text.substr(0, FEN_SIZE - 1);
+    CopyText(fen.text, text);
+    if (!ReadPlacement(NextWord(text), fen)) return "the board must be 8 ranks of 8 squares";
+    if (!ReadSide(NextWord(text), fen)) return "the side to move, w or b, must follow the board";
+    if (!ReadCastling(NextWord(text), fen)) {
+        return "the castling rights must be - or letters of KQkq that fit the board";
+    }
+    if (!ReadEnPassant(NextWord(text), fen)) {
+        return "the en-passant square must be - or the one that a pawn has just passed";
+    }
+    if (!ReadCounter(NextWord(text), 0, fen.half_moves) ||
+        !ReadCounter(NextWord(text), 1, fen.full_move)) {
+        return "the counters of half-moves and moves must be numbers";
+    }
+    return FaultOfPosition(fen);
 }
 
 } // namespace
 
-bool ReadFen(std::string_view text, Fen& fen) {
-    text = text.substr(0, FEN_SIZE - 1);
-    CopyText(fen.text, text);
-    return ReadPlacement(NextWord(text), fen) && ReadSide(NextWord(text), fen) &&
-           ReadCastling(NextWord(text), fen) && ReadEnPassant(NextWord(text), fen) &&
-           ReadCounter(NextWord(text), 0, fen.half_moves) &&
-           ReadCounter(NextWord(text), 1, fen.full_move) && IsPlayable(fen);
+bool ReadFen(std::string_view text, Fen& fen) { return ReadFields(text, fen) == nullptr; }
+
+const char* FindFenFault(std::string_view text) {
+    Fen fen;
+    return ReadFields(text, fen);
 }
 
 bool IsEmptyBoard(std::string_view text) {

@@ -39,5 +39,8 @@ struct Fen {
 // means nothing.
 bool ReadFen(std::string_view text, Fen& fen);
 
+// What is wrong with a text, in words for a person; null when it is a playable position.
+const char* FindFenFault(std::string_view text);
+
 // The text shows a board without any piece, which no game can begin from.
 bool IsEmptyBoard(std::string_view text);

@@ -22,6 +22,12 @@ void CopyText(std::span<char> field, std::string_view text) {
     field[length] = '\0';
 }
 
+std::string InLowerCase(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), LowerCase);
+    return lower;
+}
+
 std::string_view NextWord(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
     const std::string_view word = text.substr(0, text.find_first_of(WHITE_SPACE));

@@ -9,6 +9,8 @@
 // Copies the text into the field with a closing NUL, cut to what fits; they may overlap.
 void CopyText(std::span<char> field, std::string_view text);
 
+std::string InLowerCase(std::string_view text);
+
 // Takes the next word, of characters other than white space, from the text; empty at its end.
 std::string_view NextWord(std::string_view& text);
 

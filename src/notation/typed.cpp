@@ -1,69 +1,143 @@
 #include "notation/typed.h"
 
-#include "game/enginestate.h"
+#include "board/position.h"
+#include "game/finish.h"
 #include "game/gamestate.h"
+#include "moves/generate.h"
 #include "moves/makemove.h"
 #include "moves/predicates.h"
 #include "notation/characters.h"
-#include "notation/notation.h"
+#include "notation/fen.h"
+#include "notation/text.h"
 
 #include <algorithm>
-#include <string>
+#include <functional>
 
 namespace {
 
+constexpr std::string_view SHORT_CASTLING = "OO";
+constexpr std::string_view LONG_CASTLING = "OOO";
+
+constexpr const char* PIECE_NAMES[PIECE_TYPES] = {"",     "pawn",   "knight", "king",
+                                                  "none", "bishop", "rook",   "queen"};
+
+// "12.", "12..." or "..." at the start of the text.
+std::string_view WithoutMoveNumber(std::string_view text) {
+    const std::size_t dots = text.find_first_not_of("0123456789 ");
+    const bool is_numbered = dots < text.size() && text[dots] == '.';
+    if (is_numbered) text.remove_prefix(std::min(text.find_first_not_of(". ", dots), text.size()));
+    return text;
+}
+
+// The characters that name pieces and squares; castling in capital letters.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
-    for (const char c : text) {
-        const bool is_mark = std::string_view("+#!?=x:-()").find(c) != std::string_view::npos;
+    for (const char c : WithoutMoveNumber(text)) {
+        const bool is_mark = std::string_view("+#!?=xX:-() ").find(c) != std::string_view::npos;
         if (!is_mark) plain += c == '0' || c == 'o' ? 'O' : c;
     }
     return plain;
 }
 
-std::string Name(std::int32_t square) {
+std::string WrittenSquare(std::int32_t square) {
     return {CharByFile(FileOf(square)), CharByRank(RankOf(square))};
 }
 
-// Every way to write the move but its SAN, which is given without marks.
-std::vector<std::string> OtherSpellings(const Move& move, const std::string& san) {
-    const std::string from = Name(move.from), to = Name(move.to);
-    const bool has_letter = TypeOf(move.piece) != PAWN && !move.castle;
-    const std::string piece = has_letter ? san.substr(0, 1) : "";
+// Every way to write the move, without marks.
+std::vector<std::string> Spellings(const Move& move) {
+    const std::string from = WrittenSquare(move.from), to = WrittenSquare(move.to);
+    if (move.castle) {
+        return {from + to, std::string(FileOf(move.to) == FILE_C ? LONG_CASTLING : SHORT_CASTLING)};
+    }
     std::vector<std::string> promotions{""};
     if (IsPromotion(move)) {
-        const char letter = san.back();
+        const char letter = CharByPiece(TypeOf(move.promoted));
         promotions = {{letter}, {LowerCase(letter)}};
         if (TypeOf(move.promoted) == QUEEN) promotions.push_back("");
     }
+    const PieceType type = TypeOf(move.piece);
+    const std::string piece(type == PAWN ? 0 : 1, CharByPiece(type));
     std::vector<std::string> spellings;
     for (const std::string& promotion : promotions) {
+        for (const std::string& origin : {from, from.substr(0, 1), from.substr(1), std::string()}) {
+            spellings.push_back(piece + origin + to + promotion);
+        }
         spellings.push_back(from + to + promotion);
-        spellings.push_back(piece + from + to + promotion);
-        spellings.push_back(piece + from[0] + to + promotion);
-        spellings.push_back(piece + from[1] + to + promotion);
-        if (!move.castle) spellings.push_back(piece + to + promotion);
     }
     return spellings;
 }
 
+// The moves of the list that a text without marks can mean: as it is written, else in any case.
+std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
+    std::vector<Move> exact, in_any_case;
+    for (const Move& move : list) {
+        const auto is_spelled = [&](auto change) {
+            return std::ranges::count(Spellings(move), change(typed), change) > 0;
+        };
+        if (is_spelled(std::identity{})) exact.push_back(move);
+        if (is_spelled(InLowerCase)) in_any_case.push_back(move);
+    }
+    return exact.empty() ? in_any_case : exact;
+}
+
+// A square, with no more around it than moves have; or castling.
+bool LooksLikeMove(const std::string& typed) {
+    if (typed == SHORT_CASTLING || typed == LONG_CASTLING) return true;
+    constexpr std::size_t LONGEST = 6;
+    constexpr std::string_view CHARACTERS = "abcdefgh12345678nrqkABCDEFGHNRQK";
+    const auto is_square = [](char file, char rank) {
+        return IsOnBoard(FileByChar(LowerCase(file)), RankByChar(rank));
+    };
+    return typed.size() <= LONGEST && typed.find_first_not_of(CHARACTERS) == std::string::npos &&
+           std::ranges::adjacent_find(typed, is_square) != typed.end();
+}
+
+const char* ReasonAgainstCastling(bool is_long) {
+    const int king = KING_HOME[side_to_move];
+    const int rook = CornerOf(side_to_move, is_long ? QUEEN_SIDE : KING_SIDE);
+    if (IsCheck()) return "you are in check";
+    if (position[king] != UnmovedPiece(side_to_move, KING) ||
+        position[rook] != UnmovedPiece(side_to_move, ROOK)) {
+        return "king or rook has moved";
+    }
+    const int step = is_long ? -1 : 1;
+    for (int square = king + step; square != rook; square += step) {
+        if (position[square] != NO_PIECE) return "there are pieces between king and rook";
+    }
+    return "the king would pass an attacked square";
+}
+
+// Why a move that the pieces' rules allow leaves the king to be taken.
+std::string ReasonAgainst(const Move& move) {
+    if (TypeOf(move.piece) == KING) return "the king would be in check";
+    if (IsCheck()) return "you are in check";
+    if (move.en_passant) return "it would open a line to your king";
+    return "the " + std::string(PIECE_NAMES[TypeOf(move.piece)]) + " on " +
+           WrittenSquare(move.from) + " is pinned";
+}
+
 } // namespace
 
-std::vector<Move> FindTypedMoves(std::string_view word) {
-    const std::string typed = WithoutMarks(word);
-    const std::uint8_t notation = engine_state.san_notation;
-    engine_state.san_notation = 1;
+std::vector<Move> FindTypedMoves(std::string_view text) {
     MoveList list;
     GenerateAllLegalMoves(list, LastMove());
-    std::vector<Move> meant;
-    for (const Move& move : list) {
-        const std::string san = WithoutMarks(WrittenMove(move));
-        if (typed == san) {
-            meant.assign(1, move);
-            break;
-        }
-        if (std::ranges::count(OtherSpellings(move, san), typed) > 0) meant.push_back(move);
+    return MovesSpelled(list, WithoutMarks(text));
+}
+
+std::string WrittenRefusal(std::string_view text) {
+    const std::string typed = WithoutMarks(text);
+    if (!LooksLikeMove(typed)) return "";
+    MoveList list;
+    GenerateAllMoves(list, LastMove());
+    const std::vector<Move> meant = MovesSpelled(list, typed);
+    std::string reason;
+    if (typed == SHORT_CASTLING || typed == LONG_CASTLING) {
+        reason = ReasonAgainstCastling(typed == LONG_CASTLING);
+    } else if (!meant.empty()) {
+        reason = ReasonAgainst(meant.front());
+    } else if (IsCheck()) {
+        reason = "you are in check";
     }
-    engine_state.san_notation = notation;
-    return meant;
+    const std::string refusal = "Illegal move: " + std::string(WithoutMoveNumber(text));
+    return reason.empty() ? refusal : refusal + " (" + reason + ")";
 }
