@@ -11,11 +11,11 @@ constexpr const char* SYMBOLS[COLOURS][PIECE_TYPES] = {{"", "♙", "♘", "♔",
                                                        {"", "♟", "♞", "♚", "", "♝", "♜", "♛"}};
 
 // A terminal's colours, of 256: squares by what they show, and the pieces on them.
-constexpr int CHECKED = 167;
-constexpr int MOVED = 143;
-constexpr int DARK = 101;
-constexpr int LIGHT = 180;
-constexpr int PIECES = 16;
+constexpr int CHECKED = 160;
+constexpr int MOVED = 100;
+constexpr int DARK = 95;
+constexpr int LIGHT = 137;
+constexpr int PIECES[COLOURS] = {231, 16};
 
 bool IsOfLastMove(int square) {
     const Move* last = LastMove();
@@ -26,7 +26,10 @@ bool IsCheckedKing(int square) { return square == KingSquare(side_to_move) && Is
 
 std::string WrittenPiece(Piece piece, const DiagramStyle& style) {
     if (piece == NO_PIECE) return style.is_coloured ? " " : ".";
-    if (style.is_unicode) return SYMBOLS[ColourOf(piece)][TypeOf(piece)];
+    // Filled symbols read better, and colours tell the sides apart.
+    if (style.is_unicode) {
+        return SYMBOLS[style.is_coloured ? BLACK : ColourOf(piece)][TypeOf(piece)];
+    }
     const char letter = CharByPiece(TypeOf(piece));
     return {ColourOf(piece) == WHITE ? letter : LowerCase(letter)};
 }
@@ -38,8 +41,9 @@ std::string WrittenSquare(int square, const DiagramStyle& style) {
     if (!style.is_coloured) return (is_checked ? "!" : is_moved ? "*" : " ") + piece + " ";
     const bool is_dark = (FileOf(square) + RankOf(square)) % 2 == 0;
     const int ground = is_checked ? CHECKED : is_moved ? MOVED : is_dark ? DARK : LIGHT;
-    return "\033[48;5;" + std::to_string(ground) + ";38;5;" + std::to_string(PIECES) + "m " +
-           piece + " \033[0m";
+    const int ink = PIECES[ColourOf(position[square])];
+    return "\033[48;5;" + std::to_string(ground) + ";38;5;" + std::to_string(ink) + "m " + piece +
+           " \033[0m";
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 
 struct DiagramStyle {
     bool is_unicode;  // pieces as chess symbols instead of letters
-    bool is_coloured; // squares by a terminal's colours; else marks: '*' the last move, '!' a check
+    bool is_coloured; // in a terminal's 256 colours; else '*' marks the last move, '!' a check
     bool is_flipped;  // black below
 };
 

@@ -12,13 +12,17 @@
 #include <string_view>
 
 // What the interrupt and termination signals do, which some front ends send as a matter of course
-// and others to be rid of an engine.
+// and others to be rid of an engine. END_OF_INPUT: standard input seems to have ended; after an
+// interrupt it goes on when TakeInterrupt is called.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
 // Sets what these signals do, and ignores the one about files that grow too large, so that the
 // write just fails. When nobody reads standard output any more, the next write ends the process.
 // When it is only full, the write waits.
 void PrepareProcess(Interrupts interrupts);
+
+// True when an interrupt has ended standard input, which can be read again from now on.
+bool TakeInterrupt();
 
 // The words of the command line, the program's first, which live as long as the process.
 std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments);
@@ -38,6 +42,12 @@ bool IsConsoleErrors();
 
 // True when chess symbols, as UTF-8, are seen as such on a console.
 bool IsUnicodeConsole();
+
+// True when a person sees standard output in 256 colours and has not set NO_COLOR.
+bool IsColourConsole();
+
+// The value of an environment variable; empty when it is not set.
+std::string EnvironmentValue(const char* name);
 
 // How much standard input waits to be read, without blocking: bytes, or the events of a console.
 // INPUT_UNKNOWN when that cannot be told, and when no more will come because the input has ended or

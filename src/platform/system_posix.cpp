@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <iterator>
@@ -57,35 +58,50 @@ Events PollFrontEnd(int timeout) {
     return {count, ends[0].revents, ends[1].revents};
 }
 
-// From now on standard input has nothing more. A signal handler may do no more than this.
-void EndInput(int) {
+volatile std::sig_atomic_t is_interrupted = 0;
+int input_before_interrupt = -1; // a duplicate of standard input
+
+// From now on standard input has nothing more, which also ends a read that waits. A signal handler
+// may do no more than this.
+void InterruptInput(int) {
     const int error = errno;
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     dup2(nothing, STDIN_FILENO);
+    close(nothing);
+    is_interrupted = 1;
     errno = error;
 }
 
-using SignalHandler = void (*)(int);
-
-SignalHandler HandlerOf(Interrupts interrupts) {
-    switch (interrupts) {
-    case Interrupts::IGNORED: return SIG_IGN;
-    case Interrupts::FATAL: return SIG_DFL;
-    case Interrupts::END_OF_INPUT: break;
-    }
-    return EndInput;
+// The same for good.
+void EndInput(int signal) {
+    InterruptInput(signal);
+    dup2(STDIN_FILENO, input_before_interrupt);
 }
 
 } // namespace
 
 void PrepareProcess(Interrupts interrupts) {
-    const SignalHandler on_interrupt = HandlerOf(interrupts);
-    std::signal(SIGINT, on_interrupt);
-    std::signal(SIGTERM, on_interrupt);
+    if (interrupts == Interrupts::END_OF_INPUT) {
+        input_before_interrupt = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        std::signal(SIGINT, InterruptInput);
+        std::signal(SIGTERM, EndInput);
+        std::signal(SIGHUP, EndInput);
+    } else {
+        const auto handler = interrupts == Interrupts::IGNORED ? SIG_IGN : SIG_DFL;
+        std::signal(SIGINT, handler);
+        std::signal(SIGTERM, handler);
+    }
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_DFL);
     const int flags = fcntl(STDOUT_FILENO, F_GETFL);
     if (flags >= 0) fcntl(STDOUT_FILENO, F_SETFL, flags & ~O_NONBLOCK);
+}
+
+bool TakeInterrupt() {
+    if (!is_interrupted) return false;
+    is_interrupted = 0;
+    dup2(input_before_interrupt, STDIN_FILENO);
+    return true;
 }
 
 std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments) {
@@ -113,6 +129,19 @@ bool IsUnicodeConsole() {
     const bool is_unicode = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
     freelocale(locale);
     return is_unicode;
+}
+
+bool IsColourConsole() {
+    if (!IsConsoleOutput() || !EnvironmentValue("NO_COLOR").empty()) return false;
+    const std::string terminal = EnvironmentValue("TERM");
+    const std::string colours = EnvironmentValue("COLORTERM");
+    return terminal.ends_with("256color") ||
+           (terminal != "dumb" && (colours == "truecolor" || colours == "24bit"));
+}
+
+std::string EnvironmentValue(const char* name) {
+    const char* const value = std::getenv(name);
+    return value ? value : "";
 }
 
 int WaitingInput() {

@@ -134,6 +134,8 @@ void PrepareProcess(Interrupts interrupts) {
     SetNamedPipeHandleState(Output(), &mode, nullptr, nullptr);
 }
 
+bool TakeInterrupt() { return is_input_over.exchange(false); }
+
 std::span<const char* const> CommandLineWords(int, const char* const*) {
     static std::vector<std::string> words;
     static std::vector<const char*> pointers;
@@ -173,6 +175,18 @@ bool IsConsoleOutput() { return IsConsole(Output()); }
 bool IsConsoleErrors() { return IsConsole(GetStdHandle(STD_ERROR_HANDLE)); }
 
 bool IsUnicodeConsole() { return SetConsoleOutputCP(CP_UTF8) != 0; }
+
+// Windows 10 and later understand a terminal's colour codes when asked to.
+bool IsColourConsole() {
+    DWORD mode = 0;
+    return EnvironmentValue("NO_COLOR").empty() && GetConsoleMode(Output(), &mode) &&
+           SetConsoleMode(Output(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+std::string EnvironmentValue(const char* name) {
+    const wchar_t* const value = _wgetenv(Wide(name).c_str());
+    return value ? Narrow(value) : "";
+}
 
 int WaitingInput() {
     DWORD count = 0;
