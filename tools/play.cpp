@@ -8,6 +8,7 @@
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/diagram.h"
+#include "notation/fen.h"
 #include "notation/notation.h"
 #include "notation/pgninfo.h"
 #include "notation/portable.h"
@@ -28,7 +29,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iterator>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,27 +40,39 @@ namespace {
 
 constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 constexpr const char* HELP =
-    "a move: e4, Nf3, e2e4, O-O      go: Korvane plays this side   undo: takes back\n"
-    "new: a new game                 flip: turns the board         quit: ends\n"
-    "hint, book: what to play        analyse: until Enter          resign\n"
-    "level SECONDS: time for a move  depth N|off: plies at most    strength ELO|off: 1000 to 2400\n"
-    "fen: shows the position         fen FEN: sets one up          pgn FILE: appends the game\n";
+    "a move: e4, Nf3, e2e4, O-O      go: Korvane plays this side   undo: take back your last move\n"
+    "new: start a new game           flip: turn the board          resign: give the game up\n"
+    "hint, book: show good moves     analyse: think until Enter    settings: show the three below\n"
+    "level SECONDS: time per move    depth N|off: limit in plies   strength ELO|off: 1000 to 2400\n"
+    "fen [FEN]: show or set up       pgn FILE: append the game     quit\n"
+    "Ctrl-C stops Korvane's thinking; it then plays the best move that it has found.\n";
+constexpr const char* USAGE =
+    "Usage: korvane-play [OPTIONS]\n"
+    "\n"
+    "Plays chess at a terminal. Type a move, such as e4 or Nf3, or help.\n"
+    "\n"
+    "Options:\n"
+    "  --hash-size MB    use at most this much memory for the search (default: 128)\n"
+    "  --no-book         play without the opening book\n"
+    "  --version         print the version\n"
+    "  --help            print this help\n";
 
 DiagramStyle style = {};
+bool is_turned_by_hand = false; // the board stays as the person wants it
 bool is_analysing = false;
 std::int32_t seconds = 2; // for a move
 std::int32_t plies = 0;   // 0: no limit
 std::int32_t elo = 0;     // 0: full strength
 std::uint64_t search_end = 0;
-std::string last_line;   // what the engine thought last,
-std::string line_begins; // with this move
+std::string last_line;   // the search's last line,
+std::string line_begins; // its first move
 std::string result;      // of the game; empty while it goes on
 CommandLine input;
 bool is_input_waiting = false; // a line was read that is still to be carried out
 
 std::string San(const Move& move) { return WrittenMove(move); }
 
-// Board and game, as far as it goes.
+// Draws the board, and prints the game so far.
 void Draw() {
     std::printf("\n%s", WrittenDiagram(style).c_str());
     if (state_history.count == 0) return;
@@ -65,26 +80,34 @@ void Draw() {
     std::printf("\n");
 }
 
-// The search has no more time, or nobody will type any more.
+// The time is up, or the input has ended or been interrupted. An analysis ends at any input.
 bool IsStopWanted() {
     FlushOutput();
     if (is_analysing) return IsInputWaiting();
     return SystemTime() >= search_end || WaitingInput() == INPUT_UNKNOWN;
 }
 
-// The line in one row, as it would be printed by the engine.
+std::string WrittenScore(std::int32_t score) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%+6.2f", score / 100.0);
+    const std::int32_t mate = MovesToMate(score);
+    if (mate != 0) {
+        std::snprintf(text, sizeof text, "%s in %d", mate > 0 ? "mate" : "mated", std::abs(mate));
+    }
+    return text;
+}
+
 void TakeLine(const SearchLine& line) {
-    char start[32];
-    std::snprintf(start, sizeof start, "%2d %+6.2f ", line.plies, line.score / 100.0);
-    if (const std::int32_t mate = MovesToMate(line.score))
-        std::snprintf(start, sizeof start, "%2d mate in %d ", line.plies, std::abs(mate));
-    last_line = start + WrittenLine(line.moves);
+    char depth[16];
+    std::snprintf(depth, sizeof depth, "%2d ", line.plies);
+    last_line = depth + WrittenScore(line.score) + " " + WrittenLine(line.moves);
     line_begins = San(line.moves.front());
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
-// Finds a move in the time there is; the expected reply may be a fake move.
+// Finds a move in the time that is set; the expected reply may be a fake move.
 void Think(std::int32_t level, Move& move, Move& reply) {
+    std::printf("\nKorvane is thinking...\n");
     const std::int32_t depth = plies > 0 ? plies * QUARTER_PLIES : engine_state.depth_limit;
     SearchLimits limits{.depth = depth, .clock = {}};
     search_end = SystemTime() + static_cast<std::uint64_t>(seconds) * TICKS_PER_SECOND;
@@ -94,38 +117,59 @@ void Think(std::int32_t level, Move& move, Move& reply) {
     } else {
         FindBestMove(&move, &reply, LastMove(), limits);
     }
+    TakeInterrupt();
 }
 
-// "1-0 {White mates}", as front ends are told it, in words.
+// The line for front ends "1-0 {White mates}" as "White mates: 1-0".
 std::string InWords(const std::string& line) {
     const std::size_t brace = line.find('{');
     return line.substr(brace + 1, line.find('}') - brace - 1) + ": " + line.substr(0, brace - 1);
 }
 
-// Tells the end of the game, and logs the game, which stays on the board.
 void EndGame(const char* line) {
     result = line;
     std::printf("\n%s. Type new for another game.\n", InWords(result).c_str());
-    const std::vector<Move> moves = MovesSoFar();
-    if (!moves.empty()) ParseCommand(("result " + result).c_str());
-    PlayAgain(moves);
 }
 
-// Looks whether the position ends the game.
+// Ends the game when the position does.
 bool IsEnd() {
     if (const char* const line = EndOfGameLine(LastMove())) EndGame(line);
     return !result.empty();
 }
 
-// The game is over, which is told.
 bool IsOver() {
     if (!result.empty()) std::printf("The game is over. %s.\n", InWords(result).c_str());
     return !result.empty();
 }
 
-void PlayEngineMove(const std::string& = "") {
-    if (IsOver() || IsHistoryFull()) return;
-    pgn_game_info.engine_color = side_to_move;
+// Logs the game if it is over. Until then a move taken back, or a resignation, leaves no trace.
+void LeaveGame() {
+    if (!result.empty() && state_history.count > 0) ParseCommand(("result " + result).c_str());
+    result.clear();
+}
+
+std::string PersonName() {
+    for (const char* const variable : {"USER", "USERNAME"}) {
+        const std::string name = EnvironmentValue(variable);
+        if (!name.empty()) return name;
+    }
+    return "Player";
+}
+
+// At the first move it is known which side the person has, and when the game began.
+void BeginGame() {
+    DefaultPgnTagValues(pgn_game_info);
+    SetPgnTagValueByName(pgn_game_info, "Black", PersonName()); // not the engine's side, as yet
+    if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
+}
+
+void Play(const Move& move, Colour engine) {
+    pgn_game_info.engine_color = engine;
+    if (state_history.count == 0) BeginGame();
+    PlayMove(San(move));
+}
+
+void PlayEngineMove() {
     Move move, reply;
     SetFakeMove(reply);
     const BookState book_place = book_state;
@@ -134,7 +178,7 @@ void PlayEngineMove(const std::string& = "") {
     book_state = book_place; // PlayMove goes on in the book
     if (!is_from_book) Think(elo, move, reply);
     const std::string text = San(move);
-    PlayMove(text);
+    Play(move, side_to_move);
     game_state.expected_move = reply;
     Draw();
     std::printf("\nKorvane plays %s%s\n", text.c_str(), is_from_book ? " (book)" : "");
@@ -142,32 +186,49 @@ void PlayEngineMove(const std::string& = "") {
     IsEnd();
 }
 
-// Plays the move that a person typed, or says what it is missing.
-void PlayTypedMove(const std::string& word) {
-    if (IsOver()) return;
-    const std::vector<Move> meant = FindTypedMoves(word);
-    if (meant.size() == 1 && !IsHistoryFull()) {
-        PlayMove(San(meant.front()));
-        pgn_game_info.engine_color = side_to_move;
-        if (EndOfGameLine(LastMove())) Draw();
-        if (!IsEnd()) PlayEngineMove();
-        return;
-    }
-    const char* const error = meant.size() > 1    ? "Ambiguous"
-                              : meant.size() == 1 ? "The game is too long"
-                              : word.find_first_of("12345678O0") < word.size()
-                                  ? "Not legal here"
-                                  : "Unknown (try help)";
-    std::printf("%s: %s\n", error, word.c_str());
+bool HasRoom() {
+    if (IsHistoryFull()) std::printf("The game is too long for another move.\n");
+    return !IsHistoryFull();
 }
 
-// What was typed to end the analysis is carried out if it is a word.
+void Go(const std::string&) {
+    if (!IsOver() && HasRoom()) PlayEngineMove();
+}
+
+void PlayPersonMove(const Move& move) {
+    Play(move, Opponent(side_to_move));
+    Draw();
+    if (!IsEnd() && HasRoom()) PlayEngineMove();
+}
+
+void PlayTypedMove(const std::string& text) {
+    const std::vector<Move> meant = FindTypedMoves(text);
+    const std::string refusal = WrittenRefusal(text);
+    if (meant.empty() && refusal.empty()) {
+        std::printf("Unknown command: %s (type help)\n", text.c_str());
+    } else if (IsOver() || !HasRoom()) {
+        return;
+    } else if (meant.size() == 1) {
+        PlayPersonMove(meant.front());
+    } else if (meant.empty()) {
+        std::printf("%s\n", refusal.c_str());
+    } else {
+        std::printf("Ambiguous: %s can be", text.c_str());
+        for (std::size_t i = 0; i < meant.size(); ++i) {
+            std::printf("%s%s", i > 0 ? " or " : " ", WrittenMove(meant[i]));
+        }
+        std::printf("\n");
+    }
+}
+
+// A command that was typed to end the analysis is carried out.
 void Analyse(const std::string&) {
     if (IsOver()) return;
     is_analysing = true;
     std::printf("Enter ends the analysis.\n");
     FindBestMove(nullptr, nullptr, LastMove(), {.depth = engine_state.depth_limit, .clock = {}});
     is_analysing = false;
+    if (TakeInterrupt()) return;
     ReceiveCommand(input);
     is_input_waiting = true;
 }
@@ -179,36 +240,64 @@ void Hint(const std::string&) {
     std::printf("%s\n", San(move).c_str());
 }
 
-void WriteGame(const std::string& file_name) {
-    const std::string score = result.empty() ? "*" : result.substr(0, result.find(' '));
-    const bool is_written = AppendGameSoFar(file_name.c_str(), score.c_str());
+// The file that a person means: "~" is their home folder, and other names start in the folder that
+// they called the program in, which a launcher may have left.
+std::filesystem::path PersonPath(const std::string& name) {
+    constexpr const char* HOME_FOLDERS[] = {"HOME", "USERPROFILE"};
+    if (name.starts_with("~/") || name.starts_with("~\\")) {
+        for (const char* const variable : HOME_FOLDERS) {
+            const std::string home = EnvironmentValue(variable);
+            if (!home.empty()) return PathOf(home) / PathOf(name.substr(2));
+        }
+    }
     std::error_code error;
-    const std::string place = NameOf(std::filesystem::absolute(PathOf(file_name), error));
+    const auto folder = PathOf(EnvironmentValue("KORVANE_CALLED_FROM"));
+    return std::filesystem::absolute(folder / PathOf(name), error);
+}
+
+void WriteGame(const std::string& file_name) {
+    if (file_name.empty()) {
+        std::printf("pgn needs a file name, such as pgn game.pgn\n");
+        return;
+    }
+    const std::string place = NameOf(PersonPath(file_name));
+    const std::string score = result.empty() ? "*" : result.substr(0, result.find(' '));
+    const bool is_written = AppendGameSoFar(place.c_str(), score.c_str());
     std::printf("%s: %s\n", is_written ? "Written" : "Cannot write the file", place.c_str());
 }
 
-// Sets a number in its range, "off" as 0 where that can be; tells the range for any other word.
+void ShowSettings(const std::string& = "") {
+    const auto number_or = [](std::int32_t number, const char* off) {
+        return number > 0 ? std::to_string(number) : std::string(off);
+    };
+    std::printf("level: %d s per move; depth: %s; strength: %s\n", seconds,
+                number_or(plies, "off (no limit)").c_str(), number_or(elo, "off (full)").c_str());
+}
+
+// Sets a number in its range, "off" as 0 where that can be, and reports it.
 void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
                bool can_be_off = true) {
     std::int32_t number = 0;
-    if (can_be_off && word == "off") {
-        value = 0;
-    } else if (ReadWholeNumber(word, number) && number >= least && number <= most) {
+    const bool is_off = can_be_off && word == "off";
+    if (is_off || (ReadWholeNumber(word, number) && number >= least && number <= most)) {
         value = number;
+        ShowSettings();
     } else {
-        std::printf("Not a number from %d to %d: %s\n", least, most, std::string(word).c_str());
+        std::printf("Not a number from %d to %d%s: %s\n", least, most, can_be_off ? ", or off" : "",
+                    std::string(word).c_str());
     }
 }
 
 void SetFen(const std::string& fen) {
     if (fen.empty()) {
         std::printf("%s\n", GetBoardFen());
-    } else if (SetBoardFen(fen)) {
-        result.clear();
+    } else if (const char* const fault = FindFenFault(fen)) {
+        std::printf("Not a playable position: %s.\n", fault);
+    } else {
+        LeaveGame();
+        SetBoardFen(fen);
         Draw();
         IsEnd();
-    } else {
-        std::printf("Not a playable position: %s\n", fen.c_str());
     }
 }
 
@@ -219,20 +308,31 @@ void SetDepth(const std::string& text) { SetNumber(text, 1, 99, plies); }
 void SetStrength(const std::string& text) { SetNumber(text, MIN_ELO, MAX_ELO, elo); }
 
 void StartGame(const std::string&) {
-    result.clear();
+    LeaveGame();
     ParseCommand("new");
+    style.is_flipped = is_turned_by_hand && style.is_flipped;
     Draw();
 }
 
+// Takes back what follows the person's last move and that move; of a resignation, no move.
 void Undo(const std::string&) {
-    if (state_history.count == 0) std::printf("There is no move to take back.\n");
+    const bool has_resigned = !result.empty() && !EndOfGameLine(LastMove());
     result.clear();
-    UndoMove();
+    if (has_resigned) {
+        std::printf("The game goes on.\n");
+        return;
+    }
+    if (state_history.count == 0) {
+        std::printf("There is no move to take back.\n");
+        return;
+    }
+    if (side_to_move != pgn_game_info.engine_color) UndoMove();
     UndoMove();
     Draw();
 }
 
 void Flip(const std::string&) {
+    is_turned_by_hand = true;
     style.is_flipped = !style.is_flipped;
     Draw();
 }
@@ -243,23 +343,69 @@ void Resign(const std::string&) {
     EndGame(side_to_move == WHITE ? "0-1 {White resigns}" : "1-0 {Black resigns}");
 }
 
-struct Word {
+struct Command {
     std::string_view name;
     void (*carry_out)(const std::string& text);
 };
-constexpr Word WORDS[] = {
-    {"help", ShowHelp},   {"new", StartGame},   {"go", PlayEngineMove}, {"undo", Undo},
-    {"flip", Flip},       {"hint", Hint},       {"book", ShowBook},     {"level", SetLevel},
-    {"depth", SetDepth},  {"fen", SetFen},      {"pgn", WriteGame},     {"strength", SetStrength},
-    {"analyse", Analyse}, {"analyze", Analyse}, {"resign", Resign},
+constexpr Command COMMANDS[] = {
+    {"help", ShowHelp},
+    {"?", ShowHelp},
+    {"new", StartGame},
+    {"go", Go},
+    {"undo", Undo},
+    {"flip", Flip},
+    {"hint", Hint},
+    {"book", ShowBook},
+    {"level", SetLevel},
+    {"depth", SetDepth},
+    {"strength", SetStrength},
+    {"settings", ShowSettings},
+    {"fen", SetFen},
+    {"pgn", WriteGame},
+    {"resign", Resign},
+    {"analyse", Analyse},
+    {"analyze", Analyse},
 };
 
-void CarryOut(const std::string& word, std::string_view rest) {
-    const auto found = std::ranges::find(WORDS, word, &Word::name);
-    if (found == std::end(WORDS))
-        PlayTypedMove(word);
-    else
+void CarryOut(std::string_view line) {
+    std::string_view rest = line;
+    const std::string word = InLowerCase(NextWord(rest));
+    const auto found = std::ranges::find(COMMANDS, word, &Command::name);
+    if (found == std::end(COMMANDS)) {
+        PlayTypedMove(TakeWordsBefore(line, ""));
+    } else {
         found->carry_out(TakeWordsBefore(rest, ""));
+    }
+}
+
+bool IsQuit(std::string_view line) {
+    const std::string word = InLowerCase(NextWord(line));
+    return word == QUIT_COMMAND || word == "exit" || word == "q";
+}
+
+// Carries out lines until one quits. The first interrupt at the prompt only asks, as it may have
+// been meant for a search that has just ended.
+void Converse() {
+    for (bool has_asked = false;;) {
+        std::printf(is_input_waiting ? "" : "> ");
+        FlushOutput();
+        if (!is_input_waiting) ReceiveCommand(input);
+        is_input_waiting = false;
+        if (TakeInterrupt() && !has_asked) {
+            std::printf("\nType quit, or press Ctrl-C again, to leave.\n");
+            has_asked = true;
+            continue;
+        }
+        has_asked = false;
+        std::string_view line = input;
+        if (IsQuit(line)) return;
+        if (!NextWord(line).empty()) CarryOut(input);
+    }
+}
+
+bool IsHelpWanted(std::span<const char* const> words) {
+    return std::ranges::any_of(
+        words, [](std::string_view word) { return word == "--help" || word == "-h"; });
 }
 
 } // namespace
@@ -267,8 +413,12 @@ void CarryOut(const std::string& word, std::string_view rest) {
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::END_OF_INPUT);
     const auto words = CommandLineWords(argument_count, arguments);
+    if (IsHelpWanted(words)) {
+        std::fputs(USAGE, stdout);
+        return EXIT_SUCCESS;
+    }
     Initialize(static_cast<int>(words.size()), words.data());
-    style.is_coloured = IsConsoleOutput();
+    style.is_coloured = IsColourConsole();
     style.is_unicode = IsUnicodeConsole();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
@@ -276,16 +426,8 @@ int main(int argument_count, char** arguments) {
     search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
     Draw();
     std::printf("\nType your move, go, or help.\n");
-    for (;;) {
-        std::printf(is_input_waiting ? "" : "> ");
-        FlushOutput();
-        if (!is_input_waiting) ReceiveCommand(input);
-        is_input_waiting = false;
-        std::string_view rest = input;
-        const std::string word(NextWord(rest));
-        if (word == QUIT_COMMAND) break;
-        if (!word.empty()) CarryOut(word, rest);
-    }
+    Converse();
+    LeaveGame();
     std::printf("\n");
     Finalize();
     return EXIT_SUCCESS;
