@@ -169,13 +169,15 @@ void Play(const Move& move, Colour engine) {
     PlayMove(San(move));
 }
 
-void PlayEngineMove() {
+// The person's move that it answers is on the board, but not yet drawn: a book move comes at once.
+void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);
     const BookState book_place = book_state;
     const bool knows_more = elo == 0 || game_state.ply_count < BookPliesOfLevel(elo);
     const bool is_from_book = knows_more && GetNextBookMove(move);
     book_state = book_place; // PlayMove goes on in the book
+    if (is_answer && !is_from_book) Draw();
     if (!is_from_book) Think(elo, move, reply);
     const std::string text = San(move);
     Play(move, side_to_move);
@@ -192,13 +194,13 @@ bool HasRoom() {
 }
 
 void Go(const std::string&) {
-    if (!IsOver() && HasRoom()) PlayEngineMove();
+    if (!IsOver() && HasRoom()) PlayEngineMove(false);
 }
 
 void PlayPersonMove(const Move& move) {
     Play(move, Opponent(side_to_move));
-    Draw();
-    if (!IsEnd() && HasRoom()) PlayEngineMove();
+    if (EndOfGameLine(LastMove())) Draw();
+    if (!IsEnd() && HasRoom()) PlayEngineMove(true);
 }
 
 void PlayTypedMove(const std::string& text) {
