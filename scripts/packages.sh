@@ -1,26 +1,69 @@
-# Sourced by the other scripts: RequirePackages NAME... installs the Debian packages that are
-# missing, and says so. With all of them there it needs no network.
+# shellcheck shell=bash
+# Sourced by the other scripts: RequirePackages NAME... installs the Debian packages that are missing, and
+# prints which. If none is missing it needs no network. On systems without dpkg it does nothing.
+
+LOCK_SECONDS=600 # to wait for other programs that install packages
+declare -A PROGRESS=([dlstatus]=downloaded [pmstatus]=installed [built]=built)
+
 RequirePackages() {
-    local missing=() name
+    local missing=() as_root=() name
+    command -v dpkg-query >/dev/null || return 0
     for name in "$@"; do
         if ! dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q 'install ok installed'; then
             missing+=("$name")
         fi
     done
     [ ${#missing[@]} -eq 0 ] && return 0
-    local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
-            echo "Please install the missing packages: apt-get install ${missing[*]}" >&2
+            echo "Please install the missing packages as root: apt-get install ${missing[*]}" >&2
             exit 1
         fi
         as_root=(sudo)
     fi
     echo "Installing missing packages: ${missing[*]}" >&2
-    { "${as_root[@]}" apt-get update -qq &&
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >&2 || {
+    RunApt update || true # a source that fails may not matter
+    RunApt install -y --no-install-recommends "${missing[@]}" || {
         echo "Could not install: ${missing[*]}" >&2
         exit 1
     }
+}
+
+# Runs apt-get by the caller's as_root, and prints its output if it fails. Waits for programs that hold its locks.
+RunApt() {
+    local output lock holder end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
+    until output=$("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq \
+        -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@" </dev/null 2>&1 | ShowProgress); do
+        lock=$(grep -m 1 'Could not get lock' <<<"$output") || { echo "$output" >&2; return 1; }
+        holder=
+        [[ $lock =~ process\ ([0-9]+)\ \((.*)\) ]] && holder=" (${BASH_REMATCH[2]}, process ${BASH_REMATCH[1]})"
+        if [ $SECONDS -ge $end ]; then
+            echo "Another program$holder is still installing packages. Try again when it has ended." >&2
+            exit 1
+        fi
+        [ $is_waiting = yes ] || echo "Waiting for another program$holder that is installing packages..." >&2
+        is_waiting=yes
+        sleep 5
+    done
+}
+
+# ShowProgress [TITLE] copies its input, but keeps back the lines in which apt-get and ninja report progress
+# ("built:1: 35%:Linking korvane"). When there is progress it prints the title and, on a terminal, a
+# percentage, both on standard error.
+# shellcheck disable=SC2120 # RunApt has no title
+ShowProgress() {
+    local line title=${1:-} percent=
+    while IFS= read -r line; do
+        [[ $line != built:*:Re-* ]] || continue # ninja looks for new files
+        if [[ ! $line =~ ^(dlstatus|pmstatus|built):[^:]*:\ *([0-9]+) ]]; then
+            printf '%s\n' "$line"
+            continue
+        fi
+        [ -z "$title" ] || echo "$title" >&2
+        title=
+        [ -t 2 ] || continue
+        percent=${BASH_REMATCH[2]}
+        printf '\r%3d %% %s ' "$percent" "${PROGRESS[${BASH_REMATCH[1]}]}" >&2
+    done
+    [ -z "$percent" ] || printf '\r%20s\r' '' >&2
 }
