@@ -1,0 +1,29 @@
+# shellcheck shell=bash
+# Sourced by the scripts that need Korvane, as $root/scripts/build.sh. Build PRESET TARGETS [OPTION]... builds
+# the targets in build/PRESET, for which cmake gets the options. It shows its progress on standard error, and
+# prints nothing if all is up to date.
+. "${root:?}/scripts/packages.sh"
+
+Build() {
+    local folder=$root/build/$1 output
+    RequirePackages g++ cmake ninja-build
+    mkdir -p "$folder"
+    exec 9<"$folder" # only one build at a time there
+    flock -n 9 || { echo "Waiting for another build in $folder..." >&2; flock 9; }
+    output=$(RunBuild "$@" </dev/null 2>&1 | ShowProgress "Building Korvane (about a minute)...") || {
+        printf '%s\n' "$output" "The build failed. If you have not changed the sources, remove $folder and try again." >&2
+        exit 1
+    }
+    exec 9<&-
+}
+
+RunBuild() {
+    local preset=$1 targets=$2
+    shift 2
+    cd "$root" || return
+    if [ $# -gt 0 ] || [ ! "build/$preset/build.ninja" -nt CMakePresets.json ]; then
+        cmake --preset "$preset" "$@" || return
+    fi
+    # shellcheck disable=SC2086 # targets are words
+    NINJA_STATUS='built:1:%p:' cmake --build --preset "$preset" --target $targets
+}
