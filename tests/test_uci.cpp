@@ -151,6 +151,30 @@ TEST(Uci, MeasuresOnItsCommandLineAndInAGame) {
     EXPECT_TRUE(heard.ends_with("\n" + board)) << heard;
 }
 
+TEST(Uci, PrintsItsUsage) {
+    UciProcess engine("--help"), other("-h");
+    const Ending ending = WaitForExit(engine);
+    EXPECT_EQ(std::to_string(ending.status) + ending.errors, "0");
+    EXPECT_NE(ending.output.find("\n\nUsage: korvane-uci "), std::string::npos) << ending.output;
+    EXPECT_EQ(WaitForExit(other).output, ending.output);
+}
+
+// The arguments, and what is wrong with them.
+const Exchange COMMAND_LINES[] = {
+    {"Unknown", "hello", "Unknown command: hello"},
+    {"UnknownBeforeACommand", "hello perft 1", "Unknown command: hello perft 1"},
+    {"OptionTooMany", "--help me", "Unknown command: --help me"},
+    {"PerftDepth", "perft x", "Not a depth from 0 to 64: x"},
+    {"BenchDepth", "bench 2", "Not a depth from 3 to 50: 2"},
+};
+const bool HAS_COMMAND_LINES =
+    RegisterCases<Exchange>("Uci/RefusesOnItsCommandLine", COMMAND_LINES, [](const Exchange& test) {
+        UciProcess engine(test.lines);
+        const Ending ending = WaitForExit(engine);
+        EXPECT_EQ(std::to_string(ending.status) + ending.output + " " + ending.errors,
+                  "1 korvane-uci: " + test.answer + " (try korvane-uci --help)\n");
+    });
+
 TEST(Uci, WaitsForAFrontEndThatReadsNoMore) {
     if (WINDOWS_PROGRAMS) return; // whose bridge reads on
     UciProcess engine;

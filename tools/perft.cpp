@@ -1,7 +1,4 @@
 // perft: counts positions, see measure/perft.h, or checks a file of known counts.
-//
-// --divide prints the counts by the first moves, which shows where two programs differ. --leaves
-// has the moves of the last ply made and unmade like all others.
 #include "measure/perft.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
@@ -85,10 +82,17 @@ int CheckFile(const char* name, std::int32_t max_depth, LastPly last_ply) {
     return tally.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+void PrintUsage(std::FILE* out) {
+    std::fputs(
+        "usage: perft [--leaves] [--divide] DEPTH [FEN]   count the positions\n"
+        "       perft [--leaves] --epd FILE MAXDEPTH      check a file of known counts\n"
+        "--divide prints a count for each first move; --leaves plays out the last ply instead of\n"
+        "counting its moves.\n",
+        out);
+}
+
 int Refuse() {
-    std::fputs("usage: perft [--leaves] [--divide] DEPTH [FEN]\n"
-               "       perft [--leaves] --epd FILE MAXDEPTH\n",
-               stderr);
+    PrintUsage(stderr);
     return EXIT_FAILURE;
 }
 
@@ -115,6 +119,10 @@ int main(int argument_count, char** arguments) {
     InitializeTables();
     const std::span<char*> all(arguments, static_cast<std::size_t>(argument_count));
     std::span<char*> words = all.subspan(1);
+    if (words.size() == 1 && IsHelpOption(words[0])) {
+        PrintUsage(stdout);
+        return EXIT_SUCCESS;
+    }
     LastPly last_ply = LastPly::LISTED;
     bool is_divided = false;
     bool is_file = false;

@@ -2,6 +2,8 @@
 // line, and the settings that it makes.
 #pragma once
 
+#include <string_view>
+
 // Runs the whole start-up; an offline action or an error on the command line ends the program.
 void Initialize(int argument_count, const char* const* arguments);
 
@@ -16,3 +18,6 @@ void InitializeTables();
 void Finalize();
 
 void PrintVersion();
+
+// The word asks a tool or korvane-uci for its usage.
+inline bool IsHelpOption(std::string_view word) { return word == "--help" || word == "-h"; }

@@ -1,9 +1,11 @@
-// The program for UCI front ends. The words of its command line are a first and only command line
-// of theirs, as in "korvane-uci bench".
+// The program for UCI front ends. Given a command as arguments, as in "korvane-uci bench", it runs
+// that command and exits.
 #include "board/utility.h"
 #include "book/book.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
+#include "measure/bench.h"
+#include "measure/perft.h"
 #include "platform/system.h"
 #include "search/hash.h"
 #include "uci/commands.h"
@@ -17,6 +19,7 @@
 #include <cstdlib>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -29,17 +32,42 @@ std::string Join(std::span<const char* const> words) {
     return line;
 }
 
-// The exit status.
-int RunCommandLine(const std::string& line) {
+void PrintUsage() {
+    PrintVersion();
+    std::printf(
+        "\n"
+        "Usage: korvane-uci            talk to a UCI front end, which also sets the options\n"
+        "       korvane-uci COMMAND    run one command and exit\n"
+        "\n"
+        "Commands:\n"
+        "  d              print the board, its FEN and its hash key\n"
+        "  perft [N]      count the positions after N plies, 0 to %d (default: 1)\n"
+        "  bench [N]      search fixed positions N plies deep, %d to %d (default: %d)\n"
+        "  --version      print the version\n"
+        "  --help, -h     print this help\n",
+        PERFT_MAX_DEPTH, BENCH_MIN_DEPTH, BENCH_MAX_DEPTH, BENCH_DEFAULT_DEPTH);
+}
+
+int command_status = EXIT_SUCCESS; // of the command on the command line
+
+void Complain(std::string_view text) {
+    std::fprintf(stderr, "korvane-uci: %.*s (try korvane-uci --help)\n",
+                 static_cast<int>(text.size()), text.data());
+    command_status = EXIT_FAILURE;
+}
+
+void RunCommandLine(std::span<const char* const> words) {
+    const std::string line = Join(words);
+    info_listener = Complain;
     if (line == "--version") {
         PrintVersion();
-    } else if (IsCommand(line)) {
+    } else if (IsHelpOption(line)) {
+        PrintUsage();
+    } else if (IsCommand(words.front())) {
         CarryOutLine(line);
     } else {
-        std::fprintf(stderr, "korvane-uci: no command: %s\n", line.c_str());
-        return EXIT_FAILURE;
+        Complain("Unknown command: " + line);
     }
-    return EXIT_SUCCESS;
 }
 
 void RunConversation() {
@@ -60,14 +88,13 @@ int main(int argument_count, char** arguments) {
     InitializeUciOptions();
     ForgetGame();
     search_host = UCI_HOST;
-    int status = EXIT_SUCCESS;
     const auto words = CommandLineWords(argument_count, arguments);
     if (words.size() > 1) {
-        status = RunCommandLine(Join(words.subspan(1)));
+        RunCommandLine(words.subspan(1));
     } else {
         RunConversation();
     }
     FinalizeHashTable();
     FinalizeBook();
-    return status;
+    return command_status;
 }

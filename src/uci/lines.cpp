@@ -6,6 +6,8 @@
 #include <cassert>
 #include <cstddef>
 
+void (*info_listener)(std::string_view text) = nullptr;
+
 namespace {
 
 constexpr std::size_t BLOCK_SIZE = 4096;
@@ -93,4 +95,10 @@ void ForgetLines() {
 
 void Tell(std::string_view line) { WriteOutput(std::string(line) + '\n'); }
 
-void TellInfo(std::string_view text) { Tell("info string " + std::string(text)); }
+void TellInfo(std::string_view text) {
+    if (info_listener) {
+        info_listener(text);
+    } else {
+        Tell("info string " + std::string(text));
+    }
+}

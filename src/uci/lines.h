@@ -24,5 +24,8 @@ void ForgetLines();
 // Sends a line at once and whole; the line end is added here.
 void Tell(std::string_view line);
 
-// Tells a person something that no program needs to know.
+// Tells a person what is wrong with a line; no program needs to know.
 void TellInfo(std::string_view text);
+
+// Gets what TellInfo tells instead of the front end; null: the front end gets it.
+extern void (*info_listener)(std::string_view text);
