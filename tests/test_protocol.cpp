@@ -148,13 +148,13 @@ TEST(Protocol, LogsAGame) {
     EXPECT_EQ(ReadLogs(engine), ReadCases("log-of-a-game.txt"));
 }
 
-// Of what was told of an opponent, nothing is left in a new game. A game that follows a logged one
-// without a "new" starts where that did.
+// A new game forgets the opponent. Without a "new", a game after a logged one starts from the same
+// position. That position's move number 0 is counted on from like any other.
 TEST(Protocol, LogsGamesInARow) {
     EngineProcess engine;
     EXPECT_EQ(Ask(engine, "name Ann\nics x.org\ncomputer\nrating 1 2\nlevel 40 5 0\nnew\nics -\n"
                           "name Bob\nrating 1900 0\nforce\n"
-                          "setboard 1r2k3/P7/8/8/4p3/8/3P4/4K2R b K - 5 30" +
+                          "setboard 1r2k3/P7/8/8/4p3/8/3P4/4K2R b K - 5 0" +
                               Game("e8d8 d2d4 exd3 a7b8r d8d7 O-O d3d2 b8b1") +
                               Result("0-1 {Black wins}") + "\nforce" + Game("e8d8 axb8=R+ d8d7") +
                               Result("1-0")),

@@ -26,7 +26,7 @@ struct PgnGameInfo {
     char result_comment[PGN_TEXT_SIZE];
     std::uint8_t set_up; // the game began from a FEN position
     char fen[FEN_SIZE];
-    std::int32_t first_ply; // of the game's first move: 1 for white's move 1, 2 for black's
+    std::int32_t first_ply; // of the first move: 1 for White's move 1, 2 for Black's; at least -1
 };
 extern PgnGameInfo pgn_game_info;
 

@@ -11,7 +11,6 @@
 #include "notation/text.h"
 #include "search/hash.h"
 
-#include <algorithm>
 #include <cassert>
 
 namespace {
@@ -43,7 +42,7 @@ std::uint8_t SetBoardFen(std::string_view text) {
     Fen fen;
     if (!ReadFen(text, fen)) return 0;
     pgn_game_info.set_up = 1;
-    pgn_game_info.first_ply = fen.side + 2 * std::max(fen.full_move, 1) - 1;
+    pgn_game_info.first_ply = fen.side + 2 * fen.full_move - 1;
     CopyText(pgn_game_info.fen, fen.text);
     BeginAt(fen);
     return 1;
