@@ -229,6 +229,30 @@ TEST(Search, StopsNearItsLimitOfNodes) {
     EXPECT_LE(search_info.nodes, 110'000u);
 }
 
+// After a stop within the window of the first root move one leaf is still searched. The nodes of
+// the next search depend on what its quiescence search leaves in the tables.
+TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
+    const std::int32_t size = engine_state.hash_size;
+    const SearchHost host = search_host;
+    static int polls;
+    ResizeHashTable(1);
+    std::string nodes;
+    for (const bool is_strict : {false, true}) {
+        StartAt("1r1q1bn1/2p3p1/1Pk2p1r/R2pp2p/1BP2P1P/1P2PN2/4KQb1/1N5R w - - 0 24");
+        polls = 0;
+        search_host = {.must_stop = [] { return ++polls == 2; }};
+        Move move;
+        FindBestMove(&move, nullptr, LastMove(),
+                     {.depth = 7 * QUARTER_PLIES, .clock = {}, .is_strict = is_strict});
+        search_host = host;
+        Play(WrittenMove(move));
+        nodes += Think(3).lines;
+    }
+    ResizeHashTable(size);
+    EXPECT_EQ(nodes,
+              "3 -218 2336 24... f8b4 25. a5d5 d8e7\n3 -218 2388 24... f8b4 25. a5d5 d8e7\n");
+}
+
 TEST(Search, EndsWithASingleMove) {
     StartAt("7k/8/8/8/8/8/P7/6RK b - - 0 1");
     EXPECT_EQ(Think(8).lines.find("4 "), std::string::npos);

@@ -37,7 +37,7 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
         const std::int32_t score =
             -QuiescenceSearch<Opponent(US)>(-beta, -alpha, ply + QUARTER_PLIES, &move);
         UnMakeMoveOf<US>(move);
-        if (search_info.stop) return STOPPED_EVAL;
+        if (search_info.stop_quiescence) return STOPPED_EVAL;
         if (score <= best) continue;
         best = score;
         best_index = i;

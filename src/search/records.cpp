@@ -12,5 +12,6 @@ bool MustStop() {
     search_info.stop = IsNodeLimitReached() ||
                        CurrentTimeU64() - search_info.start_time > search_info.time_limit ||
                        (search_host.must_stop && search_host.must_stop());
+    search_info.stop_quiescence = search_info.stop && search_info.overdue != NEVER_OVERDUE;
     return search_info.stop;
 }

@@ -20,12 +20,13 @@ struct SearchInfo {
     std::int32_t overdue;      // the node_counter at which a quiescence search looks too
     std::uint64_t node_limit;  // 0: none
     std::uint64_t start_time;
-    std::uint64_t time_limit; // the longest that the search may run, or NO_TIME_LIMIT
-    std::uint8_t stop;        // the search must unwind
-    std::uint8_t null_move;   // a null move is on the line being searched
-    std::uint8_t iid;         // an internal iterative deepening search runs
-    std::int32_t max_ply;     // where full width ends and the quiescence search begins
-    std::int32_t deepest_ply; // that the iteration's quiescence search has reached
+    std::uint64_t time_limit;     // the longest that the search may run, or NO_TIME_LIMIT
+    std::uint8_t stop;            // the search must unwind
+    std::uint8_t stop_quiescence; // so must a quiescence search; only with strict limits
+    std::uint8_t null_move;       // a null move is on the line being searched
+    std::uint8_t iid;             // an internal iterative deepening search runs
+    std::int32_t max_ply;         // where full width ends and the quiescence search begins
+    std::int32_t deepest_ply;     // that the iteration's quiescence search has reached
 };
 inline constexpr std::int32_t NEVER_OVERDUE = std::numeric_limits<std::int32_t>::min();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();

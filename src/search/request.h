@@ -16,7 +16,7 @@ struct SearchLimits {
     std::optional<TimeLeft> clock; // none: no limit of time
     std::uint64_t nodes = 0;       // 0: no limit
     std::span<const Move> moves{}; // the root moves that are searched; empty: all legal ones
-    bool is_strict = false; // the limits and the host are asked in long quiescence searches too
+    bool is_strict = false; // long quiescence searches poll the limits and the host, and stop too
 };
 
 // The best line so far; `plies` is the depth of the iteration, the score is in centipawns from the

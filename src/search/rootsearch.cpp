@@ -68,7 +68,7 @@ void StartSearch(const Move* last_move, const SearchLimits& limits) {
     search_info.start_time = CurrentTimeU64();
     search_info.time_limit = NO_TIME_LIMIT;
     if (limits.clock) StartClock(*limits.clock);
-    search_info.stop = 0;
+    search_info.stop = search_info.stop_quiescence = 0;
     search_info.null_move = 0;
     search_info.iid = 0;
 }
@@ -95,7 +95,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
         if (score > low && score < high) return score;
-        // A stopped search seems too narrow as well. The second one then ends at its first leaf.
+        // A stopped search scores below every window, so a second one begins even then. It ends
+        // after its first leaf, whose quiescence search fills its table.
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
     }
     const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);
