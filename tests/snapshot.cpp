@@ -9,11 +9,6 @@
 
 namespace {
 
-// King and rook of a castling right stand unmoved on their squares.
-bool IsHeld(const Piece (&board)[SQUARES], int king, int rook) {
-    return board[king] && !IsMoved(board[king]) && board[rook] && !IsMoved(board[rook]);
-}
-
 std::uint64_t PieceKeys(const Piece (&board)[SQUARES]) {
     std::uint64_t keys = 0;
     for (int square = 0; square < SQUARES; ++square) {
@@ -43,21 +38,24 @@ std::uint64_t FirstCastlingKeys() {
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// Those of them that it holds after the moves of the game: without those of which a move took the
-// king or the rook away. A captured rook leaves its key, and so does another piece that stood in
-// its place.
+// The castling keys after the moves of the game. The first move of a king or of a rook changes the
+// keys for which its partner stood unmoved on the board before; any piece on the partner's square
+// counts. The capture of a rook changes none.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];
-        const int type = TypeOf(move.piece);
-        if (IsMoved(move.piece) || (type != KING && type != ROOK)) continue;
-        for (int right = 0; right < 4; ++right) {
-            const int king = right < 2 ? 4 : 60;
-            const int rook = right % 2 == 0 ? king + 3 : king - 4;
-            const bool is_taken_away = move.from == (type == KING ? king : rook);
-            if (is_taken_away && IsHeld(state_history.positions[i - 1], king, rook)) {
-                keys ^= ZOBRIST_KEY_CASTLE[right];
-            }
+        if (IsMoved(move.piece)) continue;
+        const auto is_unmoved = [&](int square) {
+            const Piece piece = state_history.positions[i - 1][square];
+            return piece != NO_PIECE && !IsMoved(piece);
+        };
+        const int king = move.piece & 0x80 ? 60 : 4;
+        const int right = move.piece & 0x80 ? 2 : 0; // to castle with the rook on the h-file
+        if (TypeOf(move.piece) == KING) {
+            if (is_unmoved(king + 3)) keys ^= ZOBRIST_KEY_CASTLE[right];
+            if (is_unmoved(king - 4)) keys ^= ZOBRIST_KEY_CASTLE[right + 1];
+        } else if (TypeOf(move.piece) == ROOK && is_unmoved(king)) {
+            keys ^= ZOBRIST_KEY_CASTLE[move.from == king + 3 ? right : right + 1];
         }
     }
     return keys;

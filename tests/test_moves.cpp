@@ -12,6 +12,7 @@
 #include "notation/setboard.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -54,6 +55,16 @@ TEST(Moves, EnPassantThatUncoversTheKingIsNotInTheKey) {
     EXPECT_EQ(zobrist_xor, 0u);
 }
 
+// Keys are decided on the board before the move. There the rook itself stands on the king's square.
+TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
+    StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
+    const std::uint64_t key = zobrist_key;
+    Play("e1e2");
+    EXPECT_EQ(zobrist_key ^ key, ZOBRIST_KEY_CASTLE[CastleIndex(WHITE, QUEEN_SIDE)] ^
+                                     ZOBRIST_KEY_SIDE_SWITCH ^ PieceKey(WHITE, ROOK, 4) ^
+                                     PieceKey(WHITE, ROOK, 12));
+}
+
 // Random games from several starts: after every move all records agree with a recomputation, the
 // position written as FEN reads as the same one, and taking back restores everything.
 TEST(Moves, RandomGames) {
@@ -63,10 +74,11 @@ TEST(Moves, RandomGames) {
         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
         "4k3/2p1p1p1/8/1P1P1P1P/p1p1p1p1/8/1P1P1P1P/4K3 w - - 0 1",
         "q3k2q/pppppppp/8/8/8/8/PPPPPPPP/Q3K2Q w KQkq - 0 1", // queens in place of rooks
+        "r3r1k1/8/8/8/8/8/8/4R1KR w Kq - 0 1",                // rooks in place of kings
     };
     SeedRandom(20);
     for (int game = 0; game < 75; ++game) {
-        StartAt(starts[game % 5]);
+        StartAt(starts[static_cast<std::size_t>(game) % std::size(starts)]);
         std::vector<Snapshot> line;
         for (int ply = 0; ply < 150; ++ply) {
             MoveList list;

@@ -12,10 +12,17 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// The castling keys that the first move of a king or of a rook takes out of the key. An unmoved
-// rook stands in a corner. Call before a castling rook moves.
+// The piece that stood on the square before the move. Call when the move is on the board, but
+// before a castling rook moves.
+Piece PieceBefore(const Move& move, int square) {
+    if (square == move.from) return move.piece;
+    return square == move.to ? move.captured : position[square];
+}
+
+// The castling keys that the first move of a king or of a rook changes: those for which its partner
+// was unmoved before the move. A rook that stood unmoved on the king's square was its own partner.
 template <Colour US>
-std::uint64_t LostCastlingKeys(const Move& move) {
+std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
     if (TypeOf(move.piece) == KING) {
         assert(move.from == KING_HOME[US]);
@@ -27,7 +34,7 @@ std::uint64_t LostCastlingKeys(const Move& move) {
         }
     } else if (TypeOf(move.piece) == ROOK) {
         const CastleSide side = move.from & 1 ? KING_SIDE : QUEEN_SIDE;
-        if (IsUnmovedPiece(position[SquareOf(FILE_E, RankOf(move.from))])) {
+        if (IsUnmovedPiece(PieceBefore(move, SquareOf(FILE_E, RankOf(move.from))))) {
             keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }
     }
@@ -79,7 +86,7 @@ template <Colour US>
 [[gnu::noinline]] void MakeRest(const Move& move) {
     constexpr Colour THEM = Opponent(US);
     std::uint64_t& key = zobrist_keys[zobrist_ply_number];
-    if (!IsMoved(move.piece)) key ^= LostCastlingKeys<US>(move);
+    if (!IsMoved(move.piece)) key ^= ChangedCastlingKeys<US>(move);
     if (IsPromotion(move)) CountPromotion<US>(TypeOf(move.promoted), 1);
     if (move.castle) {
         key ^= MoveCastlingRook<US>(move.rook_from, move.rook_to);
