@@ -28,8 +28,12 @@ std::string InLowerCase(std::string_view text) {
     return lower;
 }
 
-std::string_view NextWord(std::string_view& text) {
+void SkipWhiteSpace(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
+}
+
+std::string_view NextWord(std::string_view& text) {
+    SkipWhiteSpace(text);
     const std::string_view word = text.substr(0, text.find_first_of(WHITE_SPACE));
     text.remove_prefix(word.size());
     return word;
@@ -48,15 +52,20 @@ bool ReadWholeNumber(std::string_view word, std::int32_t& value) {
     return std::ranges::all_of(word, IsDigit) && ReadNumber(word, value);
 }
 
-bool ReadNumber(std::string_view word, std::int32_t& value) {
-    if (word.starts_with('+') && !word.starts_with("+-")) word.remove_prefix(1);
+bool TakeNumber(std::string_view& text, std::int32_t& value) {
+    std::string_view rest = text;
+    if (rest.starts_with('+') && !rest.starts_with("+-")) rest.remove_prefix(1);
     std::int32_t number = 0;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
     if (error == std::errc::invalid_argument) return false;
     if (error == std::errc::result_out_of_range) {
-        number = word.starts_with('-') ? std::numeric_limits<std::int32_t>::min()
+        number = rest.starts_with('-') ? std::numeric_limits<std::int32_t>::min()
                                        : std::numeric_limits<std::int32_t>::max();
     }
     value = number;
+    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+    text = rest;
     return true;
 }
+
+bool ReadNumber(std::string_view word, std::int32_t& value) { return TakeNumber(word, value); }

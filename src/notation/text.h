@@ -11,6 +11,9 @@ void CopyText(std::span<char> field, std::string_view text);
 
 std::string InLowerCase(std::string_view text);
 
+// Takes the white space that the text begins with.
+void SkipWhiteSpace(std::string_view& text);
+
 // Takes the next word, of characters other than white space, from the text; empty at its end.
 std::string_view NextWord(std::string_view& text);
 
@@ -18,8 +21,11 @@ std::string_view NextWord(std::string_view& text);
 // them.
 std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 
-// Reads the decimal number, with or without sign, that the word begins with; a number beyond
-// 32 bits is clamped. False, and the value as it was, when the word begins with none.
+// Takes the decimal number, with or without sign, that the text begins with; a number beyond
+// 32 bits is clamped. False, and both as they were, when the text begins with none.
+bool TakeNumber(std::string_view& text, std::int32_t& value);
+
+// Reads the number that the word begins with, whatever follows it.
 bool ReadNumber(std::string_view word, std::int32_t& value);
 
 // Reads a word that is a number without sign, and nothing else. False, and the value as it was, for

@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr std::int32_t MAX_INCREMENT = 10'000'000; // seconds
+constexpr std::uint64_t CENTISECONDS_PER_SECOND = 100;
 
 // The engine accepts a draw when its last score is worse.
 constexpr std::int32_t DRAW_ACCEPT_EVAL = -101;
@@ -39,9 +39,11 @@ std::string_view TextOf(std::string_view arguments) {
     return arguments.substr(std::min<std::size_t>(1, arguments.size()));
 }
 
-// Reads the first argument as a number; the value stays when there is none.
-bool ReadArgument(std::string_view arguments, std::int32_t& value) {
-    return ReadNumber(NextWord(arguments), value);
+// Takes a number, after white space; false, and the value as it was, when there is none. Whatever
+// follows the number is the next argument, with or without a blank between them.
+bool TakeArgument(std::string_view& arguments, std::int32_t& value) {
+    SkipWhiteSpace(arguments);
+    return TakeNumber(arguments, value);
 }
 
 void SetTag(std::string_view name, std::string_view value) {
@@ -74,23 +76,22 @@ void CarryOutPlayOther(std::string_view) {
     if (engine_state.ponder) PonderMove();
 }
 
-// The moves and the base time are not used: the front end tells the clocks before every move. The
-// increment counts in whole seconds.
+// "level MOVES BASE INCREMENT". Moves and base time are not used, because the front end sends the
+// clocks before every move. The increment is in seconds. Like a clock it is widened with its sign.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
     std::int32_t increment = 0;
-    if (!ReadNumber(NextWord(arguments), moves) || NextWord(arguments).empty() ||
-        !ReadNumber(NextWord(arguments), increment)) {
+    if (!TakeArgument(arguments, moves) || NextWord(arguments).empty() ||
+        !TakeArgument(arguments, increment)) {
         return;
     }
-    increment = std::clamp(increment, 0, MAX_INCREMENT);
-    game_state.time_increment = static_cast<std::uint64_t>(increment) * 100;
+    game_state.time_increment = static_cast<std::uint64_t>(increment) * CENTISECONDS_PER_SECOND;
 }
 
 void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
-    if (!ReadArgument(arguments, plies)) return;
+    if (!TakeArgument(arguments, plies)) return;
     engine_state.depth_limit = std::clamp(plies, 0, MAX_DEPTH_PLIES) * QUARTER_PLIES;
 }
 
@@ -98,7 +99,7 @@ void CarryOutSd(std::string_view arguments) {
 // huge: the engine then thinks without a limit, as it does before a clock is told.
 void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
-    if (ReadArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
+    if (TakeArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
 }
 
 void CarryOutTime(std::string_view arguments) { ReadClock(arguments, game_state.engine_time); }
@@ -116,7 +117,7 @@ void CarryOutUserMove(std::string_view arguments) {
 
 void CarryOutPing(std::string_view arguments) {
     std::int32_t number = 0;
-    SendCommand(ReadArgument(arguments, number) ? "pong " + std::to_string(number) : "pong");
+    SendCommand(TakeArgument(arguments, number) ? "pong " + std::to_string(number) : "pong");
 }
 
 void CarryOutDraw(std::string_view) {
