@@ -148,7 +148,7 @@ const bool ARE_RESIGNATIONS_REGISTERED =
 // A position has the same key however it came about.
 TEST(Fen, GivesTheKeyThatMovesGive) {
     for (const char* const moves :
-         {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {
+         {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {
         StartAt("startpos");
         Play(moves);
         const std::uint64_t key = zobrist_key;

@@ -16,6 +16,7 @@
 #include <iterator>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -149,6 +150,15 @@ Thought Think(std::int32_t plies, bool is_random = false) {
     return thought;
 }
 
+// Searches with another host, without output and randomness. Returns the score.
+std::int32_t SearchWith(const SearchHost& host, const SearchLimits& limits, Move& move) {
+    const SearchHost before = std::exchange(search_host, host);
+    engine_state.use_random = 0;
+    const std::int32_t score = FindBestMove(&move, nullptr, LastMove(), limits);
+    search_host = before;
+    return score;
+}
+
 std::string LastLine(const Thought& thought) {
     std::istringstream lines(thought.lines);
     std::string last;
@@ -221,6 +231,34 @@ TEST(Search, SeesNoRepetitionBelowANullMove) {
               "6 351 118648 12. c3b5 f8d8 13. b5c7 c6d4 14. f1d1 d4e2 15. g1f1");
 }
 
+// At three plies two moves score 127, but the second score is only a bound. At four plies the first
+// move scores 0, and the search ends before the second.
+TEST(Search, TakesFiftyCentipawnsOffABound) {
+    StartAt("8/4k3/2P5/8/8/2K5/8/8 w - - 0 1");
+    const SearchHost host = {.may_go_on = [] {
+        return analyze_info.depth < 4 || analyze_info.moves_left == analyze_info.moves_total - 1;
+    }};
+    Move move;
+    EXPECT_EQ(SearchWith(host, {.depth = 4 * QUARTER_PLIES, .clock = {}}, move), 127 - 50);
+    EXPECT_STREQ(WrittenMove(move), "c3b4");
+}
+
+// A quiescence search often passes the limit at the end of a root move.
+TEST(Search, BeginsNoRootMoveAtItsLimitOfNodes) {
+    static std::int32_t begun_too_late;
+    begun_too_late = 0;
+    const SearchHost host = {.may_go_on = [] {
+        begun_too_late += search_info.nodes >= search_info.node_limit;
+        return true;
+    }};
+    StartAt("startpos");
+    Move move;
+    for (std::uint64_t limit = 1; limit <= 200; ++limit) {
+        SearchWith(host, {.depth = 3 * QUARTER_PLIES, .clock = {}, .nodes = limit}, move);
+    }
+    EXPECT_EQ(begun_too_late, 0);
+}
+
 TEST(Search, StopsNearItsLimitOfNodes) {
     StartAt("startpos");
     Move move;
@@ -233,18 +271,15 @@ TEST(Search, StopsNearItsLimitOfNodes) {
 // the next search depend on what its quiescence search leaves in the tables.
 TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     const std::int32_t size = engine_state.hash_size;
-    const SearchHost host = search_host;
     static int polls;
     ResizeHashTable(1);
     std::string nodes;
     for (const bool is_strict : {false, true}) {
         StartAt("1r1q1bn1/2p3p1/1Pk2p1r/R2pp2p/1BP2P1P/1P2PN2/4KQb1/1N5R w - - 0 24");
         polls = 0;
-        search_host = {.must_stop = [] { return ++polls == 2; }};
         Move move;
-        FindBestMove(&move, nullptr, LastMove(),
-                     {.depth = 7 * QUARTER_PLIES, .clock = {}, .is_strict = is_strict});
-        search_host = host;
+        SearchWith({.must_stop = [] { return ++polls == 2; }},
+                   {.depth = 7 * QUARTER_PLIES, .clock = {}, .is_strict = is_strict}, move);
         Play(WrittenMove(move));
         nodes += Think(3).lines;
     }
