@@ -22,7 +22,8 @@ struct StateHistory {
 };
 extern StateHistory state_history;
 
-// The longest game, in plies. The key history must also have room for a search line on top of it.
+// The longest game, in plies. It is shorter than the history allows, because the key history also
+// needs room for a search line after the game. A move beyond it is refused.
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 

@@ -50,8 +50,9 @@ bool ReadSide(std::string_view text, Fen& fen) {
     return text == "w" || text == "b";
 }
 
-// Each letter at most once. Its king's and its rook's square hold no enemy piece; they may be
-// empty.
+// Each letter at most once. Its king's and its rook's square may be empty. An enemy piece on them
+// is refused, because castling does not look at the colour of unmoved pieces. So is a king on the
+// rook's square, because an unmoved king is taken to stand on its home square.
 bool ReadCastling(std::string_view text, Fen& fen) {
     std::size_t read = text == "-" ? 1 : 0;
     for (const Colour colour : {WHITE, BLACK}) {
@@ -65,7 +66,6 @@ bool ReadCastling(std::string_view text, Fen& fen) {
                 if (piece != NO_PIECE && ColourOf(piece) != colour) return false;
                 fen.board[square] = piece & static_cast<Piece>(~MOVED_FLAG);
             }
-            // An unmoved king stands on its home square, and nowhere else.
             if (TypeOf(fen.board[CornerOf(colour, side)]) == KING) return false;
         }
     }

@@ -23,6 +23,8 @@ struct MoveWish {
     PieceType promotion = NO_PIECE_TYPE;
 };
 
+// NO_SQUARE for a square off the board, which names no move. Its number could be that of another
+// square: i1 would be a2.
 int ReadSquare(char file, char rank) {
     if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
     return SquareOf(FileByChar(file), RankByChar(rank));

@@ -89,6 +89,7 @@ void CarryOutLevel(std::string_view arguments) {
     game_state.time_increment = static_cast<std::uint64_t>(increment) * CENTISECONDS_PER_SECOND;
 }
 
+// A depth beyond MAX_DEPTH_PLIES becomes MAX_DEPTH_PLIES: a search line has no room for more.
 void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
     if (!TakeArgument(arguments, plies)) return;
