@@ -32,8 +32,10 @@ RequirePackages() {
 # Runs apt-get by the caller's as_root, and prints its output if it fails. Waits for programs that hold its locks.
 RunApt() {
     local output lock holder end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
-    until output=$("${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq \
-        -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@" </dev/null 2>&1 | ShowProgress); do
+    # Descriptor 3 takes the progress: packages' scripts find that one closed, and must not lose their output.
+    until output=$({ "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+        sh -c 'exec apt-get -qq -o APT::Status-Fd=3 "$@" 3>&1 1>&2' sh "$@" </dev/null 2>&4 |
+        ShowProgress; } 4>&1); do
         lock=$(grep -m 1 'Could not get lock' <<<"$output") || { echo "$output" >&2; return 1; }
         holder=
         [[ $lock =~ process\ ([0-9]+)\ \((.*)\) ]] && holder=" (${BASH_REMATCH[2]}, process ${BASH_REMATCH[1]})"
