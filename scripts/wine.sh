@@ -3,7 +3,7 @@
 # Wine PROGRAM.exe [WORD]... runs one; MakeRunner PROGRAM.exe SCRIPT makes a script that runs one on pipes
 # as Windows has them, by the bridge of the tests.
 RequirePackages g++-mingw-w64-x86-64-posix wine wine64
-export LC_ALL=C.UTF-8 WINEDEBUG=-all WINEPREFIX=$root/build/wine WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+export LC_ALL=C.UTF-8 WINEDEBUG=-all WINEPREFIX=${root:?}/build/wine WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
 mkdir -p "$WINEPREFIX"
 
 # Debian's wineserver may be on the path or not. It stays between two programs, which start faster so, and
