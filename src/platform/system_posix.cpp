@@ -28,6 +28,9 @@ constexpr short HALF_CLOSED = POLLRDHUP; // a socket whose other side sends no m
 constexpr short HALF_CLOSED = 0;
 #endif
 
+// A key is pressed and released. A console that counts events so counts an empty line, too.
+constexpr int EVENTS_OF_KEY = 2;
+
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
 
 constexpr std::size_t RoundUp(std::size_t bytes) {
@@ -99,8 +102,13 @@ void PrepareProcess(Interrupts interrupts) {
 
 bool TakeInterrupt() {
     if (!is_interrupted) return false;
+    sigset_t interrupt, before;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    sigprocmask(SIG_BLOCK, &interrupt, &before); // one that comes between would be lost
     is_interrupted = 0;
     dup2(input_before_interrupt, STDIN_FILENO);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
     return true;
 }
 
@@ -117,7 +125,7 @@ std::uint64_t SystemTime() {
 
 bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 
-void QuietConsole() {} // it counts bytes
+void QuietConsole() {} // it has no other events
 
 bool IsConsoleOutput() { return isatty(STDOUT_FILENO) != 0; }
 
@@ -149,7 +157,7 @@ int WaitingInput() {
     if (count == 0 || (count < 0 && errno == EINTR)) return 0;
     int bytes = 0;
     if (count < 0 || ioctl(STDIN_FILENO, FIONREAD, &bytes) != 0 || bytes <= 0) return INPUT_UNKNOWN;
-    return bytes;
+    return IsConsoleInput() ? EVENTS_OF_KEY * bytes : bytes;
 }
 
 bool IsHungUp() {
