@@ -12,15 +12,9 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// The piece that stood on the square before the move. Call when the move is on the board, but
-// before a castling rook moves.
-Piece PieceBefore(const Move& move, int square) {
-    if (square == move.from) return move.piece;
-    return square == move.to ? move.captured : position[square];
-}
-
 // The castling keys that the first move of a king or of a rook changes: those for which its partner
 // was unmoved before the move. A rook that stood unmoved on the king's square was its own partner.
+// Call when the move is on the board, but before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -34,7 +28,8 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
         }
     } else if (TypeOf(move.piece) == ROOK) {
         const CastleSide side = move.from & 1 ? KING_SIDE : QUEEN_SIDE;
-        if (IsUnmovedPiece(PieceBefore(move, SquareOf(FILE_E, RankOf(move.from))))) {
+        const int king = SquareOf(FILE_E, RankOf(move.from));
+        if (IsUnmovedPiece(king == move.from ? move.piece : position[king])) {
             keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }
     }
