@@ -1,4 +1,5 @@
 // Whole conversations with the command interpreter, a command to a line, with a small book.
+#include "board/score.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/enginestate.h"
@@ -19,7 +20,7 @@ namespace {
 // depth has more.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
-constexpr std::int32_t MOST_DEPTH = 4 * QUARTER_PLIES;
+constexpr std::int32_t MOST_DEPTH = Plies(4);
 std::uint64_t nodes_of_a_search;
 
 constexpr std::string_view LINES[] = {"usermove %m",

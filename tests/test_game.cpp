@@ -3,6 +3,7 @@
 #include "snapshot.h"
 #include "support.h"
 
+#include "board/score.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
@@ -128,7 +129,7 @@ const Resignation RESIGNATIONS[] = {
 
 void CheckResignation(const Resignation& test) {
     StartAt(test.fen);
-    engine_state.depth_limit = 3 * QUARTER_PLIES;
+    engine_state.depth_limit = Plies(3);
     engine_state.post_thinking = engine_state.ponder = engine_state.use_random = 0;
     int resigned_at = 0;
     for (int move = 1; move <= 8 && resigned_at == 0; ++move) {

@@ -2,6 +2,7 @@
 #include "cases.h"
 #include "support.h"
 
+#include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
@@ -131,7 +132,7 @@ struct Thought {
 };
 
 Thought Think(std::int32_t plies, bool is_random = false) {
-    engine_state.depth_limit = plies * QUARTER_PLIES;
+    engine_state.depth_limit = Plies(plies);
     engine_state.use_random = is_random;
     engine_state.post_thinking = 1;
     Move best, reply;
@@ -239,7 +240,7 @@ TEST(Search, TakesFiftyCentipawnsOffABound) {
         return analyze_info.depth < 4 || analyze_info.moves_left == analyze_info.moves_total - 1;
     }};
     Move move;
-    EXPECT_EQ(SearchWith(host, {.depth = 4 * QUARTER_PLIES, .clock = {}}, move), 127 - 50);
+    EXPECT_EQ(SearchWith(host, {.depth = Plies(4), .clock = {}}, move), 127 - 50);
     EXPECT_STREQ(WrittenMove(move), "c3b4");
 }
 
@@ -254,7 +255,7 @@ TEST(Search, BeginsNoRootMoveAtItsLimitOfNodes) {
     StartAt("startpos");
     Move move;
     for (std::uint64_t limit = 1; limit <= 200; ++limit) {
-        SearchWith(host, {.depth = 3 * QUARTER_PLIES, .clock = {}, .nodes = limit}, move);
+        SearchWith(host, {.depth = Plies(3), .clock = {}, .nodes = limit}, move);
     }
     EXPECT_EQ(begun_too_late, 0);
 }
@@ -279,7 +280,7 @@ TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
         polls = 0;
         Move move;
         SearchWith({.must_stop = [] { return ++polls == 2; }},
-                   {.depth = 7 * QUARTER_PLIES, .clock = {}, .is_strict = is_strict}, move);
+                   {.depth = Plies(7), .clock = {}, .is_strict = is_strict}, move);
         Play(WrittenMove(move));
         nodes += Think(3).lines;
     }
@@ -318,8 +319,7 @@ TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     engine_state.use_random = true;
     Move moves[2], move, reply;
     ASSERT_TRUE(ParseMove("b2a1r", moves[0]) && ParseMove("b2a1q", moves[1]));
-    SearchLimits limits{
-        .depth = 3 * QUARTER_PLIES, .clock = {}, .moves = std::span(moves).first(1)};
+    SearchLimits limits{.depth = Plies(3), .clock = {}, .moves = std::span(moves).first(1)};
     FindBestMove(nullptr, nullptr, LastMove(), limits); // its score is in the tables now
     limits.moves = moves;
     bool is_rook = false;

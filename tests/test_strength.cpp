@@ -3,6 +3,7 @@
 #include "cases.h"
 #include "support.h"
 
+#include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
@@ -31,7 +32,7 @@ std::vector<std::int32_t> ToLevels(const std::string& text) {
 std::string MoveOfLevel(std::int32_t elo) {
     Move move, reply;
     engine_state.post_thinking = 0;
-    FindMoveOfLevel(elo, move, reply, {.depth = 20 * QUARTER_PLIES, .clock = {}});
+    FindMoveOfLevel(elo, move, reply, {.depth = Plies(20), .clock = {}});
     engine_state.post_thinking = 1;
     return WrittenMove(move);
 }

@@ -3,6 +3,7 @@
 #include "cases.h"
 #include "support.h"
 
+#include "board/score.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "platform/system.h"
@@ -86,7 +87,7 @@ TEST_F(Time, DoesNotStopPonderingAndAnalysis) {
     for (std::uint8_t* const mode : {&engine_state.pondering, &engine_state.analyze_mode}) {
         StartAt(INITIAL_FEN);
         game_state.engine_time = 0;
-        engine_state.depth_limit = 5 * QUARTER_PLIES;
+        engine_state.depth_limit = Plies(5);
         *mode = 1;
         FindBestMove(nullptr, nullptr, nullptr);
         *mode = 0;
@@ -97,7 +98,7 @@ TEST_F(Time, DoesNotStopPonderingAndAnalysis) {
 TEST_F(Time, LimitsASearchByTheClock) {
     StartAt(INITIAL_FEN);
     game_state.engine_time = 5'999;
-    engine_state.depth_limit = 3 * QUARTER_PLIES;
+    engine_state.depth_limit = Plies(3);
     FindBestMove(nullptr, nullptr, nullptr);
     EXPECT_EQ(search_info.time_limit, 399u);
 }

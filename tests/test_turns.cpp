@@ -2,6 +2,7 @@
 #include "support.h"
 
 #include "board/position.h"
+#include "board/score.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "notation/pgninfo.h"
@@ -22,7 +23,7 @@ const char* const PERPETUAL = "6k1/6p1/8/7Q/8/8/qr6/7K w - - 0 1";
 // The engine's move without its words.
 void MakeMoveSilently() {
     engine_state.ponder = 0;
-    engine_state.depth_limit = 4 * QUARTER_PLIES;
+    engine_state.depth_limit = Plies(4);
     testing::internal::CaptureStdout();
     MakeEngineMove();
     testing::internal::GetCapturedStdout();

@@ -1,5 +1,6 @@
 // korvane-play: Korvane for a person at a terminal, with a board and moves as people type them. It
 // takes the engine's options; moves, rules, book, search and logs are the engine's.
+#include "board/score.h"
 #include "book/book.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
@@ -108,7 +109,7 @@ void TakeLine(const SearchLine& line) {
 // Finds a move in the time that is set; the expected reply may be a fake move.
 void Think(std::int32_t level, Move& move, Move& reply) {
     std::printf("\nKorvane is thinking...\n");
-    const std::int32_t depth = plies > 0 ? plies * QUARTER_PLIES : engine_state.depth_limit;
+    const std::int32_t depth = plies > 0 ? Plies(plies) : engine_state.depth_limit;
     SearchLimits limits{.depth = depth, .clock = {}};
     search_end = SystemTime() + static_cast<std::uint64_t>(seconds) * TICKS_PER_SECOND;
     last_line.clear();

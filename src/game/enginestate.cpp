@@ -1,5 +1,6 @@
 #include "game/enginestate.h"
 
+#include "board/score.h"
 #include "platform/system.h"
 
 #include <cstdio>
@@ -8,7 +9,7 @@ EngineState engine_state;
 
 namespace {
 
-constexpr std::int32_t DEFAULT_DEPTH_LIMIT = 50 * QUARTER_PLIES;
+constexpr std::int32_t DEFAULT_DEPTH_LIMIT = Plies(50);
 
 } // namespace
 

@@ -20,8 +20,6 @@ struct EngineState {
 };
 extern EngineState engine_state;
 
-inline constexpr std::int32_t QUARTER_PLIES = 4; // in one ply
-
 inline constexpr std::int32_t DEFAULT_HASH_SIZE = 128; // megabytes
 
 inline constexpr std::string_view PROGRAM_NAME = "Korvane";

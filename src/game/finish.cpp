@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 
 namespace {
 
@@ -32,12 +31,6 @@ bool HasOnlyBishops(Colour colour) {
 constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
 } // namespace
-
-std::int32_t MovesToMate(std::int32_t score) {
-    if (!IsMateEval(score)) return 0;
-    const std::int32_t plies = (MATE_EVAL - std::abs(score)) / QUARTER_PLIES - 1;
-    return score > 0 ? (plies + 1) / 2 : -(plies / 2);
-}
 
 std::uint8_t HasLegalMove(const Move* last_move) {
     MoveList list;

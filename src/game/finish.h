@@ -1,24 +1,10 @@
-// The end of the game: mate, stalemate, the draw rules and resignation; and the scale of mate
-// scores.
+// The end of the game: mate, stalemate, the draw rules and resignation.
 #pragma once
 
 #include "board/move.h"
 
 #include <cstdint>
 #include <span>
-
-// In centipawns. A side that can take the enemy king at ply p of the search scores MATE_EVAL - p,
-// so that a mate found sooner scores higher; scores beyond the threshold are mate scores.
-inline constexpr std::int32_t MATE_EVAL = 1'000'000;
-inline constexpr std::int32_t MATE_EVAL_THRESHOLD = 997'999;
-
-inline std::uint8_t IsMateEval(std::int32_t score) {
-    return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
-}
-
-// How many moves away the mate is: positive when the side to move mates, negative when it is mated,
-// 0 when the score is no mate's.
-std::int32_t MovesToMate(std::int32_t score);
 
 // The side to move has a legal move. `last_move`, here and below, is the last move played or null;
 // an en-passant capture depends on it.

@@ -1,5 +1,6 @@
 #include "measure/bench.h"
 
+#include "board/score.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "notation/notation.h"
@@ -107,7 +108,7 @@ bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     Move move;
     const std::uint64_t start_time = SystemTime();
     const std::int32_t score =
-        FindBestMove(&move, nullptr, LastMove(), {.depth = plies * QUARTER_PLIES, .clock = {}});
+        FindBestMove(&move, nullptr, LastMove(), {.depth = Plies(plies), .clock = {}});
     if (search_info.stop) return false;
     const Total row{search_info.nodes, (SystemTime() - start_time) / TICKS_PER_MILLISECOND};
     std::printf("%5d %11" PRIu64 " %8" PRIu64 " %9" PRIu64 " %8d  %-6s  %s\n", analyze_info.depth,

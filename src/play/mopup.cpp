@@ -1,7 +1,7 @@
 #include "play/mopup.h"
 
 #include "board/position.h"
-#include "game/enginestate.h"
+#include "board/score.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/attacks.h"
@@ -17,8 +17,6 @@ namespace {
 constexpr std::int32_t DEPTH = 5; // plies
 constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
-constexpr std::int32_t MATE = 1'000'000;
-constexpr std::int32_t DRAW = 0;
 
 // In centipawns for each square that the bare king cannot go to, and for each step of the bare king
 // from the centre, and of the kings towards each other.
@@ -70,16 +68,17 @@ bool IsRepeated() {
     return std::find(first, now, zobrist_key) != now;
 }
 
-// The score of a mate after so many plies, as the engine counts them: to the capture of the king.
-std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - QUARTER_PLIES * (plies + 1); }
+// The score of a mate after this many plies; the engine counts to the capture of the king.
+std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - Plies(plies + 1); }
 
-// Alpha-beta search, over all legal moves.
+// Alpha-beta search over all legal moves. A mate scores MATE_EVAL and the depth left, so that a
+// faster one scores higher.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                     const Move& last_move) {
-    if (IsInsufficientMaterial() || IsRepeated()) return DRAW;
+    if (IsInsufficientMaterial() || IsRepeated()) return DRAW_EVAL;
     MoveList list;
     GenerateAllLegalMoves(list, &last_move);
-    if (list.count == 0) return IsCheck() ? -MATE - depth : DRAW;
+    if (list.count == 0) return IsCheck() ? -MATE_EVAL - depth : DRAW_EVAL;
     if (depth == 0) return Judge(winner);
     for (const Move& move : list) {
         MakeMove(move);
@@ -106,15 +105,15 @@ std::int32_t FindMopUpMove(Move& move) {
     GenerateAllLegalMoves(list, LastMove());
     assert(list.count > 0);
     const std::int32_t depth = list.count > MANY_MOVES ? DEPTH_WITH_MANY_MOVES : DEPTH;
-    std::int32_t best = -2 * MATE;
+    std::int32_t best = -2 * MATE_EVAL;
     for (const Move& candidate : list) {
         MakeMove(candidate);
-        const std::int32_t score = -Search(winner, -2 * MATE, -best, depth - 1, candidate);
+        const std::int32_t score = -Search(winner, -2 * MATE_EVAL, -best, depth - 1, candidate);
         UnMakeMove(candidate);
         if (score > best) {
             best = score;
             move = candidate;
         }
     }
-    return best < MATE ? best : MateInPlies(depth - (best - MATE));
+    return best < MATE_EVAL ? best : MateInPlies(depth - (best - MATE_EVAL));
 }

@@ -1,9 +1,8 @@
 #include "play/strength.h"
 
 #include "board/position.h"
+#include "board/score.h"
 #include "board/utility.h"
-#include "game/enginestate.h"
-#include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"
 #include "play/mopup.h"
@@ -40,8 +39,8 @@ constexpr Taste LOWEST = {0.2, 42, 210};
 constexpr Taste HIGHEST = {1.0, 10, 50}; // that of the first searching level
 constexpr double ATTENTION_GROWTH = 1.2; // slower than the level at first, so that steps are even
 constexpr std::int32_t GLANCE_PLIES = 2;
-constexpr std::int32_t GLANCE_DEPTH = (GLANCE_PLIES - 1) * QUARTER_PLIES; // below the move
-constexpr std::int32_t GLANCE_MAX_PLY = 4 * QUARTER_PLIES;
+constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // below the move
+constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
 double Mix(double from, double to, double share) { return from + (to - from) * share; }
 

@@ -1,5 +1,6 @@
 #include "protocol/interpreter.h"
 
+#include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
@@ -93,7 +94,7 @@ void CarryOutLevel(std::string_view arguments) {
 void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
     if (!TakeArgument(arguments, plies)) return;
-    engine_state.depth_limit = std::clamp(plies, 0, MAX_DEPTH_PLIES) * QUARTER_PLIES;
+    engine_state.depth_limit = Plies(std::clamp(plies, 0, MAX_DEPTH_PLIES));
 }
 
 // A clock comes as a signed number and is widened with its sign, so that an overdrawn one becomes

@@ -1,10 +1,10 @@
 #include "search/fsearch.h"
 
 #include "board/position.h"
+#include "board/score.h"
 #include "board/utility.h"
 #include "eval/evaltables.h"
 #include "eval/evaluate.h"
-#include "game/enginestate.h"
 #include "game/finish.h"
 #include "moves/attacks.h"
 #include "moves/generate.h"
@@ -21,14 +21,13 @@
 namespace {
 
 constexpr std::int32_t REPETITION_WINDOW = 30; // plies of key history searched
-constexpr std::int32_t DRAW_EVAL = 0;
 
-// In quarter-plies: the least and the greatest depths and plies at which a step is tried.
-constexpr std::int32_t HORIZON_MAX_DEPTH = 3;
-constexpr std::int32_t NULL_MOVE_MIN_DEPTH = 12;
-constexpr std::int32_t PRUNING_MIN_PLY = 12;
-constexpr std::int32_t FUTILITY_MAX_DEPTH = 16;
-constexpr std::int32_t IID_MIN_DEPTH = 20;
+// The depths and plies at which each step applies.
+constexpr std::int32_t HORIZON_MAX_DEPTH = Plies(1) - 1;
+constexpr std::int32_t NULL_MOVE_MIN_DEPTH = Plies(3);
+constexpr std::int32_t PRUNING_MIN_PLY = Plies(3);
+constexpr std::int32_t FUTILITY_MAX_DEPTH = Plies(4);
+constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // centipawns
 constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // other than pawns, kings included
 
@@ -83,10 +82,10 @@ bool IsNullMoveAllowed(const Node& node) {
            Evaluate<US>() >= node.beta;
 }
 
-// The null move takes a ply, and the search below it is shorter still by one, two or three plies.
+// The null move takes a ply; the search after it is reduced by one to three more.
 std::int32_t NullMoveDepth(std::int32_t depth) {
-    if (depth <= 15) return depth - 8;
-    return depth <= 31 ? depth - 12 : depth - 16;
+    if (depth < Plies(4)) return depth - Plies(2);
+    return depth < Plies(8) ? depth - Plies(3) : depth - Plies(4);
 }
 
 // The side to move passes. Returns a score of at least beta, or UNKNOWN_EVAL.
@@ -119,8 +118,8 @@ struct FutilityMargins {
 };
 
 FutilityMargins MarginsAt(std::int32_t depth) {
-    if (depth <= 4) return {200, 100};
-    if (depth <= 8) return {500, 400};
+    if (depth <= Plies(1)) return {200, 100};
+    if (depth <= Plies(2)) return {500, 400};
     return {900, 700};
 }
 
@@ -140,7 +139,7 @@ std::int32_t TestFutility(Node& node) {
 // Internal iterative deepening: a shallower search finds the move to begin with.
 template <Colour US>
 void FindHashMove(Node& node) {
-    const std::int32_t depth = node.depth > 31 ? node.depth - 12 : node.depth - 8;
+    const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
     const ScopedMark deepening(search_info.iid);
     const std::int32_t score =
         Search<US>(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);

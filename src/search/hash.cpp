@@ -1,7 +1,7 @@
 #include "search/hash.h"
 
+#include "board/score.h"
 #include "game/enginestate.h"
-#include "game/finish.h"
 #include "game/gamestate.h"
 #include "platform/enforce.h"
 #include "platform/system.h"

@@ -2,12 +2,10 @@
 #pragma once
 
 #include "board/move.h"
+#include "board/score.h"
 
 #include <cstdint>
 #include <utility>
-
-// No score: the tables have none that is usable, or a try gave none.
-inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
 enum Bound : std::uint8_t {
     BOUND_UPPER = 0, // the true score is at most the stored one

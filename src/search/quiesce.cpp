@@ -1,9 +1,8 @@
 #include "search/quiesce.h"
 
 #include "board/position.h"
+#include "board/score.h"
 #include "eval/evaluate.h"
-#include "game/enginestate.h"
-#include "game/finish.h"
 #include "moves/attacks.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"

@@ -3,7 +3,7 @@
 
 #include "board/move.h"
 #include "board/position.h"
-#include "search/hash.h"
+#include "board/score.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -61,10 +61,6 @@ struct ScopedMark {
     const std::uint8_t before;
 };
 
-// What a search returns that was told to stop. It lies above every score and so, seen from the
-// caller's side, beats nothing. The caller then looks at search_info.stop and drops it.
-inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
-
 inline constexpr int MOVE_TEXT_FIELD = 32;
 
 // How far the search is.
@@ -81,9 +77,10 @@ extern AnalyzeInfo analyze_info;
 // The longest search line: the depth of the iteration, which the user may ask for, the extensions
 // beyond it (in quarter-plies), and the captures of a quiescence search.
 inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
-inline constexpr std::int32_t MAX_EXTRA_PLY = 56;
+inline constexpr std::int32_t MAX_EXTRA_PLY = Plies(14);
 inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;
-static_assert(MAX_DEPTH_PLIES + MAX_EXTRA_PLY / 4 + MAX_CAPTURES_IN_A_ROW < MAX_LINE_PLIES);
+static_assert(MAX_DEPTH_PLIES + MAX_EXTRA_PLY / QUARTER_PLIES + MAX_CAPTURES_IN_A_ROW <
+              MAX_LINE_PLIES);
 
 // A principal variation.
 struct PvLine {

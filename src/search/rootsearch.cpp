@@ -1,6 +1,7 @@
 #include "search/rootsearch.h"
 
 #include "board/position.h"
+#include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
@@ -21,7 +22,7 @@
 
 namespace {
 
-constexpr std::int32_t FIRST_DEPTH = 12;       // quarter-plies
+constexpr std::int32_t FIRST_DEPTH = Plies(3);
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
 constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
 constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
@@ -129,7 +130,7 @@ bool MayGoOn() {
 // One iteration over the root moves; ends early when the search is stopped.
 void Iterate(std::int32_t depth) {
     const std::int32_t plies = depth / QUARTER_PLIES;
-    search_info.max_ply = depth + std::min(8 * plies, MAX_EXTRA_PLY);
+    search_info.max_ply = depth + std::min(2 * depth, MAX_EXTRA_PLY);
     search_info.deepest_ply = 0;
     root.best = -MATE_EVAL;
     analyze_info.depth = plies;

@@ -3,12 +3,10 @@
 #pragma once
 
 #include "board/move.h"
+#include "board/score.h"
 #include "search/request.h"
 
 #include <cstdint>
-
-// The score of a move that no iteration has searched; lower than any other.
-inline constexpr std::int32_t UNSEARCHED_EVAL = -2'000'000;
 
 // How far the search goes in the game in play, whose clock runs unless the engine ponders or
 // analyses.

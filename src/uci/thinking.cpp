@@ -1,8 +1,8 @@
 #include "uci/thinking.h"
 
+#include "board/score.h"
 #include "book/book.h"
 #include "game/bookstate.h"
-#include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/predicates.h"
@@ -194,7 +194,7 @@ std::int32_t DepthOf(const Request& request) {
     if (request.mate > 0)
         plies = std::min(plies, 2 * std::min<std::int64_t>(request.mate, plies) + 2);
     if (request.depth > 0) plies = std::min(plies, request.depth);
-    return static_cast<std::int32_t>(plies) * QUARTER_PLIES;
+    return Plies(static_cast<std::int32_t>(plies));
 }
 
 SearchLimits LimitsOf(const Request& request) {
