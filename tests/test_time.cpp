@@ -75,7 +75,7 @@ TEST_F(Time, IsLookedAtAgainAndAgain) {
     Play("e2e4");
     search_info = {};
     search_info.max_ply = 100;
-    search_info.counted_from = search_info.node_counter = NODE_CHECK_INTERVAL;
+    search_info.next_poll = NODE_CHECK_INTERVAL;
     FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0); // the limit is 0, the clock is not
     EXPECT_TRUE(search_info.stop);
     EXPECT_GE(search_info.nodes, 10'000u);

@@ -66,8 +66,7 @@ double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1}
 void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     search_info = {};
     search_info.time_limit = NO_TIME_LIMIT;
-    search_info.node_counter = search_info.counted_from = NODE_CHECK_INTERVAL;
-    search_info.overdue = -NODE_CHECK_INTERVAL;
+    search_info.next_poll = search_info.poll_slack = NODE_CHECK_INTERVAL;
     search_info.max_ply = GLANCE_MAX_PLY;
     for (std::int32_t i = 0; i < list.count; ++i) {
         MakeMove(list.moves[i]);
@@ -76,7 +75,6 @@ void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
         UnMakeMove(list.moves[i]);
         if (search_info.stop) scores[i] = UNSEARCHED_EVAL;
     }
-    CountNodes();
     analyze_info.depth = GLANCE_PLIES;
 }
 

@@ -293,7 +293,7 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
-    if (--search_info.node_counter <= 0 && MustStop()) return STOPPED_EVAL;
+    if (++search_info.nodes >= search_info.next_poll && MustStop()) return STOPPED_EVAL;
 
     if (IsDraw()) return DRAW_EVAL;
 

@@ -61,7 +61,9 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     assert(side_to_move == US);
     assert(alpha < beta);
     assert(ply > 0);
-    if (--search_info.node_counter < search_info.overdue && MustStop()) return STOPPED_EVAL;
+    if (++search_info.nodes > search_info.next_poll + search_info.poll_slack && MustStop()) {
+        return STOPPED_EVAL;
+    }
     search_info.deepest_ply = std::max(search_info.deepest_ply, ply);
 
     std::int32_t hash_index = NO_MOVE_INDEX;

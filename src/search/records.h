@@ -9,45 +9,41 @@
 #include <cstdint>
 #include <limits>
 
-// Nodes between two looks at the clock and the input, below one root move.
-inline constexpr std::int32_t NODE_CHECK_INTERVAL = 10'000;
+// Nodes between two polls of the limits and the host, below one root move.
+inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
 
 // Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
-    std::uint64_t nodes;       // up to the latest CountNodes, the root included
-    std::int32_t node_counter; // nodes left until clock and input are looked at; below 0: overdue
-    std::int32_t counted_from; // what node_counter began to count down from
-    std::int32_t overdue;      // the node_counter at which a quiescence search looks too
-    std::uint64_t node_limit;  // 0: none
+    std::uint64_t nodes;     // the root included
+    std::uint64_t next_poll; // the node count at which the full-width search polls
+    std::uint64_t
+        poll_slack; // a quiescence search polls this many nodes later, or with NO_POLL never
+    std::uint64_t node_limit; // 0: none
     std::uint64_t start_time;
     std::uint64_t time_limit;     // the longest that the search may run, or NO_TIME_LIMIT
     std::uint8_t stop;            // the search must unwind
-    std::uint8_t stop_quiescence; // so must a quiescence search; only with strict limits
+    std::uint8_t stop_quiescence; // so must a quiescence search; never with NO_POLL
     std::uint8_t null_move;       // a null move is on the line being searched
     std::uint8_t iid;             // an internal iterative deepening search runs
     std::int32_t max_ply;         // where full width ends and the quiescence search begins
     std::int32_t deepest_ply;     // that the iteration's quiescence search has reached
 };
-inline constexpr std::int32_t NEVER_OVERDUE = std::numeric_limits<std::int32_t>::min();
+inline constexpr std::uint64_t NO_POLL = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
 extern SearchInfo search_info;
 
-// Counts the nodes and asks: is a limit reached, or has the program around the search a reason to
-// stop? If so, the search is told.
+// Polls the limits, the clock and the host. Sets search_info.stop and returns it.
 bool MustStop();
 
 inline bool IsNodeLimitReached() {
     return search_info.node_limit != 0 && search_info.nodes >= search_info.node_limit;
 }
 
-// Adds the nodes since the last time to the total, and puts off the next look by an interval, or to
-// the limit of nodes. Done at every look and after every root move.
-inline void CountNodes() {
-    search_info.nodes +=
-        static_cast<std::uint64_t>(search_info.counted_from - search_info.node_counter);
+// Puts the next poll an interval ahead, or at the node limit if that is nearer. Called at every
+// poll and after every root move.
+inline void SchedulePoll() {
     const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge without a limit
-    search_info.node_counter = search_info.counted_from =
-        static_cast<std::int32_t>(std::min<std::uint64_t>(left, NODE_CHECK_INTERVAL));
+    search_info.next_poll = search_info.nodes + std::min(left, NODE_CHECK_INTERVAL);
 }
 
 // Sets a mark of the search for a scope; behind it the mark is what it was before.

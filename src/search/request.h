@@ -29,9 +29,9 @@ struct SearchLine {
 
 // The program around the search. What is null is not called.
 struct SearchHost {
-    // Must the search stop? Asked at the first node and then every NODE_CHECK_INTERVAL nodes below
-    // a root move, or sooner where a limit of nodes is; a quiescence search is waited for unless
-    // the limits are strict. The board is somewhere in the tree then.
+    // Must the search stop? Called at the first node and then every NODE_CHECK_INTERVAL nodes below
+    // a root move, sooner at a node limit. A quiescence search is finished first unless the limits
+    // are strict. The board is then somewhere in the tree.
     bool (*must_stop)() = nullptr;
     // May the root move be searched that analyze_info tells? If not, the search ends.
     bool (*may_go_on)() = nullptr;

@@ -59,9 +59,9 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 }
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
-    search_info.nodes = 1;                                   // the root
-    search_info.node_counter = search_info.counted_from = 1; // the first node looks around at once
-    search_info.overdue = limits.is_strict ? -NODE_CHECK_INTERVAL : NEVER_OVERDUE;
+    search_info.nodes = 1;     // the root
+    search_info.next_poll = 2; // the first node polls
+    search_info.poll_slack = limits.is_strict ? NODE_CHECK_INTERVAL : NO_POLL;
     search_info.node_limit = limits.nodes;
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
@@ -144,7 +144,7 @@ void Iterate(std::int32_t depth) {
         if (search_info.stop) return;
         MakeMove(candidate.move);
         const std::int32_t score = SearchRootMove(candidate, i == 0, depth);
-        CountNodes();
+        SchedulePoll();
         UnMakeMove(candidate.move);
         if (search_info.stop) return;
         candidate.is_exact = score > root.best || IsExactInTables(candidate.move, score, depth);
