@@ -28,6 +28,7 @@ inline constexpr int MAX_MOVES = 512;
 // Moves in generation order. Only the first `count` records hold anything.
 struct MoveList {
     std::int32_t count = 0;
+    std::int32_t prefetched = 0; // first moves whose children the search has prefetched
     Move moves[MAX_MOVES];
 };
 

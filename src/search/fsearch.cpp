@@ -188,15 +188,13 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
 
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
-// Searches a batch of moves; their indices in generation order begin at `base`. `asked` tells how
-// many of them have been prefetched.
+// Searches a batch of moves; their indices in generation order begin at `base`.
 template <Colour US>
-LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base, std::int32_t asked) {
+LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
     PvLine* const child_pv = node.pv ? &pv_lines[node.ply / QUARTER_PLIES + 1] : nullptr;
-    PrefetchFirstChildren<US, true>(list, asked);
     for (std::int32_t i = 0; i < list.count; ++i) {
-        PrefetchChildAhead<US, true>(list, i);
+        PrefetchChildren<US, true>(list, i);
         const Move& move = list.moves[i];
         MakeMoveOf<US>(move);
         const std::int32_t depth = ChildDepth<US>(node, move, is_recapturing);
@@ -240,7 +238,7 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
     MoveList list;
-    std::int32_t asked = GenerateCapturesAhead<US, true>(list, node.last_move);
+    GenerateCapturesAhead<US, true>(list, node.last_move);
 
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
@@ -250,14 +248,14 @@ std::int32_t SearchNode(Node& node) {
 
     const bool has_all_moves = node.hash_index >= list.count;
     if (has_all_moves) GenerateNonCapturesOf<US>(list);
-    if (PutHashMoveFirst(list, node.hash_index)) asked = 0;
+    PutHashMoveFirst(list, node.hash_index);
 
-    LoopEnd end = SearchMoves<US>(node, list, 0, asked);
+    LoopEnd end = SearchMoves<US>(node, list, 0);
     if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
         const std::int32_t base = list.count;
-        list.count = 0;
+        list.count = list.prefetched = 0;
         GenerateNonCapturesOf<US>(list);
-        end = SearchMoves<US>(node, list, base, 0);
+        end = SearchMoves<US>(node, list, base);
     }
     if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);

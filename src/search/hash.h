@@ -73,12 +73,12 @@ std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
                               std::int32_t move_index);
 
-// Exchanges the move of that index with the first; an index that is none of the list's, which a
-// collision of keys can give, changes nothing. True when there is another first move now.
-inline bool PutHashMoveFirst(MoveList& list, std::int32_t index) {
-    if (index <= 0 || index >= list.count) return false;
+// Swaps the move at the index with the first. An index outside the list (a key collision) is
+// ignored.
+inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
+    if (index <= 0 || index >= list.count) return;
     std::swap(list.moves[0], list.moves[index]);
-    return true;
+    list.prefetched = 0;
 }
 
 // Makes the score exact in the full-width entries of the key, where there are any.

@@ -1,5 +1,5 @@
-// Prefetching: table slots are asked for before they are needed. Memory takes about as long as the
-// search of a few quiet children, and works for several at once.
+// Prefetching of table slots. A cache miss costs about as much as searching a few quiet children;
+// misses overlap.
 #pragma once
 
 #include "board/move.h"
@@ -12,9 +12,9 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 8;
 
-// The slots of a position that will soon be searched: in the quiescence table, which a child at the
-// horizon needs too, and with `IS_FULL` in the full-width tables. Always inlined, because GCC drops
-// calls of functions that only prefetch.
+// Prefetches the slots of a position that will soon be searched: in the quiescence table, which a
+// child at the horizon needs too, and with `IS_FULL` in the full-width tables. Always inlined,
+// because GCC drops calls of functions that only prefetch.
 template <bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchKey(std::uint64_t key) {
     const std::uint32_t slot = SlotOf(key);
@@ -26,29 +26,23 @@ template <Colour US, bool IS_FULL>
     PrefetchKey<IS_FULL>(LikelyKeyAfter<US>(move));
 }
 
-// Before the first move of a list is made: the first children, but for the first `asked`, which
-// have been asked for. Before each move: one more.
+// Call before the move at index i is made. Keeps the children of the next PREFETCH_AHEAD moves
+// prefetched.
 template <Colour US, bool IS_FULL>
-[[gnu::always_inline]] inline void PrefetchFirstChildren(const MoveList& list, std::int32_t asked) {
-    for (std::int32_t i = asked; i < std::min(list.count, PREFETCH_AHEAD); ++i) {
-        PrefetchChild<US, IS_FULL>(list.moves[i]);
+[[gnu::always_inline]] inline void PrefetchChildren(const MoveList& list, std::int32_t i) {
+    if (i == 0) {
+        for (std::int32_t j = list.prefetched; j < std::min(list.count, PREFETCH_AHEAD); ++j) {
+            PrefetchChild<US, IS_FULL>(list.moves[j]);
+        }
     }
-}
-template <Colour US, bool IS_FULL>
-[[gnu::always_inline]] inline void PrefetchChildAhead(const MoveList& list, std::int32_t i) {
-    if (i + PREFETCH_AHEAD < list.count) {
-        PrefetchChild<US, IS_FULL>(list.moves[i + PREFETCH_AHEAD]);
-    }
+    if (i + PREFETCH_AHEAD < list.count) PrefetchChild<US, IS_FULL>(list.moves[i + PREFETCH_AHEAD]);
 }
 
-// Generates the captures. The first one's child is asked for before the others are looked for, as
-// there is little else to do while memory works for it. Returns how many have been asked for.
+// Generates the captures. Prefetches the child of the first before it generates the others, because
+// there is little else to do until the slot arrives.
 template <Colour US, bool IS_FULL>
-[[gnu::always_inline]] inline std::int32_t GenerateCapturesAhead(MoveList& list,
-                                                                 const Move* last_move) {
+[[gnu::always_inline]] inline void GenerateCapturesAhead(MoveList& list, const Move* last_move) {
     const Victims others = GenerateFirstCaptures<US>(list);
-    const bool has_first = list.count > 0;
-    if (has_first) PrefetchChild<US, IS_FULL>(list.moves[0]);
+    if (list.count > 0) PrefetchChild<US, IS_FULL>(list.moves[list.prefetched++]);
     GenerateOtherCaptures<US>(list, others, last_move);
-    return has_first ? 1 : 0;
 }

@@ -22,15 +22,14 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
     // The move that led here was not legal. It loses.
     if (IsKingCapturableBy<US>()) return MATE_EVAL - ply;
     MoveList list;
-    std::int32_t asked = GenerateCapturesAhead<US, false>(list, last_move);
-    if (PutHashMoveFirst(list, hash_index)) asked = 0;
+    GenerateCapturesAhead<US, false>(list, last_move);
+    PutHashMoveFirst(list, hash_index);
 
     std::int32_t best_index = NO_MOVE_INDEX;
     Bound bound = best > alpha ? BOUND_EXACT : BOUND_UPPER;
     alpha = std::max(alpha, best);
-    PrefetchFirstChildren<US, false>(list, asked);
     for (std::int32_t i = 0; i < list.count; ++i) {
-        PrefetchChildAhead<US, false>(list, i);
+        PrefetchChildren<US, false>(list, i);
         const Move& move = list.moves[i];
         MakeMoveOf<US>(move);
         const std::int32_t score =
