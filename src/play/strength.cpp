@@ -62,11 +62,10 @@ std::uint64_t NodesOf(std::int32_t elo) {
 // A number from 0 up to 1.
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
-// What a short search says of each move; of those that it was stopped before, nothing.
+// Scores each move by a short search. Moves not reached before a stop get UNSEARCHED_EVAL.
 void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
-    search_info = {};
-    search_info.time_limit = NO_TIME_LIMIT;
-    search_info.next_poll = search_info.poll_slack = NODE_CHECK_INTERVAL;
+    ResetSearchInfo({.depth = GLANCE_DEPTH, .clock = {}, .is_strict = true});
+    SchedulePoll(); // no poll at the first node: even a search stopped at once scores some moves
     search_info.max_ply = GLANCE_MAX_PLY;
     for (std::int32_t i = 0; i < list.count; ++i) {
         MakeMove(list.moves[i]);
@@ -116,7 +115,7 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     SetFakeMove(expected_reply);
     if (IsElementaryWin()) {
-        search_info = {}; // it counts no nodes
+        ResetSearchInfo(limits); // it counts no nodes
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }

@@ -91,14 +91,16 @@ std::int32_t NullMoveDepth(std::int32_t depth) {
 // The side to move passes. Returns a score of at least beta, or UNKNOWN_EVAL.
 template <Colour US>
 std::int32_t SearchNullMove(const Node& node) {
-    const ScopedMark below_null_move(search_info.null_move);
+    assert(!search_info.null_move);
     std::int32_t score = -MATE_EVAL;
+    search_info.null_move = 1;
     MakeNullMove();
     if (!IsKingCapturableBy<Opponent(US)>()) {
         score = -Search<Opponent(US)>(-node.beta, 1 - node.beta, NullMoveDepth(node.depth),
                                       node.ply + QUARTER_PLIES, nullptr, nullptr, 0);
     }
     UnMakeNullMove();
+    search_info.null_move = 0;
     return score >= node.beta && !IsMateEval(score) ? score : UNKNOWN_EVAL;
 }
 
@@ -140,9 +142,11 @@ std::int32_t TestFutility(Node& node) {
 template <Colour US>
 void FindHashMove(Node& node) {
     const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
-    const ScopedMark deepening(search_info.iid);
+    assert(!search_info.iid);
+    search_info.iid = 1;
     const std::int32_t score =
         Search<US>(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
+    search_info.iid = 0;
     if (score > node.alpha) {
         ProbeHashTable(zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
     }

@@ -4,6 +4,7 @@
 #include "board/move.h"
 #include "board/position.h"
 #include "board/score.h"
+#include "search/timecontrol.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -21,6 +22,7 @@ struct SearchInfo {
     std::uint64_t node_limit; // 0: none
     std::uint64_t start_time;
     std::uint64_t time_limit;     // the longest that the search may run, or NO_TIME_LIMIT
+    TimeLeft clock;               // for the time between iterations; unused with NO_TIME_LIMIT
     std::uint8_t stop;            // the search must unwind
     std::uint8_t stop_quiescence; // so must a quiescence search; never with NO_POLL
     std::uint8_t null_move;       // a null move is on the line being searched
@@ -31,6 +33,13 @@ struct SearchInfo {
 inline constexpr std::uint64_t NO_POLL = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
 extern SearchInfo search_info;
+
+// Sets up search_info for a search that begins now. No node is counted yet; the first one polls.
+struct SearchLimits;
+void ResetSearchInfo(const SearchLimits& limits);
+
+// Gives the running search a clock, which runs from now on.
+void StartClock(const TimeLeft& left);
 
 // Polls the limits, the clock and the host. Sets search_info.stop and returns it.
 bool MustStop();
@@ -45,17 +54,6 @@ inline void SchedulePoll() {
     const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge without a limit
     search_info.next_poll = search_info.nodes + std::min(left, NODE_CHECK_INTERVAL);
 }
-
-// Sets a mark of the search for a scope; behind it the mark is what it was before.
-struct ScopedMark {
-    explicit ScopedMark(std::uint8_t& the_mark) : mark(the_mark), before(the_mark) { mark = 1; }
-    ~ScopedMark() { mark = before; }
-    ScopedMark(const ScopedMark&) = delete;
-    ScopedMark& operator=(const ScopedMark&) = delete;
-
-    std::uint8_t& mark;
-    const std::uint8_t before;
-};
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 

@@ -40,7 +40,6 @@ struct Root {
     std::int32_t best; // score of the iteration
     PvLine best_line;
     PvLine child_line;
-    TimeLeft clock;
     bool is_forced; // there is just one legal move
 };
 Root root;
@@ -59,19 +58,11 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 }
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
-    search_info.nodes = 1;     // the root
-    search_info.next_poll = 2; // the first node polls
-    search_info.poll_slack = limits.is_strict ? NODE_CHECK_INTERVAL : NO_POLL;
-    search_info.node_limit = limits.nodes;
+    ResetSearchInfo(limits);
+    search_info.nodes = 1; // the root
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
-    search_info.start_time = CurrentTimeU64();
-    search_info.time_limit = NO_TIME_LIMIT;
-    if (limits.clock) StartClock(*limits.clock);
-    search_info.stop = search_info.stop_quiescence = 0;
-    search_info.null_move = 0;
-    search_info.iid = 0;
 }
 
 // The best line of the iteration.
@@ -178,7 +169,7 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
     if (root.count > 1 && IsMateEval(root.moves[1].score)) return true;
     if (search_info.stop) return true;
     if (search_info.time_limit == NO_TIME_LIMIT) return false;
-    return !IsTimeForIteration(root.clock, CurrentTimeU64() - search_info.start_time,
+    return !IsTimeForIteration(search_info.clock, CurrentTimeU64() - search_info.start_time,
                                iteration_time);
 }
 
@@ -204,12 +195,6 @@ SearchLimits GameLimits() {
         limits.clock = {game_state.engine_time, game_state.time_increment};
     }
     return limits;
-}
-
-void StartClock(const TimeLeft& left) {
-    root.clock = left;
-    search_info.start_time = CurrentTimeU64();
-    search_info.time_limit = TimeLimit(left.clock);
 }
 
 std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,

@@ -18,6 +18,3 @@ SearchLimits GameLimits();
 // the result is UNSEARCHED_EVAL.
 std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,
                           const SearchLimits& limits = GameLimits());
-
-// Gives the running search a clock, which runs from now on.
-void StartClock(const TimeLeft& left);
