@@ -77,7 +77,10 @@ void Converse(std::string_view text) {
     }();
     Require(has_book, "the book is read");
     search_host = {.must_stop = PollCommands,
-                   .may_go_on = [] { return search_info.nodes < nodes_of_a_search; },
+                   .may_go_on =
+                       [](const Move& move) {
+                           return NoteRootMove(move) && search_info.nodes < nodes_of_a_search;
+                       },
                    .tell_line = PrintThinking};
     ResetEngine(true);
     const bool is_deep = text.starts_with("sd ");

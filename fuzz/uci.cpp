@@ -74,7 +74,7 @@ bool IsEnough() { return looks_left-- <= 0 || search_info.nodes >= nodes_of_a_se
 
 constexpr SearchHost HOST = {
     .must_stop = [] { return UCI_HOST.must_stop() || IsEnough(); },
-    .may_go_on = [] { return UCI_HOST.may_go_on() && !IsEnough(); },
+    .may_go_on = [](const Move& move) { return UCI_HOST.may_go_on(move) && !IsEnough(); },
     .tell_line = [](const SearchLine& line) { UCI_HOST.tell_line(line); },
     .tell_iteration = [](const SearchLine& line) { UCI_HOST.tell_iteration(line); }};
 

@@ -236,7 +236,7 @@ TEST(Search, SeesNoRepetitionBelowANullMove) {
 // move scores 0, and the search ends before the second.
 TEST(Search, TakesFiftyCentipawnsOffABound) {
     StartAt("8/4k3/2P5/8/8/2K5/8/8 w - - 0 1");
-    const SearchHost host = {.may_go_on = [] {
+    const SearchHost host = {.may_go_on = [](const Move&) {
         return analyze_info.depth < 4 || analyze_info.moves_left == analyze_info.moves_total - 1;
     }};
     Move move;
@@ -248,7 +248,7 @@ TEST(Search, TakesFiftyCentipawnsOffABound) {
 TEST(Search, BeginsNoRootMoveAtItsLimitOfNodes) {
     static std::int32_t begun_too_late;
     begun_too_late = 0;
-    const SearchHost host = {.may_go_on = [] {
+    const SearchHost host = {.may_go_on = [](const Move&) {
         begun_too_late += search_info.nodes >= search_info.node_limit;
         return true;
     }};

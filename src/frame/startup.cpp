@@ -182,8 +182,8 @@ void ParseParameters(const char* const* arguments, int argument_count) {
 
 void Initialize(int argument_count, const char* const* arguments) {
     ParseParameters(arguments, argument_count);
-    search_host.must_stop = PollCommands;
-    search_host.tell_line = PrintThinking;
+    search_host = {
+        .must_stop = PollCommands, .may_go_on = NoteRootMove, .tell_line = PrintThinking};
     NewGame();
 }
 

@@ -3,8 +3,10 @@
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
+#include "notation/notation.h"
 #include "notation/pgninfo.h"
 #include "notation/portable.h"
+#include "notation/text.h"
 #include "platform/system.h"
 #include "search/records.h"
 
@@ -25,4 +27,9 @@ void PrintThinking(const SearchLine& line) {
     WritePgnMoveList(stdout, line.moves, {first_ply, THINKING_WIDTH, nullptr});
     std::printf("\n");
     FlushOutput();
+}
+
+bool NoteRootMove(const Move& move) {
+    CopyText(analyze_info.move_text, WrittenMove(move));
+    return true;
 }

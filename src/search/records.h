@@ -61,10 +61,10 @@ inline constexpr int MOVE_TEXT_FIELD = 32;
 struct AnalyzeInfo {
     std::uint64_t elapsed;
     std::uint64_t nodes;
-    std::int32_t depth;       // of the iteration, in whole plies
-    std::int32_t moves_left;  // root moves of the iteration not yet started
-    std::int32_t moves_total; // legal root moves
-    char move_text[MOVE_TEXT_FIELD];
+    std::int32_t depth;              // of the iteration, in whole plies
+    std::int32_t moves_left;         // root moves of the iteration not yet started
+    std::int32_t moves_total;        // legal root moves
+    char move_text[MOVE_TEXT_FIELD]; // the root move being searched; written by the host
 };
 extern AnalyzeInfo analyze_info;
 

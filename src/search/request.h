@@ -33,8 +33,8 @@ struct SearchHost {
     // a root move, sooner at a node limit. A quiescence search is finished first unless the limits
     // are strict. The board is then somewhere in the tree.
     bool (*must_stop)() = nullptr;
-    // May the root move be searched that analyze_info tells? If not, the search ends.
-    bool (*may_go_on)() = nullptr;
+    // May this root move be searched? If not, the search ends. The root is on the board.
+    bool (*may_go_on)(const Move& move) = nullptr;
     // There is a new best line.
     void (*tell_line)(const SearchLine& line) = nullptr;
     // An iteration has ended; the line is its best.

@@ -8,8 +8,6 @@
 #include "game/gamestate.h"
 #include "moves/makemove.h"
 #include "moves/predicates.h"
-#include "notation/notation.h"
-#include "notation/text.h"
 #include "search/fsearch.h"
 #include "search/hash.h"
 #include "search/records.h"
@@ -113,9 +111,9 @@ void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies)
     if (search_host.tell_line) search_host.tell_line(BestLine(plies));
 }
 
-// The next root move is not begun when the limit of nodes is reached, or the host wants no more.
-bool MayGoOn() {
-    return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on());
+// False when the node limit is reached or the host wants no more root moves.
+bool MayGoOn(const Move& move) {
+    return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on(move));
 }
 
 // One iteration over the root moves; ends early when the search is stopped.
@@ -130,8 +128,7 @@ void Iterate(std::int32_t depth) {
         RootMove& candidate = root.moves[i];
         if (candidate.score != UNSEARCHED_EVAL && IsMateEval(candidate.score)) continue;
         --analyze_info.moves_left;
-        CopyText(analyze_info.move_text, WrittenMove(candidate.move));
-        if (!MayGoOn()) search_info.stop = 1;
+        if (!MayGoOn(candidate.move)) search_info.stop = 1;
         if (search_info.stop) return;
         MakeMove(candidate.move);
         const std::int32_t score = SearchRootMove(candidate, i == 0, depth);

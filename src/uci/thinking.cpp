@@ -116,13 +116,13 @@ void TellLine(const SearchLine& line) {
     thinking.told = line.moves.front();
 }
 
-// Between root moves too the time may be up. Short searches look at the input no more often than
-// long ones, and tell no root moves.
-bool MayGoOn() {
+// Checks the time before each root move, and polls the input unless it was polled in the same
+// millisecond. Reports root moves only in long searches.
+bool MayGoOn(const Move& move) {
     const std::int64_t now = Milliseconds();
     if (now - thinking.start > QUIET_TIME) {
-        Tell("info depth " + std::to_string(analyze_info.depth) + " currmove " +
-             analyze_info.move_text + " currmovenumber " +
+        Tell("info depth " + std::to_string(analyze_info.depth) + " currmove " + WrittenMove(move) +
+             " currmovenumber " +
              std::to_string(analyze_info.moves_total - analyze_info.moves_left));
     }
     return !(now == thinking.last_look ? IsTimeUp() : IsStopWanted());
