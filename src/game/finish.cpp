@@ -7,7 +7,6 @@
 #include "moves/attacks.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
-#include "platform/channel.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -106,11 +105,4 @@ const char* EndOfGameLine(const Move* last_move) {
     if (IsFiftyMoveRule()) return "1/2-1/2 {Fifty move rule}";
     if (IsInsufficientMaterial()) return "1/2-1/2 {Insufficient material}";
     return ShouldResign() ? "resign" : nullptr;
-}
-
-void CheckEndOfGame(const Move* last_move) {
-    const char* const line = EndOfGameLine(last_move);
-    if (!line) return;
-    game_state.game_over = 1;
-    SendCommand(line);
 }

@@ -40,6 +40,3 @@ std::uint8_t ShouldResign();
 
 // The line that announces the end of the game, or null while it goes on.
 const char* EndOfGameLine(const Move* last_move);
-
-// Announces the end of the game to the front end if it has come.
-void CheckEndOfGame(const Move* last_move);

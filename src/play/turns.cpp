@@ -124,6 +124,13 @@ std::uint8_t MakeUserMove(std::string_view token) {
     return 1;
 }
 
+void CheckEndOfGame(const Move* last_move) {
+    const char* const line = EndOfGameLine(last_move);
+    if (!line) return;
+    game_state.game_over = 1;
+    SendCommand(line);
+}
+
 void PonderMove() {
     engine_state.pondering = 1;
     FindBestMove(nullptr, nullptr, LastMove());

@@ -1,6 +1,8 @@
 // The turns of a game: the engine's move, the user's move, pondering and analysis.
 #pragma once
 
+#include "board/move.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -17,6 +19,10 @@ bool PlayMove(std::string_view token);
 // Plays the user's move, a token in either notation. 0, after a complaint to the front end, when it
 // is not legal.
 std::uint8_t MakeUserMove(std::string_view token);
+
+// Announces the end of the game to the front end if it has come. `last_move` is the last move
+// played or null.
+void CheckEndOfGame(const Move* last_move);
 
 // Thinks on the opponent's time until a command comes or the search ends by itself.
 void PonderMove();
