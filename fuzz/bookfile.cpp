@@ -1,7 +1,6 @@
 // Book files: loaded, listed, and played from.
 #include "book/book.h"
 #include "book/bookmaker.h"
-#include "game/bookstate.h"
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "harness.h"

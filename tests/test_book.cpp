@@ -4,8 +4,8 @@
 
 #include "book/book.h"
 #include "book/bookmaker.h"
-#include "game/bookstate.h"
 #include "game/enginestate.h"
+#include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/gamefile.h"

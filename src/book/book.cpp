@@ -1,7 +1,6 @@
 #include "book/book.h"
 
 #include "board/utility.h"
-#include "game/bookstate.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"

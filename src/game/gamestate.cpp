@@ -4,6 +4,7 @@
 #include "eval/evaltables.h"
 
 GameState game_state;
+BookState book_state;
 
 void ForgetMoves() {
     game_state.no_last_move = 1;

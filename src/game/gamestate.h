@@ -1,9 +1,11 @@
-// The record of the game in progress. It is copied whole into the state history after every move,
-// so every field belongs to a position of the game, the clocks included.
+// The game in progress: its record, and where it stands in the opening book. Both are copied whole
+// into the state history after every move, so every field belongs to a position of the game, the
+// clocks included.
 #pragma once
 
 #include "board/move.h"
 
+#include <cstddef>
 #include <cstdint>
 
 inline constexpr int EXPECTED_MOVE_SIZE = 8; // the longest is like "Qa1xb2+"
@@ -23,6 +25,17 @@ struct GameState {
     std::uint8_t hopeless;        // the engine's last move left it clearly lost
 };
 extern GameState game_state;
+
+struct MoveTrieNode;
+
+inline constexpr std::size_t BOOK_HELP_SIZE = 512;
+
+struct BookState {
+    std::uint8_t in_book;      // the game still follows the book
+    const MoveTrieNode* node;  // the position's node
+    char help[BOOK_HELP_SIZE]; // the book moves of the position, as shown to the user
+};
+extern BookState book_state;
 
 // Both clocks until the front end has given them: more than 300 years.
 inline constexpr std::uint64_t UNKNOWN_CLOCK = 1'000'000'000'000;

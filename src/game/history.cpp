@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cassert>
 
-BookState book_state;
 StateHistory state_history;
 
 namespace {

@@ -4,7 +4,6 @@
 
 #include "board/move.h"
 #include "board/position.h"
-#include "game/bookstate.h"
 #include "game/gamestate.h"
 
 #include <cstdint>

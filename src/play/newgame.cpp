@@ -1,7 +1,6 @@
 #include "play/newgame.h"
 
 #include "book/book.h"
-#include "game/bookstate.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "game/history.h"

@@ -2,7 +2,6 @@
 
 #include "board/score.h"
 #include "book/book.h"
-#include "game/bookstate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/predicates.h"
