@@ -6,16 +6,15 @@
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "platform/system.h"
+#include "search/request.h"
 
 #include <cassert>
 #include <cinttypes>
 #include <cstdio>
 
-bool (*must_stop_counting)() = nullptr;
-
 namespace {
 
-constexpr std::int32_t ASKING_DEPTH = 3; // plies; some thousand leaves
+constexpr std::int32_t POLL_DEPTH = 3; // plies; some thousand leaves
 
 bool is_stopped = false;
 
@@ -23,7 +22,7 @@ template <Colour US, LastPly LAST_PLY>
 std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     constexpr Colour THEM = Opponent(US);
     if (depth == 0) return 1;
-    if (depth == ASKING_DEPTH && must_stop_counting && must_stop_counting()) is_stopped = true;
+    if (depth == POLL_DEPTH && search_host.must_stop && search_host.must_stop()) is_stopped = true;
     if (is_stopped) return 0;
     MoveList list;
     GenerateCapturesOf<US>(list, last_move);

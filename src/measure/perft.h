@@ -12,12 +12,10 @@ inline constexpr std::int32_t PERFT_MAX_DEPTH = 64; // plies
 // be illegal, or by making and unmaking each.
 enum class LastPly { LISTED, MADE };
 
-// Must the count stop? Asked every few thousand leaves; null: never.
-extern bool (*must_stop_counting)();
-
-// How many lines of that many plies begin in the position; `last_move` led to it, or is null.
+// The number of lines of that many plies from the position; `last_move` led to it, or is null.
+// Calls search_host.must_stop every few thousand leaves; the result of a stopped count is useless.
 std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move, LastPly last_ply);
 
-// Prints the counts behind the moves of the game's position one by one, and their sum; neither for
-// a count that was stopped.
+// Prints the count after each move of the game's position, and their sum; neither for a count that
+// was stopped.
 void Divide(std::int32_t depth, LastPly last_ply = LastPly::LISTED);

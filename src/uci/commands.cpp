@@ -59,9 +59,7 @@ void CarryOutPerft(std::string_view arguments) {
     std::int32_t depth = 1;
     if (!ReadDepth(arguments, 0, PERFT_MAX_DEPTH, depth)) return;
     ListenWhileMeasuring();
-    must_stop_counting = UCI_HOST.must_stop;
     Divide(depth);
-    must_stop_counting = nullptr;
 }
 
 void CarryOutBench(std::string_view arguments) {
