@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_LOOK = 300'000; // 30 milliseconds
+constexpr std::uint64_t TICKS_PER_LOOK = 30 * TICKS_PER_MILLISECOND;
 constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
 

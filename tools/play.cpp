@@ -39,7 +39,6 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 constexpr const char* HELP =
     "a move: e4, Nf3, e2e4, O-O      go: Korvane plays this side   undo: take back your last move\n"
     "new: start a new game           flip: turn the board          resign: give the game up\n"

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr std::uint32_t START_SEED = 5;
-constexpr std::uint64_t TICKS_PER_CENTISECOND = 100'000;
 
 std::uint32_t random_state = 1;
 

@@ -20,8 +20,6 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_MILLISECOND = 10'000;
-
 // What is searched: a position, and the moves of the game behind it.
 struct Start {
     const char* fen;

@@ -27,8 +27,11 @@ bool TakeInterrupt();
 // The words of the command line, the program's first, which live as long as the process.
 std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments);
 
-// A steady clock, as a count of 100-nanosecond intervals since some fixed moment.
+// A steady clock: 100-nanosecond ticks since some fixed moment.
 std::uint64_t SystemTime();
+inline constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
+inline constexpr std::uint64_t TICKS_PER_CENTISECOND = TICKS_PER_SECOND / 100;
+inline constexpr std::uint64_t TICKS_PER_MILLISECOND = TICKS_PER_SECOND / 1000;
 
 // True when standard input is an interactive console, false for a pipe or a file.
 bool IsConsoleInput();

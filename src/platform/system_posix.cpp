@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
 
 #ifdef POLLRDHUP

@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
-
 HANDLE Input() { return GetStdHandle(STD_INPUT_HANDLE); }
 HANDLE Output() { return GetStdHandle(STD_OUTPUT_HANDLE); }
 

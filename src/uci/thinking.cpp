@@ -28,7 +28,6 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_MILLISECOND = 10'000;
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
 constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are told one by one
 
