@@ -71,7 +71,13 @@ constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
 // From a pawn to the square ahead of it.
 inline constexpr int PAWN_STEP[COLOURS] = {BOARD_SIDE, -BOARD_SIDE};
 
+// The squares from which kings and rooks castle.
+enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
+inline constexpr int CASTLE_SIDES = 2;
 inline constexpr int KING_HOME[COLOURS] = {SquareOf(FILE_E, RANK_1), SquareOf(FILE_E, RANK_8)};
+inline constexpr int ROOK_HOME[COLOURS][CASTLE_SIDES] = {
+    {SquareOf(FILE_H, RANK_1), SquareOf(FILE_A, RANK_1)},
+    {SquareOf(FILE_H, RANK_8), SquareOf(FILE_A, RANK_8)}};
 
 // A set of squares. In the plain order bit n stands for square n.
 using Bitboard = std::uint64_t;

@@ -6,12 +6,11 @@
 #include <cstdint>
 
 extern std::uint64_t ZOBRIST_KEY_GLOBAL[PIECE_INDICES * SQUARES];
-extern std::uint64_t ZOBRIST_KEY_CASTLE[4];          // by CastleIndex
+extern std::uint64_t ZOBRIST_KEY_CASTLE[COLOURS * CASTLE_SIDES]; // by CastleIndex
 extern std::uint64_t ZOBRIST_KEY_ENPASSANT[SQUARES]; // the square that a double step passed over
 extern std::uint64_t ZOBRIST_KEY_SIDE_SWITCH;        // in the key while black is to move
 
-enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
-constexpr int CastleIndex(Colour colour, CastleSide side) { return colour * 2 + side; }
+constexpr int CastleIndex(Colour colour, CastleSide side) { return colour * CASTLE_SIDES + side; }
 
 // The key of a piece on a square; the moved flag plays no part in it.
 inline std::uint64_t PieceKey(Colour colour, int type, int square) {

@@ -4,6 +4,7 @@
 #include "moves/predicates.h"
 
 #include <cassert>
+#include <initializer_list>
 
 namespace {
 
@@ -112,19 +113,19 @@ Victims FindVictims() {
     return {pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
 }
 
-// The king's and the rook's way by the side of castling, as steps from the king's home.
+// Castling to a side, as steps from the king's home.
 struct CastlingWay {
-    int rook_from, rook_to, king_to;
-    int empty[3]; // squares between king and rook; 0 in a place that is not needed
+    int rook_to, king_to;
+    int empty[3]; // squares between king and rook; 0: unused
 };
-constexpr CastlingWay CASTLING_WAYS[] = {{3, 1, 2, {1, 2, 0}}, {-4, -1, -2, {-1, -2, -3}}};
+constexpr CastlingWay CASTLING_WAYS[CASTLE_SIDES] = {{1, 2, {1, 2, 0}}, {-1, -2, {-1, -2, -3}}};
 
 // The squares between are empty, the rook is unmoved, and the king crosses no attacked square.
-bool IsCastlingPossible(int king, const CastlingWay& way) {
+bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
     for (const int step : way.empty) {
         if (step != 0 && position[king + step] != NO_PIECE) return false;
     }
-    const Piece rook = position[king + way.rook_from];
+    const Piece rook = position[rook_home];
     return TypeOf(rook) == ROOK && !IsMoved(rook) && !PreventedCastle(king) &&
            !PreventedCastle(king + way.rook_to) && !PreventedCastle(king + way.king_to);
 }
@@ -134,9 +135,10 @@ Move* AddCastling(Move* next) {
     constexpr int HOME = KING_HOME[US];
     const Piece king = position[HOME];
     if (TypeOf(king) != KING || IsMoved(king)) return next;
-    for (const CastlingWay& way : CASTLING_WAYS) {
-        if (!IsCastlingPossible(HOME, way)) continue;
-        next->rook_from = HOME + way.rook_from;
+    for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
+        const CastlingWay& way = CASTLING_WAYS[side];
+        if (!IsCastlingPossible(HOME, ROOK_HOME[US][side], way)) continue;
+        next->rook_from = ROOK_HOME[US][side];
         next->rook_to = HOME + way.rook_to;
         next = AddPlain(next, HOME, HOME + way.king_to, NO_PIECE);
         next[-1].castle = 1;

@@ -7,6 +7,7 @@
 #include "moves/predicates.h"
 
 #include <cassert>
+#include <initializer_list>
 
 namespace {
 
@@ -20,15 +21,14 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
     if (TypeOf(move.piece) == KING) {
         assert(move.from == KING_HOME[US]);
-        if (IsUnmovedPiece(position[move.from + 3])) {
-            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, KING_SIDE)];
-        }
-        if (IsUnmovedPiece(position[move.from - 4])) {
-            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, QUEEN_SIDE)];
+        for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
+            if (!IsUnmovedPiece(position[ROOK_HOME[US][side]])) continue;
+            keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }
     } else if (TypeOf(move.piece) == ROOK) {
+        assert(RankOf(move.from) == RankOf(KING_HOME[US]));
         const CastleSide side = move.from & 1 ? KING_SIDE : QUEEN_SIDE;
-        const int king = SquareOf(FILE_E, RankOf(move.from));
+        const int king = KING_HOME[US];
         if (IsUnmovedPiece(king == move.from ? move.piece : position[king])) {
             keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }

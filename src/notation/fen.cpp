@@ -61,12 +61,12 @@ bool ReadCastling(std::string_view text, Fen& fen) {
             fen.castling[colour][side] = text.find(letter) != std::string_view::npos;
             if (!fen.castling[colour][side]) continue;
             ++read;
-            for (const int square : {KING_HOME[colour], CornerOf(colour, side)}) {
+            for (const int square : {KING_HOME[colour], ROOK_HOME[colour][side]}) {
                 const Piece piece = fen.board[square];
                 if (piece != NO_PIECE && ColourOf(piece) != colour) return false;
                 fen.board[square] = piece & static_cast<Piece>(~MOVED_FLAG);
             }
-            if (TypeOf(fen.board[CornerOf(colour, side)]) == KING) return false;
+            if (TypeOf(fen.board[ROOK_HOME[colour][side]]) == KING) return false;
         }
     }
     return read > 0 && read == text.size();

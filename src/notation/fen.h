@@ -3,7 +3,6 @@
 #pragma once
 
 #include "board/types.h"
-#include "board/zobrist.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -15,14 +14,7 @@ inline constexpr std::size_t FEN_SIZE = 256;
 inline constexpr const char* INITIAL_FEN =
     "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 
-inline constexpr int CASTLE_SIDES = 2;
 inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k', 'q'}};
-
-// The home square of the rook that castles to the side.
-constexpr int CornerOf(Colour colour, CastleSide side) {
-    const int file = side == KING_SIDE ? FILE_H : FILE_A;
-    return SquareOf(file, colour == WHITE ? RANK_1 : RANK_8);
-}
 
 // What a FEN text says.
 struct Fen {

@@ -90,7 +90,7 @@ std::string WrittenCastling() {
     std::string text;
     for (const Colour colour : {WHITE, BLACK}) {
         for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
-            if (IsUnmoved(KING_HOME[colour], KING) && IsUnmoved(CornerOf(colour, side), ROOK)) {
+            if (IsUnmoved(KING_HOME[colour], KING) && IsUnmoved(ROOK_HOME[colour][side], ROOK)) {
                 text += CASTLING_LETTERS[colour][side];
             }
         }

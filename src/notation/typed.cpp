@@ -94,7 +94,7 @@ bool LooksLikeMove(const std::string& typed) {
 
 const char* ReasonAgainstCastling(bool is_long) {
     const int king = KING_HOME[side_to_move];
-    const int rook = CornerOf(side_to_move, is_long ? QUEEN_SIDE : KING_SIDE);
+    const int rook = ROOK_HOME[side_to_move][is_long ? QUEEN_SIDE : KING_SIDE];
     if (IsCheck()) return "you are in check";
     if (position[king] != UnmovedPiece(side_to_move, KING) ||
         position[rook] != UnmovedPiece(side_to_move, ROOK)) {
