@@ -1,5 +1,6 @@
 // perft: counts positions, see measure/perft.h, or checks a file of known counts.
 #include "measure/perft.h"
+#include "board/utility.h"
 #include "frame/startup.h"
 #include "game/gamestate.h"
 #include "notation/fen.h"
@@ -117,8 +118,7 @@ int Count(std::int32_t depth, const char* fen, bool is_divided, LastPly last_ply
 
 int main(int argument_count, char** arguments) {
     InitializeTables();
-    const std::span<char*> all(arguments, static_cast<std::size_t>(argument_count));
-    std::span<char*> words = all.subspan(1);
+    std::span<char*> words = SpanOf(arguments, argument_count).subspan(1);
     if (words.size() == 1 && IsHelpOption(words[0])) {
         PrintUsage(stdout);
         return EXIT_SUCCESS;

@@ -152,7 +152,7 @@ void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* s
                        std::uint64_t* masks) {
     for (int diagonal = 0; diagonal < DIAGONALS; ++diagonal) {
         const int length = set.length[diagonal];
-        const std::span<const int> line(set.squares[diagonal], static_cast<std::size_t>(length));
+        const std::span<const int> line = SpanOf(set.squares[diagonal], length);
         FillLine(line, moves);
         for (const int square : line) {
             shifts[square] = static_cast<std::uint64_t>(set.first_bit[diagonal]);

@@ -9,6 +9,11 @@
 #include <cassert>
 #include <cstdint>
 
+inline constexpr Bitboard FILE_A_SQUARES = 0x0101010101010101;
+inline constexpr Bitboard FILE_H_SQUARES = FILE_A_SQUARES << FILE_H;
+inline constexpr Bitboard BACK_RANKS = 0xFF000000000000FF; // ranks 1 and 8
+inline constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
+
 // Index of the lowest and of the highest set bit; the set must not be empty, which the standard
 // library's functions would test.
 inline int FirstBitNumber(Bitboard set) {

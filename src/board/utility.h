@@ -1,7 +1,9 @@
-// Pseudo-random numbers, the clock in centiseconds, and the counts of set bits.
+// Pseudo-random numbers, the clock in centiseconds, the counts of set bits, and spans.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 // Number of set bits of every 16-bit value.
 inline constexpr int POP_COUNT_SIZE = 65536;
@@ -16,6 +18,12 @@ void SeedRandom(std::uint32_t seed);
 std::uint32_t RandomU15(); // 0 to 32767
 std::uint32_t RandomU32(); // 30 significant bits
 std::uint64_t RandomU64();
+
+// The first `count` items, which must not be negative.
+template <typename T>
+constexpr std::span<T> SpanOf(T* items, std::int32_t count) {
+    return {items, static_cast<std::size_t>(count)};
+}
 
 // The time in centiseconds, for differences between two readings.
 std::uint64_t CurrentTimeU64();

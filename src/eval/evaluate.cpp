@@ -19,8 +19,6 @@ constexpr std::int32_t BACKWARD_EDGE = -5;
 constexpr std::int32_t BACKWARD = -12;
 constexpr std::int32_t BACKWARD_OPEN = -15; // added where an enemy rook can attack it
 
-constexpr Bitboard EDGE_FILES = 0x8181818181818181;
-
 // The phase from the number of pieces other than pawns, both kings included.
 int GamePhase() {
     const std::int32_t pieces = pieces_on_board[WHITE] + pieces_on_board[BLACK];
@@ -56,7 +54,8 @@ std::int32_t PawnStructure() {
         if (!(own & PAWN_ISOLATED[square])) {
             score += is_open() ? ISOLATED_OPEN : ISOLATED;
         } else if (!(own & PAWN_BACKWARD_B[US][square]) && (own & PAWN_BACKWARD_F[US][square])) {
-            score += BIT_RANK[square] & EDGE_FILES ? BACKWARD_EDGE : BACKWARD;
+            score +=
+                BIT_RANK[square] & (FILE_A_SQUARES | FILE_H_SQUARES) ? BACKWARD_EDGE : BACKWARD;
             if (is_open()) score += BACKWARD_OPEN;
         }
     }

@@ -167,8 +167,7 @@ void ParseParameters(const char* const* arguments, int argument_count) {
     InitializeTables();
     if (argument_count > 0) {
         SetMyFileName(arguments[0]);
-        const std::span all(arguments, static_cast<std::size_t>(argument_count));
-        ReadArguments(options, all.subspan(1));
+        ReadArguments(options, SpanOf(arguments, argument_count).subspan(1));
     }
     for (const Action& action : ACTIONS) {
         if (!IsPresentOption(options, action.option)) continue;

@@ -27,8 +27,6 @@ bool HasOnlyBishops(Colour colour) {
     return pieces_all[colour].rank == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
 }
 
-constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
-
 } // namespace
 
 std::uint8_t HasLegalMove(const Move* last_move) {

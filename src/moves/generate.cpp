@@ -13,10 +13,6 @@ constexpr PieceType PIECES_TO_CAPTURE[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
-constexpr Bitboard BACK_RANKS = 0xFF000000000000FF;
-constexpr Bitboard FILE_A_SQUARES = 0x0101010101010101;
-constexpr Bitboard FILE_H_SQUARES = 0x8080808080808080;
-
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
 // All that add moves get the place of the next one and return the place behind their last.

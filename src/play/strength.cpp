@@ -103,7 +103,7 @@ std::int32_t DrawMove(const Taste& taste, Move& move) {
     assert(list.count > 0);
     std::int32_t scores[MAX_MOVES];
     ScoreMoves(list, scores);
-    const std::int32_t drawn = Draw({scores, static_cast<std::size_t>(list.count)}, taste);
+    const std::int32_t drawn = Draw(SpanOf(scores, list.count), taste);
     move = list.moves[drawn];
     return scores[drawn];
 }

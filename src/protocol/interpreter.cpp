@@ -131,7 +131,7 @@ void CarryOutDraw(std::string_view) {
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
-    const std::span moves(state_history.moves + 1, static_cast<std::size_t>(state_history.count));
+    const std::span moves = SpanOf(state_history.moves + 1, state_history.count);
     WriteFenBoard();
     RestartGame();
     WritePgnGame(PGN_LOG, logged, moves);

@@ -42,7 +42,7 @@ struct Root {
 };
 Root root;
 
-std::span<RootMove> RootMoves() { return {root.moves, static_cast<std::size_t>(root.count)}; }
+std::span<RootMove> RootMoves() { return SpanOf(root.moves, root.count); }
 
 void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
     MoveList list;
@@ -65,8 +65,7 @@ void StartSearch(const Move* last_move, const SearchLimits& limits) {
 
 // The best line of the iteration.
 SearchLine BestLine(std::int32_t plies) {
-    return {
-        plies, root.best, {root.best_line.moves, static_cast<std::size_t>(root.best_line.length)}};
+    return {plies, root.best, SpanOf(root.best_line.moves, root.best_line.length)};
 }
 
 std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t depth,

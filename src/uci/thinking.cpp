@@ -1,6 +1,7 @@
 #include "uci/thinking.h"
 
 #include "board/score.h"
+#include "board/utility.h"
 #include "book/book.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
@@ -200,7 +201,7 @@ SearchLimits LimitsOf(const Request& request) {
     if (!request.is_pondering) limits.clock = thinking.clock;
     if (request.nodes > 0) limits.nodes = static_cast<std::uint64_t>(request.nodes);
     limits.is_strict = true;
-    limits.moves = {request.moves.moves, static_cast<std::size_t>(request.moves.count)};
+    limits.moves = SpanOf(request.moves.moves, request.moves.count);
     return limits;
 }
 
