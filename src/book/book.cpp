@@ -123,7 +123,7 @@ void NewBookState() {
     UpdateBookHelp();
 }
 
-std::uint8_t IsFollowingBook() {
+bool IsFollowingBook() {
     return engine_state.use_book && book_state.in_book && book_state.node->child_count > 0;
 }
 
@@ -132,12 +132,12 @@ void LeaveBook() {
     UpdateBookHelp();
 }
 
-std::uint8_t GetNextBookMove(Move& move) {
-    if (!engine_state.use_book || !book_state.in_book) return 0;
+bool GetNextBookMove(Move& move) {
+    if (!engine_state.use_book || !book_state.in_book) return false;
     const std::uint32_t children = static_cast<std::uint32_t>(book_state.node->child_count);
     if (children == 0) {
         book_state.in_book = 0;
-        return 0;
+        return false;
     }
     const std::uint32_t r1 = RandomU15();
     const std::uint32_t r2 = RandomU15();
@@ -150,10 +150,10 @@ std::uint8_t GetNextBookMove(Move& move) {
     // The user may have promoted to another piece than the book did, which ends the book here.
     if (!FindLegalMove(child->move, LastMove(), move)) {
         book_state.in_book = 0;
-        return 0;
+        return false;
     }
     book_state.node = child;
-    return 1;
+    return true;
 }
 
 void SetNextBookMove(const Move& move) {

@@ -28,15 +28,15 @@ const char* ReadBook(MoveTrieNode& root, const char* file_name);
 void NewBookState();
 
 // The game is in the book, and the book has a move here.
-std::uint8_t IsFollowingBook();
+bool IsFollowingBook();
 
 // The game goes on without the book.
 void LeaveBook();
 
-// Picks the engine's book move, each stored one being as likely as the others. 0 when the game is
+// Picks the engine's book move, each stored one with the same probability. False when the game is
 // out of the book. It seeds the random numbers from the time of day: else every run would choose
 // alike.
-std::uint8_t GetNextBookMove(Move& move);
+bool GetNextBookMove(Move& move);
 
 // Follows the move that the user played, or leaves the book.
 void SetNextBookMove(const Move& move);

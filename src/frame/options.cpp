@@ -45,11 +45,11 @@ int GetOptionIndex(std::span<const Option> options, std::string_view argument) {
     return option == options.end() ? -1 : static_cast<int>(option - options.begin());
 }
 
-std::uint8_t IsKnownOption(std::span<const Option> options, std::string_view argument) {
+bool IsKnownOption(std::span<const Option> options, std::string_view argument) {
     return GetOptionIndex(options, argument) >= 0;
 }
 
-std::uint8_t IsPresentOption(std::span<const Option> options, std::string_view name) {
+bool IsPresentOption(std::span<const Option> options, std::string_view name) {
     const int index = GetOptionIndex(options, name);
     return index >= 0 && options[static_cast<std::size_t>(index)].present;
 }

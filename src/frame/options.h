@@ -29,8 +29,8 @@ void SetMyFileName(std::string_view invocation);
 
 // Index of the first option whose name the argument has, alone or in front of "=value"; -1: none.
 int GetOptionIndex(std::span<const Option> options, std::string_view argument);
-std::uint8_t IsKnownOption(std::span<const Option> options, std::string_view argument);
-std::uint8_t IsPresentOption(std::span<const Option> options, std::string_view name);
+bool IsKnownOption(std::span<const Option> options, std::string_view argument);
+bool IsPresentOption(std::span<const Option> options, std::string_view name);
 
 // Stores a value, cut to its field, and marks the option present.
 void SetOptionValueByName(std::span<Option> options, std::string_view name, std::string_view value);

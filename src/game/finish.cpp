@@ -29,21 +29,21 @@ bool HasOnlyBishops(Colour colour) {
 
 } // namespace
 
-std::uint8_t HasLegalMove(const Move* last_move) {
+bool HasLegalMove(const Move* last_move) {
     MoveList list;
     GenerateAllMoves(list, last_move);
-    return std::ranges::any_of(list, [](const Move& move) { return IsLegalMove(move) != 0; });
+    return std::ranges::any_of(list, IsLegalMove);
 }
 
-std::uint8_t IsCheck() {
+bool IsCheck() {
     return side_to_move == WHITE ? IsKingCapturableBy<BLACK>() : IsKingCapturableBy<WHITE>();
 }
 
-std::uint8_t IsMate(const Move* last_move) { return IsCheck() && !HasLegalMove(last_move); }
+bool IsMate(const Move* last_move) { return IsCheck() && !HasLegalMove(last_move); }
 
-std::uint8_t IsStalemate(const Move* last_move) { return !IsCheck() && !HasLegalMove(last_move); }
+bool IsStalemate(const Move* last_move) { return !IsCheck() && !HasLegalMove(last_move); }
 
-std::uint8_t IsNfoldRepetition(std::int32_t n) {
+bool IsNfoldRepetition(std::int32_t n) {
     std::int32_t occurrences = 1;
     for (std::int32_t i = zobrist_ply_number - 2; i >= 0; i -= 2) {
         if (zobrist_keys[i] == zobrist_key && IsSameBoard(state_history.positions[i])) {
@@ -53,21 +53,21 @@ std::uint8_t IsNfoldRepetition(std::int32_t n) {
     return occurrences >= n;
 }
 
-std::uint8_t IsThreefoldRepetition() { return IsNfoldRepetition(3); }
+bool IsThreefoldRepetition() { return IsNfoldRepetition(3); }
 
-std::uint8_t IsFiftyMoveRule() { return game_state.fifty_move_count >= FIFTY_MOVE_PLIES; }
+bool IsFiftyMoveRule() { return game_state.fifty_move_count >= FIFTY_MOVE_PLIES; }
 
-std::uint8_t IsInsufficientMaterial() {
-    if (PiecesOf(WHITE, PAWN) | PiecesOf(BLACK, PAWN)) return 0;
+bool IsInsufficientMaterial() {
+    if (PiecesOf(WHITE, PAWN) | PiecesOf(BLACK, PAWN)) return false;
     const std::int32_t total = pieces_on_board[WHITE] + pieces_on_board[BLACK];
-    if (total <= 2) return 1;
+    if (total <= 2) return true;
     const Bitboard bishops = PiecesOf(WHITE, BISHOP) | PiecesOf(BLACK, BISHOP);
     if (total == 3) return (PiecesOf(WHITE, KNIGHT) | PiecesOf(BLACK, KNIGHT) | bishops) != 0;
-    if (!HasOnlyBishops(WHITE) || !HasOnlyBishops(BLACK)) return 0;
+    if (!HasOnlyBishops(WHITE) || !HasOnlyBishops(BLACK)) return false;
     return !(bishops & DARK_SQUARES) || !(bishops & ~DARK_SQUARES);
 }
 
-std::uint8_t IsEndOfGame(const Move* last_move) {
+bool IsEndOfGame(const Move* last_move) {
     return IsMate(last_move) || IsStalemate(last_move) || IsInsufficientMaterial();
 }
 
@@ -84,8 +84,8 @@ std::span<const Move> PlayablePart(std::span<const Move> line) {
     return line.first(played);
 }
 
-std::uint8_t ShouldResign() {
-    if (!engine_state.use_resign || !game_state.hopeless) return 0;
+bool ShouldResign() {
+    if (!engine_state.use_resign || !game_state.hopeless) return false;
     int run = 1;
     for (std::int32_t i = state_history.count - 1; i >= 0; i -= 2) {
         if (!state_history.game_states[i].hopeless) break;

@@ -8,27 +8,27 @@
 
 // The side to move has a legal move. `last_move`, here and below, is the last move played or null;
 // an en-passant capture depends on it.
-std::uint8_t HasLegalMove(const Move* last_move);
+bool HasLegalMove(const Move* last_move);
 
 // The side to move is in check.
-std::uint8_t IsCheck();
+bool IsCheck();
 
 // The side to move is checkmated, stalemated.
-std::uint8_t IsMate(const Move* last_move);
-std::uint8_t IsStalemate(const Move* last_move);
+bool IsMate(const Move* last_move);
+bool IsStalemate(const Move* last_move);
 
 // The position has occurred at least n times in the game, now included. Only for the game's
 // position, not for one of the search: it compares the boards of the history.
-std::uint8_t IsNfoldRepetition(std::int32_t n);
-std::uint8_t IsThreefoldRepetition();
+bool IsNfoldRepetition(std::int32_t n);
+bool IsThreefoldRepetition();
 
-std::uint8_t IsFiftyMoveRule();
+bool IsFiftyMoveRule();
 
 // Neither side can mate with what is left.
-std::uint8_t IsInsufficientMaterial();
+bool IsInsufficientMaterial();
 
 // Mate, stalemate or insufficient material.
-std::uint8_t IsEndOfGame(const Move* last_move);
+bool IsEndOfGame(const Move* last_move);
 
 // What can be played of a line that starts from the position: all before a move that is not legal,
 // and nothing behind one that ends the game.
@@ -36,7 +36,7 @@ std::span<const Move> PlayablePart(std::span<const Move> line);
 
 // The engine should resign: its last five moves were all judged hopeless. Ask after the engine's
 // move and before that move is saved in the history.
-std::uint8_t ShouldResign();
+bool ShouldResign();
 
 // The line that announces the end of the game, or null while it goes on.
 const char* EndOfGameLine(const Move* last_move);

@@ -18,7 +18,7 @@ void SaveNewestEntry() {
 
 } // namespace
 
-std::uint8_t IsHistoryFull() {
+bool IsHistoryFull() {
     return state_history.count >= MAX_GAME_PLIES || zobrist_ply_number >= MAX_GAME_PLIES;
 }
 

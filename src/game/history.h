@@ -27,7 +27,7 @@ inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 
 // No further move fits into the history.
-std::uint8_t IsHistoryFull();
+bool IsHistoryFull();
 
 // Starts an empty history from the current state.
 void NewStateHistory();

@@ -2,12 +2,12 @@
 
 #include "moves/predicates.h"
 
-std::uint8_t PreventedCastle(int square) {
+bool PreventedCastle(int square) {
     return side_to_move == WHITE ? IsAttackedBy<BLACK>(square) : IsAttackedBy<WHITE>(square);
 }
 
-std::uint8_t IsEnPassantEnablingMove(const Move& move) {
-    if (TypeOf(move.piece) != PAWN || !IsTwoRankMove(move)) return 0;
+bool IsEnPassantEnablingMove(const Move& move) {
+    if (TypeOf(move.piece) != PAWN || !IsTwoRankMove(move)) return false;
     const Colour mover = side_to_move;
     const Colour enemy = Opponent(mover);
     const int passed_over = (move.from + move.to) / 2;
@@ -22,7 +22,7 @@ std::uint8_t IsEnPassantEnablingMove(const Move& move) {
         TogglePieceOnBitBoard(enemy, PAWN, passed_over);
         TogglePieceOnBitBoard(enemy, PAWN, square);
         TogglePieceOnBitBoard(mover, PAWN, move.to);
-        if (!is_illegal) return 1;
+        if (!is_illegal) return true;
     }
-    return 0;
+    return false;
 }

@@ -77,15 +77,14 @@ inline bool IsRiskyMove(const Move& move, Bitboard risky_squares) {
     return (BIT_RANK[move.from] & risky_squares) || move.en_passant;
 }
 
-// 1 when the side to move could capture the other side's king, that is, when the last move was
-// illegal.
-inline std::uint8_t HaveKingCaptures() {
+// The side to move could capture the other side's king: the last move was illegal.
+inline bool HaveKingCaptures() {
     return side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
-// 1 when the opponent of the side to move attacks the square, over which its king must not castle.
-std::uint8_t PreventedCastle(int square);
+// The opponent of the side to move attacks the square, so that the king must not castle across it.
+bool PreventedCastle(int square);
 
-// 1 when the move is a pawn's double step that an enemy pawn can legally capture en passant. The
+// The move is a pawn's double step that an enemy pawn can legally capture en passant. The
 // move is on the board already, and its maker is still the side to move.
-std::uint8_t IsEnPassantEnablingMove(const Move& move);
+bool IsEnPassantEnablingMove(const Move& move);

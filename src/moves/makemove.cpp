@@ -184,9 +184,9 @@ void UnMakeMove(const Move& move) {
     }
 }
 
-std::uint8_t IsLegalMove(const Move& move) {
+bool IsLegalMove(const Move& move) {
     MakeMove(move);
-    const std::uint8_t is_illegal = HaveKingCaptures();
+    const bool is_illegal = HaveKingCaptures();
     UnMakeMove(move);
     return !is_illegal;
 }

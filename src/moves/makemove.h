@@ -18,8 +18,8 @@ void MakeMoveOf(const Move& move);
 template <Colour US>
 void UnMakeMoveOf(const Move& move);
 
-// 1 when the move, pseudo-legal in the position, does not leave the mover's king to be taken.
-std::uint8_t IsLegalMove(const Move& move);
+// The move, pseudo-legal in the position, does not leave the mover's king to be taken.
+bool IsLegalMove(const Move& move);
 
 // Fills the list with the legal moves of the side to move, in generation order.
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move);

@@ -6,41 +6,37 @@
 #include <cstdint>
 
 // The same squares; promotions to different pieces are equal.
-inline std::uint8_t IsEqualMove(const Move& a, const Move& b) {
-    return a.from == b.from && a.to == b.to;
-}
+inline bool IsEqualMove(const Move& a, const Move& b) { return a.from == b.from && a.to == b.to; }
 
 // Equal, and to the same piece.
-inline std::uint8_t IsSameMove(const Move& a, const Move& b) {
+inline bool IsSameMove(const Move& a, const Move& b) {
     return IsEqualMove(a, b) && TypeOf(a.promoted) == TypeOf(b.promoted);
 }
 
-inline std::uint8_t IsWhiteMove(const Move& move) {
+inline bool IsWhiteMove(const Move& move) {
     return (move.piece & COLOUR_BITS) == COLOUR_BIT[WHITE];
 }
 
-inline std::uint8_t IsPawnPushMove(const Move& move) {
+inline bool IsPawnPushMove(const Move& move) {
     return TypeOf(move.piece) == PAWN && FileOf(move.from) == FileOf(move.to);
 }
 
-inline std::uint8_t IsCaptureMove(const Move& move) {
+inline bool IsCaptureMove(const Move& move) {
     return move.captured != NO_PIECE || move.en_passant != 0;
 }
 
 // A pawn move to rank 1, 2, 7 or 8, of either colour.
-inline std::uint8_t IsPawnToSeventhMove(const Move& move) {
+inline bool IsPawnToSeventhMove(const Move& move) {
     const int rank = RankOf(move.to);
     return TypeOf(move.piece) == PAWN && (rank <= RANK_2 || rank >= RANK_7);
 }
 
-inline std::uint8_t IsPromotion(const Move& move) {
-    return TypeOf(move.piece) != TypeOf(move.promoted);
-}
+inline bool IsPromotion(const Move& move) { return TypeOf(move.piece) != TypeOf(move.promoted); }
 
 // From and to two ranks apart.
-inline std::uint8_t IsTwoRankMove(const Move& move) {
+inline bool IsTwoRankMove(const Move& move) {
     const int ranks = RankOf(move.to) - RankOf(move.from);
     return ranks == 2 || ranks == -2;
 }
 
-inline std::uint8_t IsFakeMove(const Move& move) { return move.from < 0; }
+inline bool IsFakeMove(const Move& move) { return move.from < 0; }

@@ -83,23 +83,23 @@ bool SkipToNextGame(std::FILE* file) {
     return std::ungetc(c, file) != EOF;
 }
 
-std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag) {
+bool ReadNextPgnTag(std::FILE* file, PgnTag& tag) {
     char line[HEADER_LINE_SIZE];
     while (PeekChar(file) == '[') {
-        if (ReadTag(ReadLine(file, line), tag)) return 1;
+        if (ReadTag(ReadLine(file, line), tag)) return true;
     }
-    return 0;
+    return false;
 }
 
-std::uint8_t ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
+bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     for (;;) {
         const std::string_view text(token.data(), ReadToken(file, token));
-        if (text.empty()) return 0;
+        if (text.empty()) return false;
         if (IsDigit(text.front()) && text.back() == '.') continue;
         for (const std::string_view result : RESULTS) {
-            if (text == result) return 0;
+            if (text == result) return false;
         }
-        return 1;
+        return true;
     }
 }
 

@@ -15,14 +15,14 @@ inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
 // Skips white space and a byte-order mark before a game; false at the end of the file.
 bool SkipToNextGame(std::FILE* file);
 
-// Reads the header's next tag line into the entry, cut to its fields. Returns 0 at the first line
+// Reads the header's next tag line into the entry, cut to its fields. False at the first line
 // that does not begin with '[', an empty one for instance; it belongs to the moves. Lines that
 // begin so and are no tags are skipped, and so is a tag longer than the buffer of a line.
-std::uint8_t ReadNextPgnTag(std::FILE* file, PgnTag& tag);
+bool ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
-// Reads the next move token, past move numbers; 0 at a result token or the end of the file, which
-// end the game.
-std::uint8_t ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
+// Reads the next move token, past move numbers; false at a result token or the end of the file,
+// which end the game.
+bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
 
 // Drops the rest of the line.
 void SkipLine(std::FILE* file);

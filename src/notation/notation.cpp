@@ -213,24 +213,24 @@ const char* WrittenCoordinates(const Move& move) {
 
 } // namespace
 
-std::uint8_t IsInCan(std::string_view text) {
+bool IsInCan(std::string_view text) {
     return text.size() >= 4 && IsLowerCase(text[0]) && IsDigit(text[1]) && IsLowerCase(text[2]) &&
            IsDigit(text[3]);
 }
 
-std::uint8_t ParseMove(std::string_view text, Move& move) {
+bool ParseMove(std::string_view text, Move& move) {
     const MoveWish wish = ReadToken(text);
-    if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return 0;
+    if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return false;
     MoveList list;
     GenerateAllMoves(list, LastMove());
     for (const Move& listed : list) {
         if (listed.from == wish.from && listed.to == wish.to &&
             (wish.promotion == NO_PIECE_TYPE || TypeOf(listed.promoted) == wish.promotion)) {
             move = listed;
-            return 1;
+            return true;
         }
     }
-    return 0;
+    return false;
 }
 
 const char* WrittenMove(const Move& move) {

@@ -8,13 +8,13 @@
 #include <string_view>
 
 // The text begins like a move in coordinate notation.
-std::uint8_t IsInCan(std::string_view text);
+bool IsInCan(std::string_view text);
 
-// Finds the move of the side to move that one token, of either notation, names in the position. 0,
-// and `move` as it was, when there is none. The move may leave the own king to be taken. The
+// Finds the move of the side to move that one token, of either notation, names in the position.
+// False, and `move` untouched, when there is none. The move may leave the own king to be taken. The
 // reading is lenient: a promotion without a letter is to a queen, what begins with O is castling,
-// and with file and rank both given the letter of the piece is not looked at.
-std::uint8_t ParseMove(std::string_view text, Move& move);
+// and with file and rank both given the letter of the piece is ignored.
+bool ParseMove(std::string_view text, Move& move);
 
 // The text of a move of the position in the current output notation, in a static buffer.
 const char* WrittenMove(const Move& move);

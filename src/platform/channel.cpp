@@ -55,7 +55,7 @@ void NextBuffer(CommandLine& line) {
     line[length] = '\0';
 }
 
-std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume) {
+bool NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume) {
     std::uint8_t have_command = 1;
     if (in_buffer) {
         std::memcpy(line, my_buffer, COMMAND_SIZE);

@@ -20,9 +20,9 @@ void NextBuffer(CommandLine& line);
 
 // Gets a command line. With `consume` it waits for one and hands it over for good; without, it only
 // looks: a line that is there is delivered and held, so that the next call delivers it again.
-// Returns 1 when a line was delivered, 0 (and `line` untouched) when none waits. `timestamp`, when
-// not null, gets the number of lines read so far, which names the newest line.
-std::uint8_t NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume);
+// False, and `line` untouched, when none waits. `timestamp`, when not null, gets the number of lines
+// read so far, which names the newest line.
+bool NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume);
 
 // Waits for the next command line and takes it.
 void ReceiveCommand(CommandLine& line);

@@ -15,19 +15,19 @@ void FatalError(std::string_view message) {
 
 void RunOutOfMemory() { FatalError("Error (out of memory)"); }
 
-std::uint8_t IsPlainFile(const char* path) {
+bool IsPlainFile(const char* path) {
     std::error_code error;
     return std::filesystem::is_regular_file(PathOf(path), error);
 }
 
-std::uint8_t FileExists(const char* path) {
+bool FileExists(const char* path) {
     std::error_code error;
     // To open a named pipe would mean to wait for somebody who writes to it.
-    if (std::filesystem::is_fifo(PathOf(path), error)) return 1;
+    if (std::filesystem::is_fifo(PathOf(path), error)) return true;
     std::FILE* file = OpenFile(path, FileUse::READ);
-    if (!file) return 0;
+    if (!file) return false;
     std::fclose(file);
-    return 1;
+    return true;
 }
 
 void RequireFile(const char* path) {

@@ -10,12 +10,12 @@
 // Ends the program with a fatal error: memory that it asked for cannot be had.
 [[noreturn]] void RunOutOfMemory();
 
-// 1 if it is a file on a disk, and no pipe, folder or device.
-std::uint8_t IsPlainFile(const char* path);
+// The path is a file on a disk, not a pipe, folder or device.
+bool IsPlainFile(const char* path);
 
-// 1 if the file can be opened for reading, else 0. A named pipe is taken for one that can, as to
-// open it would mean to wait for its other end.
-std::uint8_t FileExists(const char* path);
+// The file can be opened for reading. A named pipe counts as one that can, because opening it would
+// wait for its other end.
+bool FileExists(const char* path);
 
 // Returns when the file can be opened for reading; otherwise a fatal error that names it.
 void RequireFile(const char* path);

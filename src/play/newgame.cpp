@@ -37,14 +37,14 @@ void NewGame() {
     NewHashTable();
 }
 
-std::uint8_t SetBoardFen(std::string_view text) {
+bool SetBoardFen(std::string_view text) {
     Fen fen;
-    if (!ReadFen(text, fen)) return 0;
+    if (!ReadFen(text, fen)) return false;
     pgn_game_info.set_up = 1;
     pgn_game_info.first_ply = fen.side + 2 * fen.full_move - 1;
     CopyText(pgn_game_info.fen, fen.text);
     BeginAt(fen);
-    return 1;
+    return true;
 }
 
 void RestartGame() {

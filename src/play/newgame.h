@@ -10,8 +10,8 @@
 void NewGame();
 
 // Starts the game anew from the position that the FEN text describes. Tags, clocks and tables
-// stay. Returns 0, and changes nothing, when the text is no playable position.
-std::uint8_t SetBoardFen(std::string_view text);
+// stay. False, and nothing changed, when the text is not a playable position.
+bool SetBoardFen(std::string_view text);
 
 // Starts the game anew from where it began. Tags and tables stay, and the clocks too if it began
 // from a set-up position. The moves that were played stay in the history's array until others

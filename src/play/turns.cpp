@@ -83,7 +83,7 @@ void MakeEngineMove() {
     pgn_game_info.engine_color = side_to_move;
     if (IsHistoryFull() || !HasLegalMove(LastMove())) return;
     const EngineChoice choice = ChooseMove();
-    const bool was_repetition = IsNfoldRepetition(2) != 0;
+    const bool was_repetition = IsNfoldRepetition(2);
     char output[OUTPUT_SIZE] = "move ";
     CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
     MakeMove(choice.move);
@@ -108,7 +108,7 @@ bool PlayMove(std::string_view token) {
     return true;
 }
 
-std::uint8_t MakeUserMove(std::string_view token) {
+bool MakeUserMove(std::string_view token) {
     pgn_game_info.engine_color = Opponent(side_to_move);
     const std::string_view text = token.substr(0, USER_MOVE_SIZE - 1);
     Move move;
@@ -116,12 +116,12 @@ std::uint8_t MakeUserMove(std::string_view token) {
         const std::string message = "Illegal move: " + std::string(text);
         SendCommand(message);
         BlogError(message);
-        return 0;
+        return false;
     }
     FollowMove(move);
     CheckEndOfGame(&move);
     SaveIntoStateHistory(move);
-    return 1;
+    return true;
 }
 
 void CheckEndOfGame(const Move* last_move) {

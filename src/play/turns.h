@@ -16,9 +16,9 @@ void MakeEngineMove();
 // full.
 bool PlayMove(std::string_view token);
 
-// Plays the user's move, a token in either notation. 0, after a complaint to the front end, when it
-// is not legal.
-std::uint8_t MakeUserMove(std::string_view token);
+// Plays the user's move, a token in either notation. False, after a complaint to the front end,
+// when it is not legal.
+bool MakeUserMove(std::string_view token);
 
 // Announces the end of the game to the front end if it has come. `last_move` is the last move
 // played or null.

@@ -165,14 +165,14 @@ void NewHashTable() {
     is_fresh = false;
 }
 
-std::uint8_t ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound) {
-    if (!IsMateEval(score)) return 1;
+bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound) {
+    if (!IsMateEval(score)) return true;
     const bool is_won = score > 0;
-    if (bound == (is_won ? BOUND_UPPER : BOUND_LOWER)) return 0;
+    if (bound == (is_won ? BOUND_UPPER : BOUND_LOWER)) return false;
     score = is_won ? MATE_BOUND : -MATE_BOUND;
     bound = is_won ? BOUND_LOWER : BOUND_UPPER;
     if (depth) *depth = MATE_BOUND_DEPTH;
-    return 1;
+    return true;
 }
 
 std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,

@@ -84,6 +84,6 @@ inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
 // Makes the score exact in the full-width entries of the key, where there are any.
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
-// Turns a mate score into a bound that holds at every depth; 0 when it must not be stored. `depth`
-// may be null.
-std::uint8_t ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);
+// Turns a mate score into a bound that holds at every depth; false when it must not be stored.
+// `depth` may be null.
+bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);
