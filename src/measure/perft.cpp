@@ -25,22 +25,22 @@ std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     if (depth == POLL_DEPTH && search_host.must_stop && search_host.must_stop()) is_stopped = true;
     if (is_stopped) return 0;
     MoveList list;
-    GenerateCapturesOf<US>(list, last_move);
-    GenerateNonCapturesOf<US>(list);
-    const Bitboard risky = RiskySquares<US>();
+    GenerateCaptures<US>(list, last_move);
+    GenerateNonCaptures<US>(list);
+    const Bitboard maybe_illegal = MaybeIllegalFrom<US>();
     std::uint64_t nodes = 0;
     for (const Move& move : list) {
-        const bool is_safe = !IsRiskyMove(move, risky);
+        const bool is_safe = !IsMaybeIllegal(move, maybe_illegal);
         if (LAST_PLY == LastPly::LISTED && depth == 1 && is_safe) {
             ++nodes;
             continue;
         }
-        MakeMoveOf<US>(move);
+        MakeMove<US>(move);
         assert(!is_safe || !IsKingCapturableBy<THEM>());
         if (is_safe || !IsKingCapturableBy<THEM>()) {
             nodes += CountLeavesOf<THEM, LAST_PLY>(depth - 1, &move);
         }
-        UnMakeMoveOf<US>(move);
+        UnMakeMove<US>(move);
     }
     return nodes;
 }

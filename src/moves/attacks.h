@@ -56,25 +56,24 @@ bool IsKingCapturableBy() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
-// The squares from which a move of the colour can be illegal. In check that is every square. Else
-// it is the king's square and, where an enemy slider stands on a line of its kind, what such a
-// slider on the king's square would attack: the first piece on each line may be pinned. From other
-// squares only an en-passant capture can be illegal, because it takes two pieces off a line at
-// once.
+// From-squares of moves that may be illegal: all when in check; else the king's and those of pieces
+// that may be pinned, the first on each line from the king along which an enemy slider could
+// attack. En-passant captures may be illegal from any square, because they take two pieces off a
+// line.
 template <Colour US>
-Bitboard RiskySquares() {
+Bitboard MaybeIllegalFrom() {
     constexpr Colour THEM = Opponent(US);
     if (IsKingCapturableBy<THEM>()) return ~Bitboard{0};
     const int king = KingSquare(US);
     const Bitboard queens = PiecesOf(THEM, QUEEN);
-    Bitboard risky = BIT_RANK[king];
-    if ((PiecesOf(THEM, ROOK) | queens) & RookLines(king)) risky |= RookAttacks(king);
-    if ((PiecesOf(THEM, BISHOP) | queens) & BishopLines(king)) risky |= BishopAttacks(king);
-    return risky;
+    Bitboard squares = BIT_RANK[king];
+    if ((PiecesOf(THEM, ROOK) | queens) & RookLines(king)) squares |= RookAttacks(king);
+    if ((PiecesOf(THEM, BISHOP) | queens) & BishopLines(king)) squares |= BishopAttacks(king);
+    return squares;
 }
 
-inline bool IsRiskyMove(const Move& move, Bitboard risky_squares) {
-    return (BIT_RANK[move.from] & risky_squares) || move.en_passant;
+inline bool IsMaybeIllegal(const Move& move, Bitboard from_squares) {
+    return (BIT_RANK[move.from] & from_squares) || move.en_passant;
 }
 
 // The side to move could capture the other side's king: the last move was illegal.

@@ -229,13 +229,13 @@ void GenerateOtherCaptures(MoveList& list, const Victims& victims, const Move* l
 }
 
 template <Colour US>
-void GenerateCapturesOf(MoveList& list, const Move* last_move) {
+void GenerateCaptures(MoveList& list, const Move* last_move) {
     const Victims others = GenerateFirstCaptures<US>(list);
     GenerateOtherCaptures<US>(list, others, last_move);
 }
 
 template <Colour US>
-void GenerateNonCapturesOf(MoveList& list) {
+void GenerateNonCaptures(MoveList& list) {
     assert(!is_position_withheld && side_to_move == US);
     const Bitboard empty = ~(pieces_all[WHITE].rank | pieces_all[BLACK].rank);
     Move* next = AddCastling<US>(list.moves + list.count);
@@ -253,24 +253,24 @@ template void GenerateOtherCaptures<WHITE>(MoveList& list, const Victims& victim
                                            const Move* last_move);
 template void GenerateOtherCaptures<BLACK>(MoveList& list, const Victims& victims,
                                            const Move* last_move);
-template void GenerateCapturesOf<WHITE>(MoveList& list, const Move* last_move);
-template void GenerateCapturesOf<BLACK>(MoveList& list, const Move* last_move);
-template void GenerateNonCapturesOf<WHITE>(MoveList& list);
-template void GenerateNonCapturesOf<BLACK>(MoveList& list);
+template void GenerateCaptures<WHITE>(MoveList& list, const Move* last_move);
+template void GenerateCaptures<BLACK>(MoveList& list, const Move* last_move);
+template void GenerateNonCaptures<WHITE>(MoveList& list);
+template void GenerateNonCaptures<BLACK>(MoveList& list);
 
 void GenerateCaptures(MoveList& list, const Move* last_move) {
     if (side_to_move == WHITE) {
-        GenerateCapturesOf<WHITE>(list, last_move);
+        GenerateCaptures<WHITE>(list, last_move);
     } else {
-        GenerateCapturesOf<BLACK>(list, last_move);
+        GenerateCaptures<BLACK>(list, last_move);
     }
 }
 
 void GenerateNonCaptures(MoveList& list) {
     if (side_to_move == WHITE) {
-        GenerateNonCapturesOf<WHITE>(list);
+        GenerateNonCaptures<WHITE>(list);
     } else {
-        GenerateNonCapturesOf<BLACK>(list);
+        GenerateNonCaptures<BLACK>(list);
     }
 }
 

@@ -20,9 +20,9 @@ void GenerateAllMoves(MoveList& list, const Move* last_move);
 
 // The same where the colour of the side to move is known.
 template <Colour US>
-void GenerateCapturesOf(MoveList& list, const Move* last_move);
+void GenerateCaptures(MoveList& list, const Move* last_move);
 template <Colour US>
-void GenerateNonCapturesOf(MoveList& list);
+void GenerateNonCaptures(MoveList& list);
 
 // Enemy pieces that can be captured, and the squares that bishops and queens attack along
 // diagonals, rooks and queens along ranks and files.

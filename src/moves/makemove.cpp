@@ -75,10 +75,10 @@ std::uint64_t MoveCastlingRook(int from, int to) {
     return PieceKey(US, ROOK, from) ^ PieceKey(US, ROOK, to);
 }
 
-// Makes what only few moves do besides: castling and the loss of the right to it, en passant, the
-// right to it, promotion. Apart from the rest, which is faster for it.
+// The rare parts of a move: castling, lost castling rights, en passant, promotion. Kept out of line
+// for speed.
 template <Colour US>
-[[gnu::noinline]] void MakeRest(const Move& move) {
+[[gnu::noinline]] void MakeSpecial(const Move& move) {
     constexpr Colour THEM = Opponent(US);
     std::uint64_t& key = zobrist_keys[zobrist_ply_number];
     if (!IsMoved(move.piece)) key ^= ChangedCastlingKeys<US>(move);
@@ -98,7 +98,7 @@ template <Colour US>
 }
 
 template <Colour US>
-[[gnu::noinline]] void UnMakeRest(const Move& move) {
+[[gnu::noinline]] void UnMakeSpecial(const Move& move) {
     if (IsPromotion(move)) CountPromotion<US>(TypeOf(move.promoted), -1);
     if (move.castle) {
         MoveCastlingRook<US>(move.rook_to, move.rook_from);
@@ -111,7 +111,7 @@ template <Colour US>
 } // namespace
 
 template <Colour US>
-void MakeMoveOf(const Move& move) {
+void MakeMove(const Move& move) {
     assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
     assert(side_to_move == US && ColourOf(move.piece) == US && position[move.to] == move.captured);
     assert(zobrist_ply_number < MAX_PLY_NUMBER && !is_position_withheld);
@@ -137,12 +137,12 @@ void MakeMoveOf(const Move& move) {
     ++zobrist_ply_number;
     zobrist_key = zobrist_keys[zobrist_ply_number] = key;
     zobrist_xor = zobrist_xors[zobrist_ply_number] = 0;
-    if (!IsMoved(move.piece) || type != promoted || move.en_passant) MakeRest<US>(move);
+    if (!IsMoved(move.piece) || type != promoted || move.en_passant) MakeSpecial<US>(move);
     side_to_move = THEM;
 }
 
 template <Colour US>
-void UnMakeMoveOf(const Move& move) {
+void UnMakeMove(const Move& move) {
     assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
     assert(side_to_move != US && ColourOf(move.piece) == US);
     const int from = move.from;
@@ -160,27 +160,27 @@ void UnMakeMoveOf(const Move& move) {
     --zobrist_ply_number;
     zobrist_key = zobrist_keys[zobrist_ply_number];
     zobrist_xor = zobrist_xors[zobrist_ply_number];
-    if (type != promoted || move.castle || move.en_passant) UnMakeRest<US>(move);
+    if (type != promoted || move.castle || move.en_passant) UnMakeSpecial<US>(move);
 }
 
-template void MakeMoveOf<WHITE>(const Move& move);
-template void MakeMoveOf<BLACK>(const Move& move);
-template void UnMakeMoveOf<WHITE>(const Move& move);
-template void UnMakeMoveOf<BLACK>(const Move& move);
+template void MakeMove<WHITE>(const Move& move);
+template void MakeMove<BLACK>(const Move& move);
+template void UnMakeMove<WHITE>(const Move& move);
+template void UnMakeMove<BLACK>(const Move& move);
 
 void MakeMove(const Move& move) {
     if (side_to_move == WHITE) {
-        MakeMoveOf<WHITE>(move);
+        MakeMove<WHITE>(move);
     } else {
-        MakeMoveOf<BLACK>(move);
+        MakeMove<BLACK>(move);
     }
 }
 
 void UnMakeMove(const Move& move) {
     if (side_to_move == BLACK) {
-        UnMakeMoveOf<WHITE>(move);
+        UnMakeMove<WHITE>(move);
     } else {
-        UnMakeMoveOf<BLACK>(move);
+        UnMakeMove<BLACK>(move);
     }
 }
 
@@ -193,10 +193,11 @@ bool IsLegalMove(const Move& move) {
 
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move) {
     GenerateAllMoves(list, last_move);
-    const Bitboard risky = side_to_move == WHITE ? RiskySquares<WHITE>() : RiskySquares<BLACK>();
+    const Bitboard maybe_illegal =
+        side_to_move == WHITE ? MaybeIllegalFrom<WHITE>() : MaybeIllegalFrom<BLACK>();
     std::int32_t kept = 0;
     for (const Move& move : list) {
-        if (!IsRiskyMove(move, risky) || IsLegalMove(move)) list.moves[kept++] = move;
+        if (!IsMaybeIllegal(move, maybe_illegal) || IsLegalMove(move)) list.moves[kept++] = move;
     }
     list.count = kept;
 }

@@ -14,9 +14,9 @@ void UnMakeMove(const Move& move);
 
 // The same where the mover's colour is known: `US` made or makes the move.
 template <Colour US>
-void MakeMoveOf(const Move& move);
+void MakeMove(const Move& move);
 template <Colour US>
-void UnMakeMoveOf(const Move& move);
+void UnMakeMove(const Move& move);
 
 // The move, pseudo-legal in the position, does not leave the mover's king to be taken.
 bool IsLegalMove(const Move& move);

@@ -49,7 +49,7 @@ std::int32_t HeldSquares() {
 }
 
 // The mop-up evaluation, from the side to move's point of view.
-std::int32_t Judge(Colour winner) {
+std::int32_t EvaluateMopUp(Colour winner) {
     const Colour loser = Opponent(winner);
     const std::int32_t score =
         piece_weight_eval[winner] +
@@ -79,7 +79,7 @@ std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::i
     MoveList list;
     GenerateAllLegalMoves(list, &last_move);
     if (list.count == 0) return IsCheck() ? -MATE_EVAL - depth : DRAW_EVAL;
-    if (depth == 0) return Judge(winner);
+    if (depth == 0) return EvaluateMopUp(winner);
     for (const Move& move : list) {
         MakeMove(move);
         alpha = std::max(alpha, -Search(winner, -beta, -alpha, depth - 1, move));

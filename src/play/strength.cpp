@@ -18,7 +18,7 @@
 
 namespace {
 
-// From this level on nothing is drawn, and the book is known as far as it goes.
+// From these levels on every move is searched, and the whole book is known.
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
@@ -26,17 +26,17 @@ constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
-// How a lower level plays. Some of its moves it searches as the first searching level does. Others
-// it draws after a glance two plies deep, which sees mates in one and what can be captured. What a
-// move loses against the best counts in units of the tolerance (centipawns): a loss of that much
-// makes a move about a third as likely. No move is played that loses as much as the limit.
-struct Taste {
-    double attention; // share of the moves that are searched
+// How a lower level plays. It searches some of its moves as the first searching level does. It
+// picks the others at random after a search of two plies, which sees mates in one and captures. A
+// move that loses the tolerance (centipawns) against the best is about a third as likely as the
+// best. A move that loses as much as the limit is not played.
+struct NoiseLevel {
+    double attention; // share of moves that are searched
     double tolerance;
     double limit;
 };
-constexpr Taste LOWEST = {0.2, 42, 210};
-constexpr Taste HIGHEST = {1.0, 10, 50}; // that of the first searching level
+constexpr NoiseLevel LOWEST = {0.2, 42, 210};
+constexpr NoiseLevel HIGHEST = {1.0, 10, 50}; // that of the first searching level
 constexpr double ATTENTION_GROWTH = 1.2; // slower than the level at first, so that steps are even
 constexpr std::int32_t GLANCE_PLIES = 2;
 constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // below the move
@@ -44,7 +44,7 @@ constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
 double Mix(double from, double to, double share) { return from + (to - from) * share; }
 
-Taste TasteOf(std::int32_t elo) {
+NoiseLevel NoiseLevelOf(std::int32_t elo) {
     const double share =
         std::min(1.0, static_cast<double>(elo - MIN_ELO) / (FIRST_SEARCHING_ELO - MIN_ELO));
     return {Mix(LOWEST.attention, HIGHEST.attention, std::pow(share, ATTENTION_GROWTH)),
@@ -77,35 +77,35 @@ void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     analyze_info.depth = GLANCE_PLIES;
 }
 
-// The index of a move, the likelier the less it loses.
-std::int32_t Draw(std::span<const std::int32_t> scores, const Taste& taste) {
+// The index of a random move; the less a move loses, the more likely it is.
+std::int32_t PickByLoss(std::span<const std::int32_t> scores, const NoiseLevel& noise) {
     const std::int32_t best = std::ranges::max(scores);
     double weights[MAX_MOVES];
     double sum = 0;
     for (std::int32_t i = 0; i < std::ssize(scores); ++i) {
         const double loss = best - scores[static_cast<std::size_t>(i)];
-        weights[i] = loss < taste.limit ? std::exp(-loss / taste.tolerance) : 0;
+        weights[i] = loss < noise.limit ? std::exp(-loss / noise.tolerance) : 0;
         sum += weights[i];
     }
     double left = RandomShare() * sum;
-    std::int32_t drawn = 0;
+    std::int32_t picked = 0;
     for (std::int32_t i = 0; left >= 0 && i < std::ssize(scores); ++i) {
         if (weights[i] == 0) continue;
         left -= weights[i];
-        drawn = i;
+        picked = i;
     }
-    return drawn;
+    return picked;
 }
 
-std::int32_t DrawMove(const Taste& taste, Move& move) {
+std::int32_t PickMove(const NoiseLevel& noise, Move& move) {
     MoveList list;
     GenerateAllLegalMoves(list, LastMove());
     assert(list.count > 0);
     std::int32_t scores[MAX_MOVES];
     ScoreMoves(list, scores);
-    const std::int32_t drawn = Draw(SpanOf(scores, list.count), taste);
-    move = list.moves[drawn];
-    return scores[drawn];
+    const std::int32_t picked = PickByLoss(SpanOf(scores, list.count), noise);
+    move = list.moves[picked];
+    return scores[picked];
 }
 
 } // namespace
@@ -119,8 +119,8 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }
-    const Taste taste = TasteOf(elo);
-    if (RandomShare() >= taste.attention) return DrawMove(taste, move);
+    const NoiseLevel noise = NoiseLevelOf(elo);
+    if (RandomShare() >= noise.attention) return PickMove(noise, move);
     SearchLimits lower = limits;
     lower.nodes = NodesOf(elo);
     if (limits.nodes > 0) lower.nodes = std::min(lower.nodes, limits.nodes);

@@ -125,10 +125,10 @@ FutilityMargins MarginsAt(std::int32_t depth) {
     return {900, 700};
 }
 
-// A position far above beta is not searched, or less deep. Returns the score that ends the node, or
-// UNKNOWN_EVAL, and may have lowered the depth then.
+// Reverse futility pruning: far above beta, cut, or reduce node.depth. Returns the score that ends
+// the node, or UNKNOWN_EVAL.
 template <Colour US>
-std::int32_t TestFutility(Node& node) {
+std::int32_t ReverseFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
     const std::int32_t score = Evaluate<US>();
     if (score - margins.cut >= node.beta) return score;
@@ -138,9 +138,9 @@ std::int32_t TestFutility(Node& node) {
     return QuiescenceSearch<US>(node.alpha, node.beta, node.ply, node.last_move);
 }
 
-// Internal iterative deepening: a shallower search finds the move to begin with.
+// Internal iterative deepening: a shallower search finds the hash move.
 template <Colour US>
-void FindHashMove(Node& node) {
+void DeepenInternally(Node& node) {
     const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
     assert(!search_info.iid);
     search_info.iid = 1;
@@ -200,10 +200,10 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     for (std::int32_t i = 0; i < list.count; ++i) {
         PrefetchChildren<US, true>(list, i);
         const Move& move = list.moves[i];
-        MakeMoveOf<US>(move);
+        MakeMove<US>(move);
         const std::int32_t depth = ChildDepth<US>(node, move, is_recapturing);
         const std::int32_t score = SearchMove<US>(node, move, depth, child_pv);
-        UnMakeMoveOf<US>(move);
+        UnMakeMove<US>(move);
         if (search_info.stop) return LoopEnd::STOPPED;
         if (score > node.alpha) {
             node.raised_alpha = true;
@@ -246,19 +246,19 @@ std::int32_t SearchNode(Node& node) {
 
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
-        FindHashMove<US>(node);
+        DeepenInternally<US>(node);
         if (search_info.stop) return STOPPED_EVAL;
     }
 
     const bool has_all_moves = node.hash_index >= list.count;
-    if (has_all_moves) GenerateNonCapturesOf<US>(list);
+    if (has_all_moves) GenerateNonCaptures<US>(list);
     PutHashMoveFirst(list, node.hash_index);
 
     LoopEnd end = SearchMoves<US>(node, list, 0);
     if (end == LoopEnd::ALL_SEARCHED && !has_all_moves) {
         const std::int32_t base = list.count;
         list.count = list.prefetched = 0;
-        GenerateNonCapturesOf<US>(list);
+        GenerateNonCaptures<US>(list);
         end = SearchMoves<US>(node, list, base);
     }
     if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
@@ -280,7 +280,7 @@ std::int32_t SearchInterior(Node& node) {
         if (score != UNKNOWN_EVAL) return score;
     }
     if (IsFutilityAllowed<US>(node)) {
-        const std::int32_t score = TestFutility<US>(node);
+        const std::int32_t score = ReverseFutility<US>(node);
         if (score != UNKNOWN_EVAL) return score;
     }
     return SearchNode<US>(node);

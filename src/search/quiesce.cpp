@@ -31,10 +31,10 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
     for (std::int32_t i = 0; i < list.count; ++i) {
         PrefetchChildren<US, false>(list, i);
         const Move& move = list.moves[i];
-        MakeMoveOf<US>(move);
+        MakeMove<US>(move);
         const std::int32_t score =
             -QuiescenceSearch<Opponent(US)>(-beta, -alpha, ply + QUARTER_PLIES, &move);
-        UnMakeMoveOf<US>(move);
+        UnMakeMove<US>(move);
         if (search_info.stop_quiescence) return STOPPED_EVAL;
         if (score <= best) continue;
         best = score;

@@ -63,7 +63,7 @@ struct Thinking {
     std::int64_t move_time; // 0: none
     std::int64_t last_look; // at the input, in milliseconds
     std::optional<TimeLeft> clock;
-    Move told; // the first move of the last line that was told
+    Move last_told_move; // the first move of the last reported line
 };
 Thinking thinking;
 
@@ -112,7 +112,7 @@ void TellLine(const SearchLine& line) {
         text += WrittenMove(move);
     }
     Tell(text);
-    thinking.told = line.moves.front();
+    thinking.last_told_move = line.moves.front();
 }
 
 // Checks the time before each root move, and polls the input unless it was polled in the same
@@ -215,7 +215,7 @@ void StartThinking(const Request& request) {
             std::max<std::int64_t>(request.move_time - uci_options.move_overhead, 1);
     }
     if (!request.is_infinite) thinking.clock = ClockOf(request);
-    SetFakeMove(thinking.told);
+    SetFakeMove(thinking.last_told_move);
 }
 
 // A game is played, and nothing analysed.
@@ -257,7 +257,7 @@ void ChooseOfLevel(const SearchLimits& limits, Choice& choice) {
 void ChooseBest(const SearchLimits& limits, Choice& choice) {
     const std::int32_t score =
         FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
-    if (!IsMateEval(score) && !IsSameMove(choice.move, thinking.told)) {
+    if (!IsMateEval(score) && !IsSameMove(choice.move, thinking.last_told_move)) {
         TellLine({analyze_info.depth, score, {&choice.move, 1}});
     }
 }
