@@ -31,6 +31,21 @@ constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // centipawns
 constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // other than pawns, kings included
 
+// The steps of a node, and the function of each. Below, callees stand before their callers.
+//  1. Poll the limits and the host               Search
+//  2. Draws by repetition or material            IsDraw
+//  3. Transposition tables                       ProbeHashTable
+//  4. Horizon                                    QuiescenceSearch
+//  5. An illegal last move loses                 SearchInterior
+//  6. Null move                                  SearchNullMove
+//  7. Reverse futility pruning                   ReverseFutility
+//  8. Generate the captures                      SearchNode
+//  9. Internal iterative deepening               DeepenInternally
+// 10. Search the captures, then the other moves  SearchMoves
+// 11.   Extensions                               ChildDepth
+// 12.   Principal-variation search               SearchMove
+// 13. Stalemate, and the result into the tables  EndNode
+
 // One node of the search.
 struct Node {
     std::int32_t alpha;
@@ -159,8 +174,8 @@ bool IsEqualTrade(const Move* last_move) {
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
 }
 
-// The depth below a move that has been made. It is one ply less; but a check, a recapture and a
-// pawn close to its promotion extend the line by that ply.
+// The depth after a move that has been made: one ply less, or the same for a check, a recapture and
+// a pawn move to the seventh or eighth rank.
 template <Colour US>
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
     const bool is_extended = (is_recapturing && move.to == node.last_move->to) ||
@@ -168,8 +183,8 @@ std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing)
     return is_extended ? node.depth : node.depth - QUARTER_PLIES;
 }
 
-// Principal-variation search: until a move has raised alpha, moves are searched with the full
-// window. From then on only those are that beat alpha in a zero window.
+// Principal-variation search: once a move has raised alpha, the others get a zero window first, and
+// the full window only if they beat alpha in it.
 template <Colour US>
 std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, PvLine* child_pv) {
     const std::int32_t ply = node.ply + QUARTER_PLIES;
@@ -182,8 +197,8 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-// The index of a searched move in generation order. The hash move and the first one have changed
-// places. An index outside the list, from a collision of keys, is passed on; readers ignore it.
+// The index of a searched move in generation order: the hash move and the first one were swapped.
+// An index outside the list (a key collision) is passed on; readers ignore it.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -215,7 +230,7 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // On purpose the place as searched, which after the exchange with the hash move is not
+            // Deliberately the index as searched, which after the swap with the hash move is not
             // that in generation order. The recorded node counts depend on it.
             StoreHashTable(zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
@@ -224,11 +239,10 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     return LoopEnd::ALL_SEARCHED;
 }
 
-// The score of a node when all its moves have been searched; the last batch had `count` of them.
+// The score of a node whose moves have all been searched; the last batch had `count` of them.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // The score tells for free that there may be no legal move: then every move lost the king one
-    // ply down. An empty last batch proves nothing, as captures may have come before it. This is on
-    // purpose; IsStalemate decides.
+    // Without a legal move every move loses the king one ply later, which the score shows. An empty
+    // last batch proves nothing, because captures may have come before it; IsStalemate decides.
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
@@ -237,19 +251,23 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
     return node.best;
 }
 
-// Generates, orders and searches the node's moves: the hash move first, else as generated, the
-// non-captures only when the captures have not cut.
+// The steps from 8 on: generates, orders and searches the moves. The hash move comes first, the
+// others as generated. Non-captures are generated when the captures did not cut, or when the hash
+// move is one.
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
+    // Step 8
     MoveList list;
     GenerateCapturesAhead<US, true>(list, node.last_move);
 
+    // Step 9
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
         DeepenInternally<US>(node);
         if (search_info.stop) return STOPPED_EVAL;
     }
 
+    // Step 10
     const bool has_all_moves = node.hash_index >= list.count;
     if (has_all_moves) GenerateNonCaptures<US>(list);
     PutHashMoveFirst(list, node.hash_index);
@@ -262,15 +280,18 @@ std::int32_t SearchNode(Node& node) {
         end = SearchMoves<US>(node, list, base);
     }
     if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
+
+    // Step 13
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
-// A node that the tables do not answer and that lies above the horizon: the forward pruning, then
-// the moves.
+// The steps from 5 on, for a node above the horizon that the tables do not answer.
 template <Colour US>
 std::int32_t SearchInterior(Node& node) {
-    // The move that led here was not legal. It loses.
+    // Step 5
     if (IsKingCapturableBy<US>()) return MATE_EVAL - node.ply;
+
+    // Step 6
     if (node.depth >= NULL_MOVE_MIN_DEPTH && !search_info.null_move) {
         PrefetchKey<true>(KeyAfterNullMove());
     }
@@ -279,10 +300,13 @@ std::int32_t SearchInterior(Node& node) {
         if (search_info.stop) return STOPPED_EVAL;
         if (score != UNKNOWN_EVAL) return score;
     }
+
+    // Step 7
     if (IsFutilityAllowed<US>(node)) {
         const std::int32_t score = ReverseFutility<US>(node);
         if (score != UNKNOWN_EVAL) return score;
     }
+
     return SearchNode<US>(node);
 }
 
@@ -295,16 +319,22 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
+    // Step 1
     if (++search_info.nodes >= search_info.next_poll && MustStop()) return STOPPED_EVAL;
 
+    // Step 2
     if (IsDraw()) return DRAW_EVAL;
 
+    // Step 3
     std::int32_t hash_index = NO_MOVE_INDEX;
     const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, hash_index);
     if (known != UNKNOWN_EVAL) return known;
+
+    // Step 4
     if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
         return QuiescenceSearch<US>(alpha, beta, ply, last_move);
     }
+
     Node node{.alpha = alpha,
               .beta = beta,
               .depth = depth,
