@@ -20,8 +20,8 @@ void NextBuffer(CommandLine& line);
 
 // Gets a command line. With `consume` it waits for one and hands it over for good; without, it only
 // looks: a line that is there is delivered and held, so that the next call delivers it again.
-// False, and `line` untouched, when none waits. `timestamp`, when not null, gets the number of lines
-// read so far, which names the newest line.
+// False, and `line` untouched, when none waits. `timestamp`, when not null, gets the number of
+// lines read so far, which names the newest line.
 bool NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume);
 
 // Waits for the next command line and takes it.
