@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Sourced by the other scripts: RequirePackages NAME... installs the Debian packages that are missing, and
-# prints which. If none is missing it needs no network. On systems without dpkg it does nothing.
+# Sourced by the other scripts, which set pipefail: RequirePackages NAME... installs the Debian packages that are
+# missing, and prints which. If none is missing it needs no network. On systems without dpkg it does nothing.
 
 LOCK_SECONDS=600 # to wait for other programs that install packages
 declare -A PROGRESS=([dlstatus]=downloaded [pmstatus]=installed [built]=built)
