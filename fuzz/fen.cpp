@@ -1,11 +1,11 @@
 // A position to set up in the first line, and moves to play from it, a number each.
+#include "consistency.h"
 #include "game/gamestate.h"
 #include "harness.h"
 #include "moves/makemove.h"
 #include "mutate.h"
 #include "notation/setboard.h"
 #include "play/newgame.h"
-#include "snapshot.h"
 
 #include <algorithm>
 
@@ -19,13 +19,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const std::size_t end = std::min(text.find('\n'), text.size());
     ResetEngine(false);
-    const Snapshot before = TakeSnapshot();
+    const Position before = board;
     if (!SetBoardFen(text.substr(0, end))) {
-        Require(TakeSnapshot() == before, "a refused position changes nothing");
+        Require(board == before, "a refused position changes nothing");
         return 0;
     }
     CheckFen();
-    const Snapshot start = TakeSnapshot();
+    const Position start = board;
     for (const char choice : text.substr(end)) {
         MoveList list;
         GenerateAllLegalMoves(list, LastMove());
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::string last = GetBoardFen();
     CheckUndo();
-    Require(TakeSnapshot() == start, "undo of everything leads back to the start");
+    Require(board == start, "undo of everything leads back to the start");
     Require(SetBoardFen(last), "the last position is accepted");
     CheckFen();
     return 0;

@@ -1,6 +1,7 @@
 #include "harness.h"
 
 #include "board/utility.h"
+#include "consistency.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
@@ -12,7 +13,6 @@
 #include "play/newgame.h"
 #include "play/turns.h"
 #include "search/hash.h"
-#include "snapshot.h"
 
 #include <algorithm>
 #include <csetjmp>
@@ -135,20 +135,20 @@ void CheckPosition() {
     Require(std::ranges::equal(position, state_history.positions[state_history.count]),
             "the history's newest position is the board");
     Require(game_state.ply_count == state_history.count &&
-                zobrist_ply_number == game_state.ply_count,
+                board.zobrist_ply_number == game_state.ply_count,
             "ply count, history and key history are equally long");
-    Require(zobrist_keys[zobrist_ply_number] == zobrist_key &&
-                zobrist_xors[zobrist_ply_number] == zobrist_xor,
+    Require(zobrist_keys[board.zobrist_ply_number] == board.zobrist_key &&
+                zobrist_xors[board.zobrist_ply_number] == board.zobrist_xor,
             "the key history ends with the position's key");
 }
 
 void CheckFen() {
-    const Snapshot before = TakeSnapshot();
+    const Position before = board;
     const std::string fen = GetBoardFen();
     Require(SetBoardFen(fen), "the position's FEN is accepted");
     CheckPosition();
     Require(fen == GetBoardFen(), "the FEN is the same again");
-    const Snapshot after = TakeSnapshot();
+    const Position after = board;
     Require(before.side == after.side && std::ranges::equal(before.by_type, after.by_type),
             "the pieces are the same again");
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t RANK_STEP = 9; // from a rank of a placement to the next, without digits
 
-std::int32_t Score() { return side_to_move == WHITE ? Evaluate<WHITE>() : Evaluate<BLACK>(); }
+std::int32_t Score() { return board.side_to_move == WHITE ? Evaluate<WHITE>() : Evaluate<BLACK>(); }
 
 std::int32_t ScoreOf(const std::string& placement, const char* side) {
     EXPECT_TRUE(SetBoardFen(placement + " " + side + " - - 0 1")) << placement;
@@ -26,30 +26,30 @@ std::int32_t ScoreOf(const std::string& placement, const char* side) {
 
 // The placement with a digit 1 for every empty square.
 std::string Spread(const char* placement) {
-    std::string board;
+    std::string squares;
     for (; *placement; ++placement) {
         const bool is_digit = *placement >= '1' && *placement <= '8';
-        board += is_digit ? std::string(static_cast<std::size_t>(*placement - '0'), '1')
-                          : std::string(1, *placement);
+        squares += is_digit ? std::string(static_cast<std::size_t>(*placement - '0'), '1')
+                            : std::string(1, *placement);
     }
-    return board;
+    return squares;
 }
 
 // The wings exchanged.
-std::string Mirrored(std::string board) {
-    for (auto rank = board.begin(); rank < board.end(); rank += RANK_STEP) {
+std::string Mirrored(std::string squares) {
+    for (auto rank = squares.begin(); rank < squares.end(); rank += RANK_STEP) {
         std::reverse(rank, rank + 8);
     }
-    return board;
+    return squares;
 }
 
 // The colours exchanged.
-std::string Turned(std::string board) {
-    std::ranges::reverse(board);
-    for (char& c : board) {
+std::string Turned(std::string squares) {
+    std::ranges::reverse(squares);
+    for (char& c : squares) {
         c = static_cast<char>(std::isupper(c) ? std::tolower(c) : std::toupper(c));
     }
-    return Mirrored(board);
+    return Mirrored(squares);
 }
 
 void CheckScore(const TextCase& test) {
@@ -68,10 +68,11 @@ const bool ARE_SCORES_REGISTERED = RegisterFile("Eval/Scores", "scores.txt", Che
 // on rank 7 as in the phase: many, some, none.
 std::string BoardWith(int phase, char piece, int file, int rank) {
     const char* const ranks[] = {"1111111k/RRNNBBQQ", "1111111k/RRNN1111", "1111111k/11111111"};
-    std::string board = ranks[phase] + Spread("/8/8/8/8/8/7K");
-    if (piece == 'K') board.back() = '1';
-    board[static_cast<std::size_t>(7 - rank) * RANK_STEP + static_cast<std::size_t>(file)] = piece;
-    return board;
+    std::string squares = ranks[phase] + Spread("/8/8/8/8/8/7K");
+    if (piece == 'K') squares.back() = '1';
+    squares[static_cast<std::size_t>(7 - rank) * RANK_STEP + static_cast<std::size_t>(file)] =
+        piece;
+    return squares;
 }
 
 // Every piece on every square, as far as the position is a legal one with black to move.
@@ -79,13 +80,13 @@ TEST(Eval, IsTheSameForBothColoursAndWings) {
     for (int i = 0; i < 3 * 6 * 64; ++i) {
         const int phase = i / 64 / 6, file = i % 8, rank = i / 8 % 8;
         const char piece = "PNBRQK"[i / 64 % 6];
-        const std::string board = BoardWith(phase, piece, file, rank);
-        if (std::ranges::count(board, 'K') != 1 || !SetBoardFen(board + " b - - 0 1")) continue;
+        const std::string squares = BoardWith(phase, piece, file, rank);
+        if (std::ranges::count(squares, 'K') != 1 || !SetBoardFen(squares + " b - - 0 1")) continue;
         const std::int32_t score = Score();
-        ASSERT_EQ(ScoreOf(Turned(board), "w"), score) << board;
+        ASSERT_EQ(ScoreOf(Turned(squares), "w"), score) << squares;
         // With many pieces left, the king stands a little better on c1 than on f1.
         if (piece == 'K' && phase == 0 && rank == 0 && (file == 2 || file == 5)) continue;
-        ASSERT_EQ(ScoreOf(Mirrored(board), "b"), score) << board;
+        ASSERT_EQ(ScoreOf(Mirrored(squares), "b"), score) << squares;
     }
 }
 

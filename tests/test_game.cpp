@@ -1,6 +1,6 @@
 // FEN, move notation, the end of the game, history.
 #include "cases.h"
-#include "snapshot.h"
+#include "consistency.h"
 #include "support.h"
 
 #include "board/score.h"
@@ -30,11 +30,11 @@ void CheckRefusal(const TextCase& test) {
     StartAt("r3k2r/8/8/8/4P3/8/8/R3K2R b KQkq e3 0 5");
     Play("e8g8 e1e2");
     const std::string fen = GetBoardFen();
-    const Snapshot before = TakeSnapshot();
+    const Position before = board;
     EXPECT_STREQ(FindFenFault(test.fields[0]), test.fields[1].c_str());
     EXPECT_FALSE(SetBoardFen(test.fields[0]));
     EXPECT_EQ(GetBoardFen(), fen);
-    EXPECT_TRUE(TakeSnapshot() == before);
+    EXPECT_TRUE(board == before);
 }
 
 const bool ARE_BAD_FENS_REGISTERED = RegisterFile("Fen/Refuses", "badfen.txt", CheckRefusal);
@@ -100,7 +100,7 @@ TEST(Finish, RepetitionLooksAtTheBoards) {
     StartAt("4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     Play("Rh2 Kd8 Rh3 Kd7 Rh4 Kd6");
     for (int ply = 0; ply < 6; ++ply) {
-        zobrist_keys[ply] = zobrist_key;
+        zobrist_keys[ply] = board.zobrist_key;
     }
     EXPECT_FALSE(IsNfoldRepetition(2));
 }
@@ -152,9 +152,9 @@ TEST(Fen, GivesTheKeyThatMovesGive) {
          {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {
         StartAt("startpos");
         Play(moves);
-        const std::uint64_t key = zobrist_key;
+        const std::uint64_t key = board.zobrist_key;
         StartAt(GetBoardFen());
-        EXPECT_EQ(zobrist_key, key) << moves;
+        EXPECT_EQ(board.zobrist_key, key) << moves;
     }
 }
 

@@ -1,6 +1,6 @@
 // Generation order, making and unmaking, legality.
 #include "cases.h"
-#include "snapshot.h"
+#include "consistency.h"
 #include "support.h"
 
 #include "board/utility.h"
@@ -32,7 +32,7 @@ TEST(Moves, BitsAreCounted) {
 
 TEST(Moves, KingCapturesAlone) {
     StartAt("4k3/8/8/8/8/8/8/K3R2r b - - 0 1");
-    side_to_move = WHITE; // as if black had left its king in check
+    board.side_to_move = WHITE; // as if black had left its king in check
     MoveList list;
     GenerateCaptures(list, nullptr);
     ASSERT_EQ(list.count, 1); // and not the rook
@@ -42,27 +42,27 @@ TEST(Moves, KingCapturesAlone) {
 TEST(Moves, EnPassantIsOverAfterANullMove) {
     StartAt("4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1");
     Play("e2e4");
-    EXPECT_EQ(zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
+    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
     MakeNullMove();
-    EXPECT_EQ(zobrist_xor, 0u);
+    EXPECT_EQ(board.zobrist_xor, 0u);
     UnMakeNullMove();
-    EXPECT_EQ(zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
+    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
 }
 
 TEST(Moves, EnPassantThatUncoversTheKingIsNotInTheKey) {
     StartAt("8/8/8/8/R2p3k/8/4P3/4K3 w - - 0 1");
     Play("e2e4");
-    EXPECT_EQ(zobrist_xor, 0u);
+    EXPECT_EQ(board.zobrist_xor, 0u);
 }
 
 // Keys are decided on the board before the move. There the rook itself stands on the king's square.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
     StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
-    const std::uint64_t key = zobrist_key;
+    const std::uint64_t key = board.zobrist_key;
     Play("e1e2");
-    EXPECT_EQ(zobrist_key ^ key, ZOBRIST_KEY_CASTLE[CastleIndex(WHITE, QUEEN_SIDE)] ^
-                                     ZOBRIST_KEY_SIDE_SWITCH ^ PieceKey(WHITE, ROOK, 4) ^
-                                     PieceKey(WHITE, ROOK, 12));
+    EXPECT_EQ(board.zobrist_key ^ key, ZOBRIST_KEY_CASTLE[CastleIndex(WHITE, QUEEN_SIDE)] ^
+                                           ZOBRIST_KEY_SIDE_SWITCH ^ PieceKey(WHITE, ROOK, 4) ^
+                                           PieceKey(WHITE, ROOK, 12));
 }
 
 // Random games from several starts: after every move all records agree with a recomputation, the
@@ -79,20 +79,20 @@ TEST(Moves, RandomGames) {
     SeedRandom(20);
     for (int game = 0; game < 75; ++game) {
         StartAt(starts[static_cast<std::size_t>(game) % std::size(starts)]);
-        std::vector<Snapshot> line;
+        std::vector<Position> line;
         for (int ply = 0; ply < 150; ++ply) {
             MoveList list;
             GenerateAllLegalMoves(list, LastMove());
             ASSERT_TRUE(IsConsistentPosition()) << GetBoardFen();
             if (list.count == 0) break;
             const Move move = list.moves[RandomU32() % static_cast<std::uint32_t>(list.count)];
-            line.push_back(TakeSnapshot());
+            line.push_back(board);
             Play(WrittenMove(move));
         }
         const std::string fen = GetBoardFen();
         for (; !line.empty(); line.pop_back()) {
             UndoMove();
-            ASSERT_TRUE(TakeSnapshot() == line.back()) << fen;
+            ASSERT_TRUE(board == line.back()) << fen;
         }
         StartAt(fen);
         EXPECT_EQ(GetBoardFen(), fen);

@@ -331,7 +331,7 @@ TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     ASSERT_TRUE(is_rook);
     MakeMove(move);
     EXPECT_STREQ(WrittenMove(reply), "d1a1");
-    EXPECT_EQ(reply.captured, position[reply.to]);
+    EXPECT_EQ(reply.captured, board.position[reply.to]);
 }
 
 } // namespace

@@ -35,7 +35,7 @@ void MakeMoveSilently() {
 bool IsDrawForcedAfter(const char* fen, const char* moves) {
     StartAt(fen);
     Play(moves);
-    const std::uint64_t key = zobrist_keys[zobrist_ply_number - 1];
+    const std::uint64_t key = zobrist_keys[board.zobrist_ply_number - 1];
     StoreHashTable(key, KEPT_EVAL, KEPT_DEPTH, BOUND_UPPER, NO_MOVE_INDEX);
     MakeMoveSilently();
     std::int32_t index = NO_MOVE_INDEX;
@@ -44,7 +44,7 @@ bool IsDrawForcedAfter(const char* fen, const char* moves) {
 
 TEST(Turns, RepetitionIsADrawInLaterSearches) {
     EXPECT_TRUE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7 e8h5 h7g8"));
-    EXPECT_EQ(zobrist_ply_number, 5);
+    EXPECT_EQ(board.zobrist_ply_number, 5);
     EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // not yet a repetition
     // the engine repeats the position because it must, and is lost all the same
     EXPECT_FALSE(IsDrawForcedAfter("1r6/8/8/8/8/8/8/K6k w - - 0 1", "a1a2 h1h2 a2a1 h2h1"));

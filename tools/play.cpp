@@ -180,7 +180,7 @@ void PlayEngineMove(bool is_answer) {
     if (is_answer && !is_from_book) Draw();
     if (!is_from_book) Think(elo, move, reply);
     const std::string text = San(move);
-    Play(move, side_to_move);
+    Play(move, board.side_to_move);
     game_state.expected_move = reply;
     Draw();
     std::printf("\nKorvane plays %s%s\n", text.c_str(), is_from_book ? " (book)" : "");
@@ -198,7 +198,7 @@ void Go(const std::string&) {
 }
 
 void PlayPersonMove(const Move& move) {
-    Play(move, Opponent(side_to_move));
+    Play(move, Opponent(board.side_to_move));
     if (EndOfGameLine(LastMove())) Draw();
     if (!IsEnd() && HasRoom()) PlayEngineMove(true);
 }
@@ -328,7 +328,7 @@ void Undo(const std::string&) {
         std::printf("There is no move to take back.\n");
         return;
     }
-    if (side_to_move != pgn_game_info.engine_color) UndoMove();
+    if (board.side_to_move != pgn_game_info.engine_color) UndoMove();
     UndoMove();
     Draw();
 }
@@ -341,8 +341,8 @@ void Flip(const std::string&) {
 
 void Resign(const std::string&) {
     if (IsOver()) return;
-    pgn_game_info.engine_color = Opponent(side_to_move);
-    EndGame(side_to_move == WHITE ? "0-1 {White resigns}" : "1-0 {Black resigns}");
+    pgn_game_info.engine_color = Opponent(board.side_to_move);
+    EndGame(board.side_to_move == WHITE ? "0-1 {White resigns}" : "1-0 {Black resigns}");
 }
 
 struct Command {

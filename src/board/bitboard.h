@@ -51,6 +51,7 @@ struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard file;
     Bitboard a1h8;
     Bitboard a8h1;
+    bool operator==(const RotatedSet&) const = default;
 };
 
 inline void Toggle(RotatedSet& set, const RotatedSet& squares) {

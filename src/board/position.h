@@ -8,45 +8,48 @@
 
 #include <cstdint>
 
-// Invariants that whoever changes the position keeps: every set holds just the pieces of
-// `position`, in its own bit order, and each colour has exactly one king.
-extern Piece position[SQUARES];
-extern Colour side_to_move;
+// Invariants: every set holds just the pieces of `position`, in its own bit order, and each colour
+// has exactly one king.
+struct Position {
+    alignas(64) Piece position[SQUARES]; // the piece on each square
+    alignas(64) Bitboard pieces_by_type[PIECE_INDICES];
+    alignas(64) RotatedSet pieces_all[COLOURS];
+    std::int32_t pieces_on_board[COLOURS]; // counts the pieces other than pawns
+
+    // Sums in centipawns over a colour's pieces except the king.
+    std::int32_t piece_weight_eval[COLOURS];
+    std::int32_t piece_square_eval[COLOURS];
+
+    Colour side_to_move;
+    std::int32_t zobrist_ply_number; // index into the key history
+    std::uint64_t zobrist_key;       // the hash key
+    std::uint64_t zobrist_xor;       // the en-passant key that it contains; 0: none
+
+    bool operator==(const Position&) const = default;
+};
+extern Position board;
 
 // True while the search carries out a command. The board is then somewhere in the tree. Functions
 // that need the game's board assert that this is false.
 extern bool is_position_withheld;
 
-extern Bitboard pieces_by_type[PIECE_INDICES];
-extern std::int32_t pieces_on_board[COLOURS]; // how many pieces other than pawns; no bitboard
-extern RotatedSet pieces_all[COLOURS];
-
-// Sums in centipawns over a colour's pieces except the king.
-extern std::int32_t piece_weight_eval[COLOURS];
-extern std::int32_t piece_square_eval[COLOURS];
-
-// The hash key, and the en-passant key folded into it (0: none).
-extern std::uint64_t zobrist_key;
-extern std::uint64_t zobrist_xor;
-
 // The keys of the game's and the search line's positions, oldest first, by ply number.
 inline constexpr int KEY_HISTORY_SIZE = 4096;
 inline constexpr int MAX_PLY_NUMBER = KEY_HISTORY_SIZE - 1;
 inline constexpr int MAX_LINE_PLIES = 320; // the most that a search line adds to the game's plies
-extern std::int32_t zobrist_ply_number;
 extern std::uint64_t zobrist_keys[KEY_HISTORY_SIZE];
 extern std::uint64_t zobrist_xors[KEY_HISTORY_SIZE];
 
 inline Bitboard PiecesOf(Colour colour, int type) {
-    return pieces_by_type[PieceIndex(colour, type)];
+    return board.pieces_by_type[PieceIndex(colour, type)];
 }
 
 inline int KingSquare(Colour colour) { return FirstBitNumber(PiecesOf(colour, KING)); }
 
 // Flips one piece in the bitboards and in nothing else.
 inline void TogglePieceOnBitBoard(Colour colour, int type, int square) {
-    Toggle(pieces_all[colour], BITS[square]);
-    pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
+    Toggle(board.pieces_all[colour], BITS[square]);
+    board.pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
 }
 
 // Sets up the initial position. The evaluation sums are left to NewEvaluation.

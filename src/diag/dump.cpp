@@ -38,7 +38,7 @@ void DumpPiece(int square, Piece piece) {
 void DumpPosition() {
     DumpMessage("DumpPosition(): BEGIN");
     for (int square = 0; square < SQUARES; ++square) {
-        if (position[square] != NO_PIECE) DumpPiece(square, position[square]);
+        if (board.position[square] != NO_PIECE) DumpPiece(square, board.position[square]);
     }
     DumpMessage("DumpPosition(): END");
 }
@@ -63,7 +63,7 @@ void DumpBitBoard(Bitboard set) {
 }
 
 void DumpMove(const Move& move) {
-    PrintPiece(move.from, position[move.from]);
+    PrintPiece(move.from, board.position[move.from]);
     std::fprintf(stderr, " which moves to %c%d", FileLetter(move.to), RankNumber(move.to));
     if (TypeOf(move.promoted) != TypeOf(move.piece)) {
         std::fprintf(stderr, " (and promotes to %s)", PIECE_NAMES[TypeOf(move.promoted)]);

@@ -129,13 +129,13 @@ void InitializeEvaluate() {
 }
 
 void NewEvaluation() {
-    std::ranges::fill(piece_weight_eval, 0);
-    std::ranges::fill(piece_square_eval, 0);
+    std::ranges::fill(board.piece_weight_eval, 0);
+    std::ranges::fill(board.piece_square_eval, 0);
     for (int square = 0; square < SQUARES; ++square) {
-        const Piece piece = position[square];
+        const Piece piece = board.position[square];
         if (piece == NO_PIECE || TypeOf(piece) == KING) continue;
         const Colour colour = ColourOf(piece);
-        piece_weight_eval[colour] += PIECE_WEIGHT[TypeOf(piece)];
-        piece_square_eval[colour] += PieceSquareEval(colour, TypeOf(piece), square);
+        board.piece_weight_eval[colour] += PIECE_WEIGHT[TypeOf(piece)];
+        board.piece_square_eval[colour] += PieceSquareEval(colour, TypeOf(piece), square);
     }
 }

@@ -21,7 +21,7 @@ constexpr std::int32_t BACKWARD_OPEN = -15; // added where an enemy rook can att
 
 // The phase from the number of pieces other than pawns, both kings included.
 int GamePhase() {
-    const std::int32_t pieces = pieces_on_board[WHITE] + pieces_on_board[BLACK];
+    const std::int32_t pieces = board.pieces_on_board[WHITE] + board.pieces_on_board[BLACK];
     if (pieces > 8) return 0;
     return pieces >= 4 ? 1 : 2;
 }
@@ -31,7 +31,7 @@ template <Colour US>
 std::int32_t KingSafety(int king) {
     constexpr Colour THEM = Opponent(US);
     const Bitboard own_pawns = PiecesOf(US, PAWN);
-    const Bitboard enemy_pieces = pieces_all[THEM].rank & ~PiecesOf(THEM, PAWN);
+    const Bitboard enemy_pieces = board.pieces_all[THEM].rank & ~PiecesOf(THEM, PAWN);
     return SHELTER_NEAR * PopCount(own_pawns & SQUARES_BORDER[1][king]) +
            SHELTER_FAR * PopCount(own_pawns & SQUARES_BORDER[2][king]) +
            DANGER * PopCount(enemy_pieces & SQUARES_AROUND[2][king]);
@@ -92,7 +92,7 @@ std::int32_t PawnScore() {
 template <Colour US>
 std::int32_t EvaluateColour(int phase) {
     const int king = KingSquare(US);
-    std::int32_t score = piece_weight_eval[US] + piece_square_eval[US];
+    std::int32_t score = board.piece_weight_eval[US] + board.piece_square_eval[US];
     score += KingPieceSquareEval(US, phase, king);
     if (phase == 0) score += KingSafety<US>(king);
     if (PopCount(PiecesOf(US, BISHOP)) == 2) score += BISHOP_PAIR;

@@ -17,14 +17,14 @@ constexpr std::int32_t FIFTY_MOVE_PLIES = 100;
 constexpr int HOPELESS_MOVES_TO_RESIGN = 5;
 
 // The same pieces stand on the same squares, moved or not.
-bool IsSameBoard(const Piece (&board)[SQUARES]) {
-    return std::ranges::equal(position, board, [](Piece a, Piece b) {
+bool IsSameBoard(const Piece (&other)[SQUARES]) {
+    return std::ranges::equal(board.position, other, [](Piece a, Piece b) {
         return ((a ^ b) & (TYPE_BITS | COLOUR_BITS)) == 0;
     });
 }
 
 bool HasOnlyBishops(Colour colour) {
-    return pieces_all[colour].rank == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
+    return board.pieces_all[colour].rank == (PiecesOf(colour, KING) | PiecesOf(colour, BISHOP));
 }
 
 } // namespace
@@ -36,7 +36,7 @@ bool HasLegalMove(const Move* last_move) {
 }
 
 bool IsCheck() {
-    return side_to_move == WHITE ? IsKingCapturableBy<BLACK>() : IsKingCapturableBy<WHITE>();
+    return board.side_to_move == WHITE ? IsKingCapturableBy<BLACK>() : IsKingCapturableBy<WHITE>();
 }
 
 bool IsMate(const Move* last_move) { return IsCheck() && !HasLegalMove(last_move); }
@@ -45,8 +45,8 @@ bool IsStalemate(const Move* last_move) { return !IsCheck() && !HasLegalMove(las
 
 bool IsNfoldRepetition(std::int32_t n) {
     std::int32_t occurrences = 1;
-    for (std::int32_t i = zobrist_ply_number - 2; i >= 0; i -= 2) {
-        if (zobrist_keys[i] == zobrist_key && IsSameBoard(state_history.positions[i])) {
+    for (std::int32_t i = board.zobrist_ply_number - 2; i >= 0; i -= 2) {
+        if (zobrist_keys[i] == board.zobrist_key && IsSameBoard(state_history.positions[i])) {
             ++occurrences;
         }
     }
@@ -59,7 +59,7 @@ bool IsFiftyMoveRule() { return game_state.fifty_move_count >= FIFTY_MOVE_PLIES;
 
 bool IsInsufficientMaterial() {
     if (PiecesOf(WHITE, PAWN) | PiecesOf(BLACK, PAWN)) return false;
-    const std::int32_t total = pieces_on_board[WHITE] + pieces_on_board[BLACK];
+    const std::int32_t total = board.pieces_on_board[WHITE] + board.pieces_on_board[BLACK];
     if (total <= 2) return true;
     const Bitboard bishops = PiecesOf(WHITE, BISHOP) | PiecesOf(BLACK, BISHOP);
     if (total == 3) return (PiecesOf(WHITE, KNIGHT) | PiecesOf(BLACK, KNIGHT) | bishops) != 0;
@@ -96,7 +96,7 @@ bool ShouldResign() {
 
 const char* EndOfGameLine(const Move* last_move) {
     if (IsMate(last_move)) {
-        return side_to_move == BLACK ? "1-0 {White mates}" : "0-1 {Black mates}";
+        return board.side_to_move == BLACK ? "1-0 {White mates}" : "0-1 {Black mates}";
     }
     if (IsStalemate(last_move)) return "1/2-1/2 {Stalemate}";
     if (IsThreefoldRepetition()) return "1/2-1/2 {Threefold repetition}";

@@ -11,7 +11,7 @@ StateHistory state_history;
 namespace {
 
 void SaveNewestEntry() {
-    std::ranges::copy(position, state_history.positions[state_history.count]);
+    std::ranges::copy(board.position, state_history.positions[state_history.count]);
     state_history.game_states[state_history.count] = game_state;
     state_history.book_states[state_history.count] = book_state;
 }
@@ -19,7 +19,7 @@ void SaveNewestEntry() {
 } // namespace
 
 bool IsHistoryFull() {
-    return state_history.count >= MAX_GAME_PLIES || zobrist_ply_number >= MAX_GAME_PLIES;
+    return state_history.count >= MAX_GAME_PLIES || board.zobrist_ply_number >= MAX_GAME_PLIES;
 }
 
 void NewStateHistory() {

@@ -54,8 +54,8 @@ std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move, LastPly l
 } // namespace
 
 std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move, LastPly last_ply) {
-    return side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move, last_ply)
-                                 : CountLeavesOf<BLACK>(depth, last_move, last_ply);
+    return board.side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move, last_ply)
+                                       : CountLeavesOf<BLACK>(depth, last_move, last_ply);
 }
 
 void Divide(std::int32_t depth, LastPly last_ply) {

@@ -3,12 +3,12 @@
 #include "moves/predicates.h"
 
 bool PreventedCastle(int square) {
-    return side_to_move == WHITE ? IsAttackedBy<BLACK>(square) : IsAttackedBy<WHITE>(square);
+    return board.side_to_move == WHITE ? IsAttackedBy<BLACK>(square) : IsAttackedBy<WHITE>(square);
 }
 
 bool IsEnPassantEnablingMove(const Move& move) {
     if (TypeOf(move.piece) != PAWN || !IsTwoRankMove(move)) return false;
-    const Colour mover = side_to_move;
+    const Colour mover = board.side_to_move;
     const Colour enemy = Opponent(mover);
     const int passed_over = (move.from + move.to) / 2;
     Bitboard candidates = ATTACKS_ENPASSANT[move.to] & PiecesOf(enemy, PAWN);

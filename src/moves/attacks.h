@@ -10,15 +10,15 @@
 // Squares that a rook, a bishop or a queen on the square attacks; the first piece in each
 // direction, of either colour, is included.
 inline Bitboard RookAttacks(int square) {
-    const Bitboard by_rank = pieces_all[WHITE].rank | pieces_all[BLACK].rank;
-    const Bitboard by_file = pieces_all[WHITE].file | pieces_all[BLACK].file;
+    const Bitboard by_rank = board.pieces_all[WHITE].rank | board.pieces_all[BLACK].rank;
+    const Bitboard by_file = board.pieces_all[WHITE].file | board.pieces_all[BLACK].file;
     return MOVES_RANK[LineIndex(square, (by_rank >> (square & 56)) & 255)] |
            MOVES_FILE[LineIndex(square, (by_file >> (FileOf(square) * BOARD_SIDE)) & 255)];
 }
 
 inline Bitboard BishopAttacks(int square) {
-    const Bitboard by_a1h8 = pieces_all[WHITE].a1h8 | pieces_all[BLACK].a1h8;
-    const Bitboard by_a8h1 = pieces_all[WHITE].a8h1 | pieces_all[BLACK].a8h1;
+    const Bitboard by_a1h8 = board.pieces_all[WHITE].a1h8 | board.pieces_all[BLACK].a1h8;
+    const Bitboard by_a8h1 = board.pieces_all[WHITE].a8h1 | board.pieces_all[BLACK].a8h1;
     return MOVES_A1H8[LineIndex(square,
                                 (by_a1h8 >> DIAG_SHIFT_A1H8[square]) & DIAG_MASK_A1H8[square])] |
            MOVES_A8H1[LineIndex(square,
@@ -78,7 +78,7 @@ inline bool IsMaybeIllegal(const Move& move, Bitboard from_squares) {
 
 // The side to move could capture the other side's king: the last move was illegal.
 inline bool HaveKingCaptures() {
-    return side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
+    return board.side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
 // The opponent of the side to move attacks the square, so that the king must not castle across it.

@@ -29,12 +29,12 @@ Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece p
 }
 
 Move* AddPlain(Move* next, int from, int to, Piece captured) {
-    const Piece piece = position[from];
+    const Piece piece = board.position[from];
     return AddMove(next, from, to, piece, captured, piece | MOVED_FLAG);
 }
 
 Move* AddPromotions(Move* next, int from, int to, Piece captured) {
-    const Piece piece = position[from];
+    const Piece piece = board.position[from];
     for (const PieceType type : PROMOTION_TYPES) {
         next = AddMove(next, from, to, piece, captured,
                        static_cast<Piece>((piece & COLOUR_BITS) | MOVED_FLAG | type));
@@ -52,7 +52,7 @@ Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) 
 // Captures of the piece on the square, which is among the victims.
 template <Colour US>
 Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
-    const Piece captured = position[square];
+    const Piece captured = board.position[square];
     Bitboard pawns = ATTACKS_PAWN[Opponent(US)][square] & PiecesOf(US, PAWN);
     if (pawns && IsOnBackRank(square)) {
         while (pawns) {
@@ -76,9 +76,9 @@ Move* AddEnPassant(Move* next, const Move& last_move) {
     Bitboard pawns = ATTACKS_ENPASSANT[last_move.to] & PiecesOf(US, PAWN);
     while (pawns) {
         const int from = PopFirstBit(pawns);
-        const Piece pawn = position[from];
+        const Piece pawn = board.position[from];
         next->en_passant_square = last_move.to;
-        next->en_passant_piece = position[last_move.to];
+        next->en_passant_piece = board.position[last_move.to];
         next = AddMove(next, from, last_move.to + PAWN_STEP[US], pawn, NO_PIECE, pawn);
         next[-1].en_passant = 1;
     }
@@ -106,7 +106,7 @@ Victims FindVictims() {
         straight |= RookAttacks(PopFirstBit(movers));
     }
     attacked |= diagonal | straight;
-    return {pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
+    return {board.pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
 }
 
 // Castling to a side, as steps from the king's home.
@@ -119,9 +119,9 @@ constexpr CastlingWay CASTLING_WAYS[CASTLE_SIDES] = {{1, 2, {1, 2, 0}}, {-1, -2,
 // The squares between are empty, the rook is unmoved, and the king crosses no attacked square.
 bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
     for (const int step : way.empty) {
-        if (step != 0 && position[king + step] != NO_PIECE) return false;
+        if (step != 0 && board.position[king + step] != NO_PIECE) return false;
     }
-    const Piece rook = position[rook_home];
+    const Piece rook = board.position[rook_home];
     return TypeOf(rook) == ROOK && !IsMoved(rook) && !PreventedCastle(king) &&
            !PreventedCastle(king + way.rook_to) && !PreventedCastle(king + way.king_to);
 }
@@ -129,7 +129,7 @@ bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
 template <Colour US>
 Move* AddCastling(Move* next) {
     constexpr int HOME = KING_HOME[US];
-    const Piece king = position[HOME];
+    const Piece king = board.position[HOME];
     if (TypeOf(king) != KING || IsMoved(king)) return next;
     for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
         const CastlingWay& way = CASTLING_WAYS[side];
@@ -169,9 +169,9 @@ Move* AddPawnAdvances(Move* next) {
     while (pawns) {
         const int from = PopFirstBit(pawns);
         int to = from;
-        for (int steps = IsMoved(position[from]) ? 1 : 2; steps > 0; --steps) {
+        for (int steps = IsMoved(board.position[from]) ? 1 : 2; steps > 0; --steps) {
             to += PAWN_STEP[US];
-            if (position[to] != NO_PIECE) break;
+            if (board.position[to] != NO_PIECE) break;
             if (IsOnBackRank(to)) {
                 next = AddPromotions(next, from, to, NO_PIECE);
             } else {
@@ -201,7 +201,7 @@ Bitboard MostValuable(Bitboard victims) {
 
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list) {
-    assert(!is_position_withheld && side_to_move == US);
+    assert(!is_position_withheld && board.side_to_move == US);
     list.count = 0;
     Victims victims = FindVictims<US>();
     if (!victims.squares) return victims;
@@ -236,8 +236,8 @@ void GenerateCaptures(MoveList& list, const Move* last_move) {
 
 template <Colour US>
 void GenerateNonCaptures(MoveList& list) {
-    assert(!is_position_withheld && side_to_move == US);
-    const Bitboard empty = ~(pieces_all[WHITE].rank | pieces_all[BLACK].rank);
+    assert(!is_position_withheld && board.side_to_move == US);
+    const Bitboard empty = ~(board.pieces_all[WHITE].rank | board.pieces_all[BLACK].rank);
     Move* next = AddCastling<US>(list.moves + list.count);
     next = AddQuietBy<US>(next, KNIGHT, empty, [](int from) { return ATTACKS_KNIGHT[from]; });
     next = AddQuietBy<US>(next, BISHOP, empty, BishopAttacks);
@@ -259,7 +259,7 @@ template void GenerateNonCaptures<WHITE>(MoveList& list);
 template void GenerateNonCaptures<BLACK>(MoveList& list);
 
 void GenerateCaptures(MoveList& list, const Move* last_move) {
-    if (side_to_move == WHITE) {
+    if (board.side_to_move == WHITE) {
         GenerateCaptures<WHITE>(list, last_move);
     } else {
         GenerateCaptures<BLACK>(list, last_move);
@@ -267,7 +267,7 @@ void GenerateCaptures(MoveList& list, const Move* last_move) {
 }
 
 void GenerateNonCaptures(MoveList& list) {
-    if (side_to_move == WHITE) {
+    if (board.side_to_move == WHITE) {
         GenerateNonCaptures<WHITE>(list);
     } else {
         GenerateNonCaptures<BLACK>(list);

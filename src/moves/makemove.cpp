@@ -22,14 +22,14 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
     if (TypeOf(move.piece) == KING) {
         assert(move.from == KING_HOME[US]);
         for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
-            if (!IsUnmovedPiece(position[ROOK_HOME[US][side]])) continue;
+            if (!IsUnmovedPiece(board.position[ROOK_HOME[US][side]])) continue;
             keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }
     } else if (TypeOf(move.piece) == ROOK) {
         assert(RankOf(move.from) == RankOf(KING_HOME[US]));
         const CastleSide side = move.from & 1 ? KING_SIDE : QUEEN_SIDE;
         const int king = KING_HOME[US];
-        if (IsUnmovedPiece(king == move.from ? move.piece : position[king])) {
+        if (IsUnmovedPiece(king == move.from ? move.piece : board.position[king])) {
             keys ^= ZOBRIST_KEY_CASTLE[CastleIndex(US, side)];
         }
     }
@@ -39,11 +39,11 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
 // The mover in its sets and in the sum, both ways: on `from` the piece, on `to` what it becomes.
 template <Colour US>
 [[gnu::always_inline]] inline void ToggleMover(int from, int to, int type, int promoted, int step) {
-    Toggle(pieces_all[US], BITS[from]);
-    Toggle(pieces_all[US], BITS[to]);
-    pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[from];
-    pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[to];
-    piece_square_eval[US] +=
+    Toggle(board.pieces_all[US], BITS[from]);
+    Toggle(board.pieces_all[US], BITS[to]);
+    board.pieces_by_type[PieceIndex(US, type)] ^= BIT_RANK[from];
+    board.pieces_by_type[PieceIndex(US, promoted)] ^= BIT_RANK[to];
+    board.piece_square_eval[US] +=
         step * (PieceSquareEval(US, promoted, to) - PieceSquareEval(US, type, from));
 }
 
@@ -52,16 +52,16 @@ template <Colour US>
 template <Colour THEM>
 [[gnu::always_inline]] inline void ToggleVictim(int type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);
-    piece_weight_eval[THEM] += step * PIECE_WEIGHT[type];
-    piece_square_eval[THEM] += step * PieceSquareEval(THEM, type, square);
-    pieces_on_board[THEM] += step * (type != PAWN);
+    board.piece_weight_eval[THEM] += step * PIECE_WEIGHT[type];
+    board.piece_square_eval[THEM] += step * PieceSquareEval(THEM, type, square);
+    board.pieces_on_board[THEM] += step * (type != PAWN);
 }
 
 // Counts the piece that a pawn becomes in its place (step 1), or the other way round (step -1).
 template <Colour US>
 void CountPromotion(int promoted, int step) {
-    pieces_on_board[US] += step;
-    piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
+    board.pieces_on_board[US] += step;
+    board.piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
 // Moves the castling rook on or back; returns the change of the key.
@@ -69,9 +69,9 @@ template <Colour US>
 std::uint64_t MoveCastlingRook(int from, int to) {
     TogglePieceOnBitBoard(US, ROOK, from);
     TogglePieceOnBitBoard(US, ROOK, to);
-    position[to] = position[from] ^ MOVED_FLAG;
-    position[from] = NO_PIECE;
-    piece_square_eval[US] += PieceSquareEval(US, ROOK, to) - PieceSquareEval(US, ROOK, from);
+    board.position[to] = board.position[from] ^ MOVED_FLAG;
+    board.position[from] = NO_PIECE;
+    board.piece_square_eval[US] += PieceSquareEval(US, ROOK, to) - PieceSquareEval(US, ROOK, from);
     return PieceKey(US, ROOK, from) ^ PieceKey(US, ROOK, to);
 }
 
@@ -80,7 +80,7 @@ std::uint64_t MoveCastlingRook(int from, int to) {
 template <Colour US>
 [[gnu::noinline]] void MakeSpecial(const Move& move) {
     constexpr Colour THEM = Opponent(US);
-    std::uint64_t& key = zobrist_keys[zobrist_ply_number];
+    std::uint64_t& key = zobrist_keys[board.zobrist_ply_number];
     if (!IsMoved(move.piece)) key ^= ChangedCastlingKeys<US>(move);
     if (IsPromotion(move)) CountPromotion<US>(TypeOf(move.promoted), 1);
     if (move.castle) {
@@ -88,13 +88,13 @@ template <Colour US>
     } else if (move.en_passant) {
         ToggleVictim<THEM>(PAWN, move.en_passant_square, -1);
         key ^= PieceKey(THEM, PAWN, move.en_passant_square);
-        position[move.en_passant_square] = NO_PIECE;
+        board.position[move.en_passant_square] = NO_PIECE;
     } else if (IsTwoRankMove(move) && IsEnPassantEnablingMove(move)) {
-        zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
-        key ^= zobrist_xor;
+        board.zobrist_xor = ZOBRIST_KEY_ENPASSANT[(move.from + move.to) / 2];
+        key ^= board.zobrist_xor;
     }
-    zobrist_key = key;
-    zobrist_xors[zobrist_ply_number] = zobrist_xor;
+    board.zobrist_key = key;
+    zobrist_xors[board.zobrist_ply_number] = board.zobrist_xor;
 }
 
 template <Colour US>
@@ -104,7 +104,7 @@ template <Colour US>
         MoveCastlingRook<US>(move.rook_to, move.rook_from);
     } else if (move.en_passant) {
         ToggleVictim<Opponent(US)>(PAWN, move.en_passant_square, 1);
-        position[move.en_passant_square] = static_cast<Piece>(move.en_passant_piece);
+        board.position[move.en_passant_square] = static_cast<Piece>(move.en_passant_piece);
     }
 }
 
@@ -112,9 +112,10 @@ template <Colour US>
 
 template <Colour US>
 void MakeMove(const Move& move) {
-    assert(IsSquare(move.from) && IsSquare(move.to) && position[move.from] == move.piece);
-    assert(side_to_move == US && ColourOf(move.piece) == US && position[move.to] == move.captured);
-    assert(zobrist_ply_number < MAX_PLY_NUMBER && !is_position_withheld);
+    assert(IsSquare(move.from) && IsSquare(move.to) && board.position[move.from] == move.piece);
+    assert(board.side_to_move == US && ColourOf(move.piece) == US &&
+           board.position[move.to] == move.captured);
+    assert(board.zobrist_ply_number < MAX_PLY_NUMBER && !is_position_withheld);
     constexpr Colour THEM = Opponent(US);
     const int from = move.from;
     const int to = move.to;
@@ -131,35 +132,35 @@ void MakeMove(const Move& move) {
         ToggleVictim<THEM>(captured, to, -1);
         key ^= PieceKey(THEM, captured, to);
     }
-    position[to] = move.promoted;
-    position[from] = NO_PIECE;
+    board.position[to] = move.promoted;
+    board.position[from] = NO_PIECE;
 
-    ++zobrist_ply_number;
-    zobrist_key = zobrist_keys[zobrist_ply_number] = key;
-    zobrist_xor = zobrist_xors[zobrist_ply_number] = 0;
+    ++board.zobrist_ply_number;
+    board.zobrist_key = zobrist_keys[board.zobrist_ply_number] = key;
+    board.zobrist_xor = zobrist_xors[board.zobrist_ply_number] = 0;
     if (!IsMoved(move.piece) || type != promoted || move.en_passant) MakeSpecial<US>(move);
-    side_to_move = THEM;
+    board.side_to_move = THEM;
 }
 
 template <Colour US>
 void UnMakeMove(const Move& move) {
-    assert(position[move.to] == move.promoted && position[move.from] == NO_PIECE);
-    assert(side_to_move != US && ColourOf(move.piece) == US);
+    assert(board.position[move.to] == move.promoted && board.position[move.from] == NO_PIECE);
+    assert(board.side_to_move != US && ColourOf(move.piece) == US);
     const int from = move.from;
     const int to = move.to;
     const int type = TypeOf(move.piece);
     const int promoted = TypeOf(move.promoted);
     const int captured = TypeOf(move.captured);
 
-    side_to_move = US;
+    board.side_to_move = US;
     ToggleMover<US>(from, to, type, promoted, -1);
     if (captured) ToggleVictim<Opponent(US)>(captured, to, 1);
-    position[from] = move.piece;
-    position[to] = move.captured;
+    board.position[from] = move.piece;
+    board.position[to] = move.captured;
 
-    --zobrist_ply_number;
-    zobrist_key = zobrist_keys[zobrist_ply_number];
-    zobrist_xor = zobrist_xors[zobrist_ply_number];
+    --board.zobrist_ply_number;
+    board.zobrist_key = zobrist_keys[board.zobrist_ply_number];
+    board.zobrist_xor = zobrist_xors[board.zobrist_ply_number];
     if (type != promoted || move.castle || move.en_passant) UnMakeSpecial<US>(move);
 }
 
@@ -169,7 +170,7 @@ template void UnMakeMove<WHITE>(const Move& move);
 template void UnMakeMove<BLACK>(const Move& move);
 
 void MakeMove(const Move& move) {
-    if (side_to_move == WHITE) {
+    if (board.side_to_move == WHITE) {
         MakeMove<WHITE>(move);
     } else {
         MakeMove<BLACK>(move);
@@ -177,7 +178,7 @@ void MakeMove(const Move& move) {
 }
 
 void UnMakeMove(const Move& move) {
-    if (side_to_move == BLACK) {
+    if (board.side_to_move == BLACK) {
         UnMakeMove<WHITE>(move);
     } else {
         UnMakeMove<BLACK>(move);
@@ -194,7 +195,7 @@ bool IsLegalMove(const Move& move) {
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move) {
     GenerateAllMoves(list, last_move);
     const Bitboard maybe_illegal =
-        side_to_move == WHITE ? MaybeIllegalFrom<WHITE>() : MaybeIllegalFrom<BLACK>();
+        board.side_to_move == WHITE ? MaybeIllegalFrom<WHITE>() : MaybeIllegalFrom<BLACK>();
     std::int32_t kept = 0;
     for (const Move& move : list) {
         if (!IsMaybeIllegal(move, maybe_illegal) || IsLegalMove(move)) list.moves[kept++] = move;
@@ -203,18 +204,18 @@ void GenerateAllLegalMoves(MoveList& list, const Move* last_move) {
 }
 
 void MakeNullMove() {
-    assert(zobrist_ply_number < MAX_PLY_NUMBER);
-    side_to_move = Opponent(side_to_move);
-    zobrist_key = KeyAfterNullMove();
-    zobrist_xor = 0;
-    ++zobrist_ply_number;
-    zobrist_keys[zobrist_ply_number] = zobrist_key;
-    zobrist_xors[zobrist_ply_number] = 0;
+    assert(board.zobrist_ply_number < MAX_PLY_NUMBER);
+    board.side_to_move = Opponent(board.side_to_move);
+    board.zobrist_key = KeyAfterNullMove();
+    board.zobrist_xor = 0;
+    ++board.zobrist_ply_number;
+    zobrist_keys[board.zobrist_ply_number] = board.zobrist_key;
+    zobrist_xors[board.zobrist_ply_number] = 0;
 }
 
 void UnMakeNullMove() {
-    side_to_move = Opponent(side_to_move);
-    --zobrist_ply_number;
-    zobrist_key = zobrist_keys[zobrist_ply_number];
-    zobrist_xor = zobrist_xors[zobrist_ply_number];
+    board.side_to_move = Opponent(board.side_to_move);
+    --board.zobrist_ply_number;
+    board.zobrist_key = zobrist_keys[board.zobrist_ply_number];
+    board.zobrist_xor = zobrist_xors[board.zobrist_ply_number];
 }

@@ -30,7 +30,7 @@ void UnMakeNullMove();
 
 // The key that the position will have after a null move.
 inline std::uint64_t KeyAfterNullMove() {
-    return zobrist_key ^ zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
+    return board.zobrist_key ^ board.zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
 }
 
 // The key that the position will most likely have after the move: castling and en passant are left

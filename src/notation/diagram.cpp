@@ -22,7 +22,7 @@ bool IsOfLastMove(int square) {
     return last && (square == last->to || square == last->from);
 }
 
-bool IsCheckedKing(int square) { return square == KingSquare(side_to_move) && IsCheck(); }
+bool IsCheckedKing(int square) { return square == KingSquare(board.side_to_move) && IsCheck(); }
 
 std::string WrittenPiece(Piece piece, const DiagramStyle& style) {
     if (piece == NO_PIECE) return style.is_coloured ? " " : ".";
@@ -35,13 +35,13 @@ std::string WrittenPiece(Piece piece, const DiagramStyle& style) {
 }
 
 std::string WrittenSquare(int square, const DiagramStyle& style) {
-    const std::string piece = WrittenPiece(position[square], style);
+    const std::string piece = WrittenPiece(board.position[square], style);
     const bool is_checked = IsCheckedKing(square);
     const bool is_moved = IsOfLastMove(square);
     if (!style.is_coloured) return (is_checked ? "!" : is_moved ? "*" : " ") + piece + " ";
     const bool is_dark = (FileOf(square) + RankOf(square)) % 2 == 0;
     const int ground = is_checked ? CHECKED : is_moved ? MOVED : is_dark ? DARK : LIGHT;
-    const int ink = PIECES[ColourOf(position[square])];
+    const int ink = PIECES[ColourOf(board.position[square])];
     return "\033[48;5;" + std::to_string(ground) + ";38;5;" + std::to_string(ink) + "m " + piece +
            " \033[0m";
 }

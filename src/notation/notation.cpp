@@ -37,7 +37,7 @@ MoveWish ReadCoordinates(std::string_view text) {
 }
 
 MoveWish ReadCastling(std::string_view text) {
-    const int from = KING_HOME[side_to_move];
+    const int from = KING_HOME[board.side_to_move];
     const bool is_long = text.size() > 3 && text[3] == '-';
     return {from, SquareOf(is_long ? FILE_C : FILE_G, RankOf(from))};
 }
@@ -96,13 +96,13 @@ PieceType ReadPromotion(std::string_view text, std::size_t place) {
 }
 
 MoveWish ReadPawnMove(std::string_view text) {
-    const int behind = -PAWN_STEP[side_to_move];
+    const int behind = -PAWN_STEP[board.side_to_move];
     MoveWish wish;
     if (text.size() >= 2 && IsDigit(text[1])) {
         wish.to = ReadSquare(text[0], text[1]);
         if (wish.to == NO_SQUARE || !IsSquare(wish.to + behind)) return {};
         wish.from = wish.to + behind;
-        if (position[wish.from] == NO_PIECE) wish.from += behind;
+        if (board.position[wish.from] == NO_PIECE) wish.from += behind;
         wish.promotion = ReadPromotion(text, 2);
     } else if (text.size() >= 4 && text[1] == 'x') {
         wish.to = ReadSquare(text[2], text[3]);

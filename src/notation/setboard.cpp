@@ -18,27 +18,16 @@ namespace {
 
 constexpr const char* FEN_LOG = "GameLog.fen";
 
-void ClearPosition() {
-    side_to_move = WHITE;
-    std::ranges::fill(position, NO_PIECE);
-    std::ranges::fill(pieces_on_board, 0);
-    std::ranges::fill(pieces_all, RotatedSet{});
-    std::ranges::fill(pieces_by_type, 0);
-    zobrist_key = 0;
-    zobrist_xor = 0;
-    zobrist_ply_number = 0;
-}
-
 void PlacePieces(const Fen& fen) {
     for (int square = 0; square < SQUARES; ++square) {
         const Piece piece = fen.board[square];
         if (piece == NO_PIECE) continue;
         const Colour colour = ColourOf(piece);
         const PieceType type = TypeOf(piece);
-        position[square] = piece;
-        if (type != PAWN) ++pieces_on_board[colour];
+        board.position[square] = piece;
+        if (type != PAWN) ++board.pieces_on_board[colour];
         TogglePieceOnBitBoard(colour, type, square);
-        zobrist_key ^= PieceKey(colour, type, square);
+        board.zobrist_key ^= PieceKey(colour, type, square);
     }
     NewEvaluation();
 }
@@ -46,19 +35,19 @@ void PlacePieces(const Fen& fen) {
 // The double step becomes the last move. Its pieces have no colour, as readers look at type and
 // squares only. It is in the key only when it can be taken.
 void PlaceEnPassant(int square) {
-    const Colour pusher = Opponent(side_to_move);
+    const Colour pusher = Opponent(board.side_to_move);
     Move& push = game_state.last_move;
     push.from = square - PAWN_STEP[pusher];
     push.to = square + PAWN_STEP[pusher];
     push.piece = PAWN;
     push.promoted = PAWN;
     game_state.no_last_move = 0;
-    side_to_move = pusher;
+    board.side_to_move = pusher;
     if (IsEnPassantEnablingMove(push)) {
-        zobrist_xor = ZOBRIST_KEY_ENPASSANT[square];
-        zobrist_key ^= zobrist_xor;
+        board.zobrist_xor = ZOBRIST_KEY_ENPASSANT[square];
+        board.zobrist_key ^= board.zobrist_xor;
     }
-    side_to_move = Opponent(pusher);
+    board.side_to_move = Opponent(pusher);
 }
 
 std::string WrittenPlacement() {
@@ -66,7 +55,7 @@ std::string WrittenPlacement() {
     for (int rank = RANK_8; rank >= RANK_1; --rank) {
         int empty = 0;
         for (int file = FILE_A; file <= FILE_H; ++file) {
-            const Piece piece = position[SquareOf(file, rank)];
+            const Piece piece = board.position[SquareOf(file, rank)];
             if (piece == NO_PIECE) {
                 ++empty;
                 continue;
@@ -83,7 +72,7 @@ std::string WrittenPlacement() {
 }
 
 bool IsUnmoved(int square, PieceType type) {
-    return TypeOf(position[square]) == type && !IsMoved(position[square]);
+    return TypeOf(board.position[square]) == type && !IsMoved(board.position[square]);
 }
 
 std::string WrittenCastling() {
@@ -108,21 +97,21 @@ std::string WrittenEnPassant() {
 } // namespace
 
 void PlacePosition(const Fen& fen) {
-    ClearPosition();
+    board = {};
     PlacePieces(fen);
-    side_to_move = fen.side;
-    if (side_to_move == BLACK) zobrist_key ^= ZOBRIST_KEY_SIDE_SWITCH;
+    board.side_to_move = fen.side;
+    if (board.side_to_move == BLACK) board.zobrist_key ^= ZOBRIST_KEY_SIDE_SWITCH;
     for (const Colour colour : {WHITE, BLACK}) {
         for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
             if (!fen.castling[colour][side]) continue;
-            zobrist_key ^= ZOBRIST_KEY_CASTLE[CastleIndex(colour, side)];
+            board.zobrist_key ^= ZOBRIST_KEY_CASTLE[CastleIndex(colour, side)];
         }
     }
     game_state.no_last_move = 1;
     if (fen.en_passant != NO_SQUARE) PlaceEnPassant(fen.en_passant);
     game_state.fifty_move_count = fen.half_moves;
-    zobrist_keys[zobrist_ply_number] = zobrist_key;
-    zobrist_xors[zobrist_ply_number] = zobrist_xor;
+    zobrist_keys[board.zobrist_ply_number] = board.zobrist_key;
+    zobrist_xors[board.zobrist_ply_number] = board.zobrist_xor;
 }
 
 const char* GetBoardFen() {
@@ -130,7 +119,7 @@ const char* GetBoardFen() {
     static char text[FEN_SIZE];
     const int full_move = (game_state.ply_count + pgn_game_info.first_ply - 1) / 2 + 1;
     std::snprintf(text, sizeof text, "%s %s %s %s %d %d", WrittenPlacement().c_str(),
-                  side_to_move == WHITE ? "w" : "b", WrittenCastling().c_str(),
+                  board.side_to_move == WHITE ? "w" : "b", WrittenCastling().c_str(),
                   WrittenEnPassant().c_str(), game_state.fifty_move_count, full_move);
     return text;
 }

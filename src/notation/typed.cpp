@@ -93,16 +93,16 @@ bool LooksLikeMove(const std::string& typed) {
 }
 
 const char* ReasonAgainstCastling(bool is_long) {
-    const int king = KING_HOME[side_to_move];
-    const int rook = ROOK_HOME[side_to_move][is_long ? QUEEN_SIDE : KING_SIDE];
+    const int king = KING_HOME[board.side_to_move];
+    const int rook = ROOK_HOME[board.side_to_move][is_long ? QUEEN_SIDE : KING_SIDE];
     if (IsCheck()) return "you are in check";
-    if (position[king] != UnmovedPiece(side_to_move, KING) ||
-        position[rook] != UnmovedPiece(side_to_move, ROOK)) {
+    if (board.position[king] != UnmovedPiece(board.side_to_move, KING) ||
+        board.position[rook] != UnmovedPiece(board.side_to_move, ROOK)) {
         return "king or rook has moved";
     }
     const int step = is_long ? -1 : 1;
     for (int square = king + step; square != rook; square += step) {
-        if (position[square] != NO_PIECE) return "there are pieces between king and rook";
+        if (board.position[square] != NO_PIECE) return "there are pieces between king and rook";
     }
     return "the king would pass an attacked square";
 }

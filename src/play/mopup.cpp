@@ -52,11 +52,11 @@ std::int32_t HeldSquares() {
 std::int32_t EvaluateMopUp(Colour winner) {
     const Colour loser = Opponent(winner);
     const std::int32_t score =
-        piece_weight_eval[winner] +
+        board.piece_weight_eval[winner] +
         FENCE_BONUS * (winner == WHITE ? HeldSquares<WHITE>() : HeldSquares<BLACK>()) +
         EDGE_BONUS * DistanceFromCentre(KingSquare(loser)) +
         CLOSENESS_BONUS * (LONGEST_WAY - Distance(KingSquare(winner), KingSquare(loser)));
-    return side_to_move == winner ? score : -score;
+    return board.side_to_move == winner ? score : -score;
 }
 
 std::int32_t first_key = 0; // of the game's positions that can come back
@@ -64,8 +64,8 @@ std::int32_t first_key = 0; // of the game's positions that can come back
 // The game has been here before: nobody makes headway by going back.
 bool IsRepeated() {
     const std::uint64_t* const first = zobrist_keys + first_key;
-    const std::uint64_t* const now = zobrist_keys + zobrist_ply_number;
-    return std::find(first, now, zobrist_key) != now;
+    const std::uint64_t* const now = zobrist_keys + board.zobrist_ply_number;
+    return std::find(first, now, board.zobrist_key) != now;
 }
 
 // The score of a mate after this many plies; the engine counts to the capture of the king.
@@ -92,15 +92,15 @@ std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::i
 } // namespace
 
 bool IsElementaryWin() {
-    const Colour loser = Opponent(side_to_move);
-    return pieces_all[loser].rank == PiecesOf(loser, KING) &&
-           (PiecesOf(side_to_move, QUEEN) | PiecesOf(side_to_move, ROOK));
+    const Colour loser = Opponent(board.side_to_move);
+    return board.pieces_all[loser].rank == PiecesOf(loser, KING) &&
+           (PiecesOf(board.side_to_move, QUEEN) | PiecesOf(board.side_to_move, ROOK));
 }
 
 std::int32_t FindMopUpMove(Move& move) {
     assert(IsElementaryWin());
-    const Colour winner = side_to_move;
-    first_key = std::max(0, zobrist_ply_number - game_state.fifty_move_count);
+    const Colour winner = board.side_to_move;
+    first_key = std::max(0, board.zobrist_ply_number - game_state.fifty_move_count);
     MoveList list;
     GenerateAllLegalMoves(list, LastMove());
     assert(list.count > 0);

@@ -48,10 +48,10 @@ EngineChoice ChooseMove() {
 
 // Asked after the engine's move.
 bool IsHopeless(std::int32_t score) {
-    const Colour opponent = side_to_move;
+    const Colour opponent = board.side_to_move;
     const Colour engine = Opponent(opponent);
     return score <= HOPELESS_EVAL &&
-           piece_weight_eval[engine] - piece_weight_eval[opponent] <= HOPELESS_EVAL &&
+           board.piece_weight_eval[engine] - board.piece_weight_eval[opponent] <= HOPELESS_EVAL &&
            game_state.opponent_time > HOPELESS_OPPONENT_TIME;
 }
 
@@ -80,7 +80,7 @@ void FollowMove(const Move& move) {
 } // namespace
 
 void MakeEngineMove() {
-    pgn_game_info.engine_color = side_to_move;
+    pgn_game_info.engine_color = board.side_to_move;
     if (IsHistoryFull() || !HasLegalMove(LastMove())) return;
     const EngineChoice choice = ChooseMove();
     const bool was_repetition = IsNfoldRepetition(2);
@@ -91,7 +91,7 @@ void MakeEngineMove() {
     // A draw by repetition is near. In the tables the position before the opponent's last move
     // becomes a draw, so that later searches see it coming.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
-        ForceHashTable(zobrist_keys[zobrist_ply_number - 2], 0);
+        ForceHashTable(zobrist_keys[board.zobrist_ply_number - 2], 0);
     }
     UpdateBookHelp();
     SendCommand(output);
@@ -109,7 +109,7 @@ bool PlayMove(std::string_view token) {
 }
 
 bool MakeUserMove(std::string_view token) {
-    pgn_game_info.engine_color = Opponent(side_to_move);
+    pgn_game_info.engine_color = Opponent(board.side_to_move);
     const std::string_view text = token.substr(0, USER_MOVE_SIZE - 1);
     Move move;
     if (!FindLegalMove(text, move)) {

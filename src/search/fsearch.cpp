@@ -72,9 +72,9 @@ PvLine pv_lines[MAX_LINE_PLIES];
 // plies.
 bool IsRepetition() {
     int occurrences = 1;
-    const std::int32_t oldest = std::max(0, zobrist_ply_number - REPETITION_WINDOW);
-    for (std::int32_t i = zobrist_ply_number - 4; i >= oldest; i -= 2) {
-        if (zobrist_keys[i] == zobrist_key) ++occurrences;
+    const std::int32_t oldest = std::max(0, board.zobrist_ply_number - REPETITION_WINDOW);
+    for (std::int32_t i = board.zobrist_ply_number - 4; i >= oldest; i -= 2) {
+        if (zobrist_keys[i] == board.zobrist_key) ++occurrences;
     }
     return occurrences > 2;
 }
@@ -83,7 +83,7 @@ bool IsDraw() { return (!search_info.null_move && IsRepetition()) || IsInsuffici
 
 template <Colour US>
 std::int32_t MaterialBalance() {
-    return piece_weight_eval[US] - piece_weight_eval[Opponent(US)];
+    return board.piece_weight_eval[US] - board.piece_weight_eval[Opponent(US)];
 }
 
 bool IsMateWindow(const Node& node) { return IsMateEval(node.alpha) || IsMateEval(node.beta); }
@@ -93,7 +93,7 @@ bool IsNullMoveAllowed(const Node& node) {
     return !search_info.null_move && !search_info.iid && !node.extended &&
            node.depth >= NULL_MOVE_MIN_DEPTH && node.ply >= PRUNING_MIN_PLY &&
            !IsMateWindow(node) && MaterialBalance<US>() >= node.beta - NULL_MOVE_MATERIAL_MARGIN &&
-           pieces_on_board[WHITE] + pieces_on_board[BLACK] >= NULL_MOVE_MIN_PIECES &&
+           board.pieces_on_board[WHITE] + board.pieces_on_board[BLACK] >= NULL_MOVE_MIN_PIECES &&
            Evaluate<US>() >= node.beta;
 }
 
@@ -163,7 +163,7 @@ void DeepenInternally(Node& node) {
         Search<US>(node.alpha, node.beta, depth, node.ply, node.last_move, nullptr, node.extended);
     search_info.iid = 0;
     if (score > node.alpha) {
-        ProbeHashTable(zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
+        ProbeHashTable(board.zobrist_key, node.alpha, node.beta, node.depth, node.hash_index);
     }
 }
 
@@ -232,7 +232,7 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
         if (node.alpha >= node.beta) {
             // Deliberately the index as searched, which after the swap with the hash move is not
             // that in generation order. The recorded node counts depend on it.
-            StoreHashTable(zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
+            StoreHashTable(board.zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
     }
@@ -246,7 +246,7 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
-    StoreHashTable(zobrist_key, node.best, node.depth,
+    StoreHashTable(board.zobrist_key, node.best, node.depth,
                    node.raised_alpha ? BOUND_EXACT : BOUND_UPPER, node.best_index);
     return node.best;
 }
@@ -313,7 +313,7 @@ std::int32_t SearchInterior(Node& node) {
 template <Colour US>
 std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
                     const Move* last_move, PvLine* pv, std::uint8_t extended) {
-    assert(side_to_move == US);
+    assert(board.side_to_move == US);
     assert(alpha < beta);
     assert(ply >= QUARTER_PLIES && ply / QUARTER_PLIES + 1 < MAX_LINE_PLIES);
     assert(last_move || search_info.null_move);
@@ -327,7 +327,7 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
 
     // Step 3
     std::int32_t hash_index = NO_MOVE_INDEX;
-    const std::int32_t known = ProbeHashTable(zobrist_key, alpha, beta, depth, hash_index);
+    const std::int32_t known = ProbeHashTable(board.zobrist_key, alpha, beta, depth, hash_index);
     if (known != UNKNOWN_EVAL) return known;
 
     // Step 4
@@ -350,6 +350,7 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
 
 std::int32_t FullSearch(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
                         const Move* last_move, PvLine* pv, std::uint8_t extended) {
-    return side_to_move == WHITE ? Search<WHITE>(alpha, beta, depth, ply, last_move, pv, extended)
-                                 : Search<BLACK>(alpha, beta, depth, ply, last_move, pv, extended);
+    return board.side_to_move == WHITE
+               ? Search<WHITE>(alpha, beta, depth, ply, last_move, pv, extended)
+               : Search<BLACK>(alpha, beta, depth, ply, last_move, pv, extended);
 }

@@ -48,7 +48,7 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
         }
     }
     // On purpose the place as searched, as in the full-width search.
-    StoreQuiescenceHashTable(zobrist_key, best, bound, best_index);
+    StoreQuiescenceHashTable(board.zobrist_key, best, bound, best_index);
     return best;
 }
 
@@ -57,7 +57,7 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
 template <Colour US>
 std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
                               const Move* last_move) {
-    assert(side_to_move == US);
+    assert(board.side_to_move == US);
     assert(alpha < beta);
     assert(ply > 0);
     if (++search_info.nodes > search_info.next_poll + search_info.poll_slack && MustStop()) {
@@ -66,12 +66,12 @@ std::int32_t QuiescenceSearch(std::int32_t alpha, std::int32_t beta, std::int32_
     search_info.deepest_ply = std::max(search_info.deepest_ply, ply);
 
     std::int32_t hash_index = NO_MOVE_INDEX;
-    const std::int32_t known = ProbeQuiescenceHashTable(zobrist_key, alpha, beta, hash_index);
+    const std::int32_t known = ProbeQuiescenceHashTable(board.zobrist_key, alpha, beta, hash_index);
     if (known != UNKNOWN_EVAL) return known;
 
     const std::int32_t stand_pat = Evaluate<US>();
     if (stand_pat >= beta) {
-        StoreQuiescenceHashTable(zobrist_key, stand_pat, BOUND_LOWER, NO_MOVE_INDEX);
+        StoreQuiescenceHashTable(board.zobrist_key, stand_pat, BOUND_LOWER, NO_MOVE_INDEX);
         return stand_pat;
     }
     return SearchCaptures<US>(alpha, beta, ply, last_move, hash_index, stand_pat);

@@ -99,7 +99,7 @@ bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
     const std::int32_t known =
-        ProbeHashTable(zobrist_key, -MATE_EVAL, MATE_EVAL, depth - QUARTER_PLIES, move_index);
+        ProbeHashTable(board.zobrist_key, -MATE_EVAL, MATE_EVAL, depth - QUARTER_PLIES, move_index);
     UnMakeMove(move);
     return known == -score;
 }
@@ -178,7 +178,7 @@ void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     MakeMove(chosen);
     if (IsEqualMove(chosen, root.best_line.moves[0]) && !IsEndOfGame(&chosen)) {
         expected_reply = root.best_line.moves[1];
-        if (expected_reply.captured) expected_reply.captured = position[expected_reply.to];
+        if (expected_reply.captured) expected_reply.captured = board.position[expected_reply.to];
     }
     UnMakeMove(chosen);
 }

@@ -41,7 +41,7 @@ void Ignore(std::string_view) {}
 // The board from white's side, the position as FEN and its hash key.
 void ShowBoard(std::string_view) {
     char key[32];
-    std::snprintf(key, sizeof key, "%016" PRIx64, zobrist_key);
+    std::snprintf(key, sizeof key, "%016" PRIx64, board.zobrist_key);
     Tell(WrittenDiagram({}) + "Fen: " + GetBoardFen() + "\nKey: " + key);
 }
 

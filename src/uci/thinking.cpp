@@ -181,10 +181,11 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
 
 // The clock of the side to move, without what the way to the front end will take of it.
 std::optional<TimeLeft> ClockOf(const Request& request) {
-    if (!request.has_clock[side_to_move]) return {};
-    const std::int64_t clock = request.clock[side_to_move];
+    if (!request.has_clock[board.side_to_move]) return {};
+    const std::int64_t clock = request.clock[board.side_to_move];
     const std::int64_t kept = std::min(MOVES_TO_COME * uci_options.move_overhead, clock / 2);
-    return TimeLeft{ToCentiseconds(clock - kept), ToCentiseconds(request.increment[side_to_move])};
+    return TimeLeft{ToCentiseconds(clock - kept),
+                    ToCentiseconds(request.increment[board.side_to_move])};
 }
 
 // A mate in n moves is looked for a move deeper, as the search passes over some moves.
@@ -228,7 +229,7 @@ bool IsPlaying(const Request& request) {
 // the search.
 bool IsBookWanted(const Request& request) {
     return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
-           (request.has_clock[side_to_move] || request.move_time > 0 || request.nodes > 0);
+           (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
 }
 
 bool IsWeakened(const Request& request) { return uci_options.limit_strength && IsPlaying(request); }

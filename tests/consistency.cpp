@@ -1,19 +1,18 @@
-#include "snapshot.h"
+#include "consistency.h"
 
 #include "eval/evaltables.h"
 #include "game/history.h"
 #include "moves/predicates.h"
 
-#include <cstring>
 #include <initializer_list>
 
 namespace {
 
-std::uint64_t PieceKeys(const Piece (&board)[SQUARES]) {
+std::uint64_t PieceKeys(const Piece (&squares)[SQUARES]) {
     std::uint64_t keys = 0;
     for (int square = 0; square < SQUARES; ++square) {
-        const int row = (board[square] & 0x80 ? 8 : 0) + (board[square] & 7);
-        if (board[square] != NO_PIECE) keys ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
+        const int row = (squares[square] & 0x80 ? 8 : 0) + (squares[square] & 7);
+        if (squares[square] != NO_PIECE) keys ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
     }
     return keys;
 }
@@ -33,7 +32,7 @@ bool IsSetOfCastlingKeys(std::uint64_t keys) {
 
 // The castling keys that the hash key held at the start of the game.
 std::uint64_t FirstCastlingKeys() {
-    const bool is_black = (side_to_move == BLACK) != (state_history.count % 2 != 0);
+    const bool is_black = (board.side_to_move == BLACK) != (state_history.count % 2 != 0);
     return zobrist_keys[0] ^ zobrist_xors[0] ^ PieceKeys(state_history.positions[0]) ^
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
@@ -61,58 +60,36 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
     return keys;
 }
 
-// What the board does not tell (en-passant key, ply) is taken as given.
-Snapshot ComputeSnapshot(std::uint64_t castling_keys) {
-    Snapshot now{};
-    now.key = castling_keys ^ zobrist_xor;
+// Recomputes everything that follows from the squares; ply, side and en-passant key are given.
+Position ComputePosition(std::uint64_t castling_keys) {
+    Position now{};
+    now.side_to_move = board.side_to_move;
+    now.zobrist_ply_number = board.zobrist_ply_number;
+    now.zobrist_xor = board.zobrist_xor;
+    now.zobrist_key = castling_keys ^ board.zobrist_xor ^ PieceKeys(board.position);
+    if (board.side_to_move == BLACK) now.zobrist_key ^= ZOBRIST_KEY_SIDE_SWITCH;
     for (int square = 0; square < SQUARES; ++square) {
-        const Piece piece = position[square];
-        now.board[square] = piece;
+        const Piece piece = board.position[square];
+        now.position[square] = piece;
         if (piece == NO_PIECE) continue;
         const int colour = piece & 0x80 ? 1 : 0;
         const int type = piece & 7;
         const int row = colour * 8 + type;
-        now.key ^= ZOBRIST_KEY_GLOBAL[row * 64 + square];
-        now.by_type[row] |= BIT_RANK[square];
-        now.all[0][colour] |= BIT_RANK[square];
-        now.all[1][colour] |= BITS[square].file;
-        now.all[2][colour] |= BITS[square].a1h8;
-        now.all[3][colour] |= BITS[square].a8h1;
-        now.numbers[0][colour] += type != PAWN;
-        now.numbers[1][colour] += type == KING ? 0 : PIECE_WEIGHT[type];
-        now.numbers[2][colour] += PIECE_SQUARE_EVAL[row * 64 + square];
+        now.pieces_by_type[row] |= BIT_RANK[square];
+        now.pieces_all[colour].rank |= BIT_RANK[square];
+        now.pieces_all[colour].file |= BITS[square].file;
+        now.pieces_all[colour].a1h8 |= BITS[square].a1h8;
+        now.pieces_all[colour].a8h1 |= BITS[square].a8h1;
+        now.pieces_on_board[colour] += type != PAWN;
+        now.piece_weight_eval[colour] += type == KING ? 0 : PIECE_WEIGHT[type];
+        now.piece_square_eval[colour] += PIECE_SQUARE_EVAL[row * 64 + square];
     }
-    if (side_to_move == BLACK) now.key ^= ZOBRIST_KEY_SIDE_SWITCH;
-    now.side = side_to_move;
-    now.ply = zobrist_ply_number;
-    now.en_passant_key = zobrist_xor;
     return now;
 }
 
 } // namespace
 
-Snapshot TakeSnapshot() {
-    Snapshot now;
-    std::memcpy(now.board, position, sizeof now.board);
-    std::memcpy(now.by_type, pieces_by_type, sizeof now.by_type);
-    for (const Colour colour : {WHITE, BLACK}) {
-        now.all[0][colour] = pieces_all[colour].rank;
-        now.all[1][colour] = pieces_all[colour].file;
-        now.all[2][colour] = pieces_all[colour].a1h8;
-        now.all[3][colour] = pieces_all[colour].a8h1;
-        now.numbers[0][colour] = pieces_on_board[colour];
-        now.numbers[1][colour] = piece_weight_eval[colour];
-        now.numbers[2][colour] = piece_square_eval[colour];
-    }
-    now.side = side_to_move;
-    now.ply = zobrist_ply_number;
-    now.key = zobrist_key;
-    now.en_passant_key = zobrist_xor;
-    return now;
-}
-
 bool IsConsistentPosition() {
     const std::uint64_t first_keys = FirstCastlingKeys();
-    return IsSetOfCastlingKeys(first_keys) &&
-           TakeSnapshot() == ComputeSnapshot(CastlingKeys(first_keys));
+    return IsSetOfCastlingKeys(first_keys) && board == ComputePosition(CastlingKeys(first_keys));
 }
