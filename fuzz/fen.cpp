@@ -1,10 +1,10 @@
 // A position to set up in the first line, and moves to play from it, a number each.
+#include "notation/fen.h"
 #include "consistency.h"
 #include "game/gamestate.h"
 #include "harness.h"
 #include "moves/makemove.h"
 #include "mutate.h"
-#include "notation/setboard.h"
 #include "play/newgame.h"
 
 #include <algorithm>

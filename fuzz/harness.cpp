@@ -1,5 +1,6 @@
 #include "harness.h"
 
+#include "board/move.h"
 #include "board/utility.h"
 #include "consistency.h"
 #include "frame/startup.h"
@@ -7,9 +8,8 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
+#include "notation/fen.h"
 #include "notation/notation.h"
-#include "notation/setboard.h"
 #include "play/newgame.h"
 #include "play/turns.h"
 #include "search/hash.h"

@@ -1,12 +1,11 @@
 // Move tokens, in either notation, from one of a few positions; then the game as PGN, read again.
+#include "board/move.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "harness.h"
-#include "moves/predicates.h"
 #include "mutate.h"
-#include "notation/gamefile.h"
 #include "notation/notation.h"
 #include "notation/portable.h"
 #include "notation/text.h"

@@ -8,9 +8,7 @@
 #include "platform/channel.h"
 #include "protocol/interpreter.h"
 #include "protocol/poll.h"
-#include "protocol/thinking.h"
 #include "search/records.h"
-#include "search/request.h"
 
 #include <algorithm>
 

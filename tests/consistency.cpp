@@ -1,8 +1,8 @@
 #include "consistency.h"
 
+#include "board/move.h"
 #include "eval/evaltables.h"
 #include "game/history.h"
-#include "moves/predicates.h"
 
 #include <initializer_list>
 

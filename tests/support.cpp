@@ -8,9 +8,9 @@
 #include "notation/notation.h"
 #include "play/newgame.h"
 #include "play/turns.h"
-#include "protocol/thinking.h"
+#include "protocol/poll.h"
 #include "search/hash.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <cstdlib>
 #include <deque>

@@ -8,8 +8,8 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "notation/gamefile.h"
 #include "notation/notation.h"
+#include "notation/portable.h"
 #include "play/newgame.h"
 
 #include <algorithm>

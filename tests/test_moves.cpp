@@ -8,8 +8,8 @@
 #include "game/history.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
+#include "notation/fen.h"
 #include "notation/notation.h"
-#include "notation/setboard.h"
 
 #include <gtest/gtest.h>
 #include <iterator>

@@ -11,7 +11,6 @@
 #include "play/turns.h"
 #include "search/hash.h"
 #include "search/records.h"
-#include "search/request.h"
 #include "search/rootsearch.h"
 
 #include <iterator>

@@ -5,7 +5,7 @@
 #include "board/score.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
-#include "notation/pgninfo.h"
+#include "notation/portable.h"
 #include "play/newgame.h"
 #include "play/turns.h"
 #include "search/hash.h"

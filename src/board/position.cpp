@@ -1,6 +1,24 @@
 #include "board/position.h"
 
+#include "board/utility.h"
+
 #include <algorithm>
+#include <span>
+
+std::uint64_t ZOBRIST_KEY_GLOBAL[PIECE_INDICES * SQUARES];
+std::uint64_t ZOBRIST_KEY_CASTLE[COLOURS * CASTLE_SIDES];
+std::uint64_t ZOBRIST_KEY_ENPASSANT[SQUARES];
+std::uint64_t ZOBRIST_KEY_SIDE_SWITCH;
+
+namespace {
+
+void DrawKeys(std::span<std::uint64_t> keys) {
+    for (std::uint64_t& key : keys) {
+        key = RandomU64();
+    }
+}
+
+} // namespace
 
 Position board;
 bool is_position_withheld = false;
@@ -26,4 +44,11 @@ void NewRepresentation() {
     board.zobrist_ply_number = 0;
     zobrist_keys[0] = board.zobrist_key;
     zobrist_xors[0] = board.zobrist_xor;
+}
+
+void InitializeZobristKeys() {
+    DrawKeys(ZOBRIST_KEY_GLOBAL);
+    DrawKeys(ZOBRIST_KEY_CASTLE);
+    DrawKeys(ZOBRIST_KEY_ENPASSANT);
+    ZOBRIST_KEY_SIDE_SWITCH = RandomU64();
 }

@@ -1,10 +1,10 @@
 #include "book/book.h"
 
+#include "board/move.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "notation/notation.h"
 #include "notation/portable.h"
 #include "notation/text.h"

@@ -1,6 +1,6 @@
 #include "book/movetrie.h"
 
-#include "moves/predicates.h"
+#include "board/move.h"
 #include "platform/enforce.h"
 #include "platform/system.h"
 

@@ -1,8 +1,8 @@
 #include "frame/startup.h"
 
 #include "board/bitboard.h"
+#include "board/position.h"
 #include "board/utility.h"
-#include "board/zobrist.h"
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "eval/evaltables.h"
@@ -12,9 +12,8 @@
 #include "platform/enforce.h"
 #include "play/newgame.h"
 #include "protocol/poll.h"
-#include "protocol/thinking.h"
 #include "search/hash.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #include "game/history.h"
 
+#include "board/move.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 
 #include <algorithm>
 #include <cassert>

@@ -6,7 +6,7 @@
 #include "moves/makemove.h"
 #include "notation/notation.h"
 #include "platform/system.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <cassert>
 #include <cinttypes>

@@ -1,6 +1,6 @@
 #include "moves/attacks.h"
 
-#include "moves/predicates.h"
+#include "board/move.h"
 
 bool PreventedCastle(int square) {
     return board.side_to_move == WHITE ? IsAttackedBy<BLACK>(square) : IsAttackedBy<WHITE>(square);

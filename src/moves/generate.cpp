@@ -1,7 +1,7 @@
 #include "moves/generate.h"
 
+#include "board/move.h"
 #include "moves/attacks.h"
-#include "moves/predicates.h"
 
 #include <cassert>
 #include <initializer_list>

@@ -1,10 +1,10 @@
 #include "moves/makemove.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "eval/evaltables.h"
 #include "moves/attacks.h"
 #include "moves/generate.h"
-#include "moves/predicates.h"
 
 #include <cassert>
 #include <initializer_list>

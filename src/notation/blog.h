@@ -1,7 +1,7 @@
 // The plain text logs: a summary line a game, and a line a rejected command.
 #pragma once
 
-#include "notation/pgninfo.h"
+#include "notation/portable.h"
 
 #include <string_view>
 

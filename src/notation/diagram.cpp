@@ -3,7 +3,7 @@
 #include "board/position.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
-#include "notation/characters.h"
+#include "notation/text.h"
 
 namespace {
 

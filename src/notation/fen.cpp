@@ -2,12 +2,22 @@
 
 #include "board/bitboard.h"
 #include "board/move.h"
-#include "notation/characters.h"
+#include "board/position.h"
+#include "eval/evaltables.h"
+#include "game/gamestate.h"
+#include "moves/attacks.h"
+#include "notation/portable.h"
 #include "notation/text.h"
+#include "platform/system.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cstdio>
+#include <string>
 
 namespace {
+
+constexpr const char* FEN_LOG = "GameLog.fen";
 
 // Larger counters become this one, so that counting on from them cannot overflow.
 constexpr std::int32_t MAX_COUNTER = 100'000;
@@ -50,9 +60,9 @@ bool ReadSide(std::string_view text, Fen& fen) {
     return text == "w" || text == "b";
 }
 
-// Each letter at most once. Its king's and its rook's square may be empty. An enemy piece on them
-// is refused, because castling does not look at the colour of unmoved pieces. So is a king on the
-// rook's square, because an unmoved king is taken to stand on its home square.
+// Each letter at most once. The squares of its king and rook may be empty. An enemy piece on them
+// is refused, because castling does not check the colour of unmoved pieces. So is a king on the
+// rook's square, because an unmoved king is assumed to be on its home square.
 bool ReadCastling(std::string_view text, Fen& fen) {
     std::size_t read = text == "-" ? 1 : 0;
     for (const Colour colour : {WHITE, BLACK}) {
@@ -72,7 +82,7 @@ bool ReadCastling(std::string_view text, Fen& fen) {
     return read > 0 && read == text.size();
 }
 
-// The square behind a pawn that has just made its double step.
+// The square passed over by a pawn that has just made its double step.
 bool ReadEnPassant(std::string_view text, Fen& fen) {
     fen.en_passant = NO_SQUARE;
     if (text == "-") return true;
@@ -87,7 +97,7 @@ bool ReadEnPassant(std::string_view text, Fen& fen) {
            fen.board[to] == (UnmovedPiece(pusher, PAWN) | MOVED_FLAG);
 }
 
-// A number that is missing gets its default.
+// A missing number gets its default.
 bool ReadCounter(std::string_view word, std::int32_t missing, std::int32_t& value) {
     value = missing;
     if (word.empty()) return true;
@@ -96,55 +106,42 @@ bool ReadCounter(std::string_view word, std::int32_t missing, std::int32_t& valu
     return true;
 }
 
-// The first piece that a step's line from the square meets, within `reach` squares.
-Piece FirstPieceOnLine(const Fen& fen, int square, int file_step, int rank_step, int reach) {
-    for (int i = 1; i <= reach; ++i) {
-        const int file = FileOf(square) + i * file_step;
-        const int rank = RankOf(square) + i * rank_step;
-        if (!IsOnBoard(file, rank)) break;
-        const Piece piece = fen.board[SquareOf(file, rank)];
-        if (piece != NO_PIECE) return piece;
+void PlacePieces(const Fen& fen) {
+    for (int square = 0; square < SQUARES; ++square) {
+        const Piece piece = fen.board[square];
+        if (piece == NO_PIECE) continue;
+        const Colour colour = ColourOf(piece);
+        const PieceType type = TypeOf(piece);
+        board.position[square] = piece;
+        if (type != PAWN) ++board.pieces_on_board[colour];
+        TogglePieceOnBitBoard(colour, type, square);
+        board.zobrist_key ^= PieceKey(colour, type, square);
     }
-    return NO_PIECE;
+    NewEvaluation();
 }
 
-// The side to move could take the piece on the square. The move machinery cannot be asked: this
-// board is not the position in play, and may never be.
-bool IsAttackedBySide(const Fen& fen, int square) {
-    const auto is_own = [&](Piece piece) {
-        return piece != NO_PIECE && ColourOf(piece) == fen.side;
-    };
-    for (int i = 0; i < 8; ++i) {
-        const bool is_diagonal = KING_X[i] != 0 && KING_Y[i] != 0;
-        const Piece slider = FirstPieceOnLine(fen, square, KING_X[i], KING_Y[i], BOARD_SIDE);
-        const PieceType type = TypeOf(slider);
-        if (is_own(slider) && (type == QUEEN || type == (is_diagonal ? BISHOP : ROOK))) return true;
-        const Piece neighbour = FirstPieceOnLine(fen, square, KING_X[i], KING_Y[i], 1);
-        if (is_own(neighbour) && TypeOf(neighbour) == KING) return true;
-        if (is_own(neighbour) && TypeOf(neighbour) == PAWN && is_diagonal &&
-            KING_Y[i] * BOARD_SIDE == -PAWN_STEP[fen.side]) {
-            return true;
-        }
-        const Piece jumper = FirstPieceOnLine(fen, square, KNIGHT_X[i], KNIGHT_Y[i], 1);
-        if (is_own(jumper) && TypeOf(jumper) == KNIGHT) return true;
-    }
-    return false;
+// The side to move could take the king. Tries the position on the board and restores that.
+bool IsKingLeftInCheck(const Fen& fen) {
+    const Position before = board;
+    board = {};
+    PlacePieces(fen);
+    board.side_to_move = fen.side;
+    const bool is_left = HaveKingCaptures();
+    board = before;
+    return is_left;
 }
 
-// What keeps a game from being played from the position, or null.
+// Returns why no game can be played from the position, or null.
 const char* FaultOfPosition(const Fen& fen) {
     int kings[COLOURS] = {0, 0};
-    int enemy_king = NO_SQUARE;
     for (int square = 0; square < SQUARES; ++square) {
         const Piece piece = fen.board[square];
         const bool is_back_rank = RankOf(square) == RANK_1 || RankOf(square) == RANK_8;
         if (TypeOf(piece) == PAWN && is_back_rank) return "a pawn is on the first or last rank";
-        if (TypeOf(piece) != KING) continue;
-        ++kings[ColourOf(piece)];
-        if (ColourOf(piece) != fen.side) enemy_king = square;
+        if (TypeOf(piece) == KING) ++kings[ColourOf(piece)];
     }
     if (kings[WHITE] != 1 || kings[BLACK] != 1) return "each side must have one king";
-    if (IsAttackedBySide(fen, enemy_king)) return "the side that just moved is in check";
+    if (IsKingLeftInCheck(fen)) return "the side that just moved is in check";
     return nullptr;
 }
 
@@ -167,6 +164,68 @@ const char* ReadFields(std::string_view text, Fen& fen) {
     return FaultOfPosition(fen);
 }
 
+// Records the double step as the last move. Its pieces have no colour, because readers use only
+// type and squares. It is in the key only if it can be captured.
+void PlaceEnPassant(int square) {
+    const Colour pusher = Opponent(board.side_to_move);
+    Move& push = game_state.last_move;
+    push.from = square - PAWN_STEP[pusher];
+    push.to = square + PAWN_STEP[pusher];
+    push.piece = PAWN;
+    push.promoted = PAWN;
+    game_state.no_last_move = 0;
+    board.side_to_move = pusher;
+    if (IsEnPassantEnablingMove(push)) {
+        board.zobrist_xor = ZOBRIST_KEY_ENPASSANT[square];
+        board.zobrist_key ^= board.zobrist_xor;
+    }
+    board.side_to_move = Opponent(pusher);
+}
+
+std::string WrittenPlacement() {
+    std::string text;
+    for (int rank = RANK_8; rank >= RANK_1; --rank) {
+        int empty = 0;
+        for (int file = FILE_A; file <= FILE_H; ++file) {
+            const Piece piece = board.position[SquareOf(file, rank)];
+            if (piece == NO_PIECE) {
+                ++empty;
+                continue;
+            }
+            if (empty > 0) text += static_cast<char>('0' + empty);
+            empty = 0;
+            const char letter = CharByPiece(TypeOf(piece));
+            text += ColourOf(piece) == WHITE ? letter : LowerCase(letter);
+        }
+        if (empty > 0) text += static_cast<char>('0' + empty);
+        if (rank > RANK_1) text += '/';
+    }
+    return text;
+}
+
+bool IsUnmoved(int square, PieceType type) {
+    return TypeOf(board.position[square]) == type && !IsMoved(board.position[square]);
+}
+
+std::string WrittenCastling() {
+    std::string text;
+    for (const Colour colour : {WHITE, BLACK}) {
+        for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
+            if (IsUnmoved(KING_HOME[colour], KING) && IsUnmoved(ROOK_HOME[colour][side], ROOK)) {
+                text += CASTLING_LETTERS[colour][side];
+            }
+        }
+    }
+    return text.empty() ? "-" : text;
+}
+
+std::string WrittenEnPassant() {
+    const Move* last = LastMove();
+    if (!last || !IsPawnPushMove(*last) || !IsTwoRankMove(*last)) return "-";
+    return {CharByFile(FileOf(last->from)),
+            CharByRank((RankOf(last->from) + RankOf(last->to)) / 2)};
+}
+
 } // namespace
 
 bool ReadFen(std::string_view text, Fen& fen) { return ReadFields(text, fen) == nullptr; }
@@ -180,4 +239,39 @@ bool IsEmptyBoard(std::string_view text) {
     Fen fen;
     return ReadPlacement(NextWord(text), fen) &&
            std::ranges::all_of(fen.board, [](Piece piece) { return piece == NO_PIECE; });
+}
+
+void PlacePosition(const Fen& fen) {
+    board = {};
+    PlacePieces(fen);
+    board.side_to_move = fen.side;
+    if (board.side_to_move == BLACK) board.zobrist_key ^= ZOBRIST_KEY_SIDE_SWITCH;
+    for (const Colour colour : {WHITE, BLACK}) {
+        for (const CastleSide side : {KING_SIDE, QUEEN_SIDE}) {
+            if (!fen.castling[colour][side]) continue;
+            board.zobrist_key ^= ZOBRIST_KEY_CASTLE[CastleIndex(colour, side)];
+        }
+    }
+    game_state.no_last_move = 1;
+    if (fen.en_passant != NO_SQUARE) PlaceEnPassant(fen.en_passant);
+    game_state.fifty_move_count = fen.half_moves;
+    zobrist_keys[board.zobrist_ply_number] = board.zobrist_key;
+    zobrist_xors[board.zobrist_ply_number] = board.zobrist_xor;
+}
+
+const char* GetBoardFen() {
+    assert(!is_position_withheld);
+    static char text[FEN_SIZE];
+    const int full_move = (game_state.ply_count + pgn_game_info.first_ply - 1) / 2 + 1;
+    std::snprintf(text, sizeof text, "%s %s %s %s %d %d", WrittenPlacement().c_str(),
+                  board.side_to_move == WHITE ? "w" : "b", WrittenCastling().c_str(),
+                  WrittenEnPassant().c_str(), game_state.fifty_move_count, full_move);
+    return text;
+}
+
+void WriteFenBoard() {
+    std::FILE* file = OpenFile(FEN_LOG, FileUse::LOG);
+    if (!file) return;
+    std::fprintf(file, "%s\n", GetBoardFen());
+    std::fclose(file);
 }

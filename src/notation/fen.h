@@ -1,5 +1,4 @@
-// Positions in Forsyth-Edwards Notation (FEN) as values: a text is read and judged here, and the
-// position in play is not touched.
+// Positions in Forsyth-Edwards Notation (FEN): read into a record, put on the board, and written.
 #pragma once
 
 #include "board/types.h"
@@ -16,7 +15,7 @@ inline constexpr const char* INITIAL_FEN =
 
 inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k', 'q'}};
 
-// What a FEN text says.
+// The contents of a FEN text.
 struct Fen {
     Piece board[SQUARES]; // pieces with castling rights and pawns at home are unmoved
     Colour side;
@@ -27,8 +26,8 @@ struct Fen {
     char text[FEN_SIZE];                  // the text itself
 };
 
-// Reads a text, which is cut to FEN_SIZE. False when it is no playable position; the value then
-// means nothing.
+// Reads a text, which is cut to FEN_SIZE, and leaves the board as it was. Returns false, with an
+// undefined record, if it is not a playable position.
 bool ReadFen(std::string_view text, Fen& fen);
 
 // What is wrong with a text, in words for a person; null when it is a playable position.
@@ -36,3 +35,14 @@ const char* FindFenFault(std::string_view text);
 
 // The text shows a board without any piece, which no game can begin from.
 bool IsEmptyBoard(std::string_view text);
+
+// Puts the position on the board, with its key as the first of the key history, and with what the
+// game record knows of it: the double step that led here, if one did, and the fifty-move count.
+// Everything else of the game is the caller's.
+void PlacePosition(const Fen& fen);
+
+// The position as FEN, in a static buffer.
+const char* GetBoardFen();
+
+// Appends the position to the log of final positions.
+void WriteFenBoard();

@@ -1,13 +1,13 @@
 #include "notation/notation.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
-#include "notation/characters.h"
+#include "notation/text.h"
 
 #include <cassert>
 

@@ -1,15 +1,23 @@
 #include "notation/portable.h"
 
+#include "board/move.h"
+#include "board/types.h"
+#include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "notation/notation.h"
+#include "notation/text.h"
 #include "platform/system.h"
 
+#include <algorithm>
 #include <cstring>
+#include <ctime>
+#include <string>
 #include <string_view>
+
+PgnGameInfo pgn_game_info;
 
 namespace {
 
@@ -36,7 +44,151 @@ void ForEachMove(std::span<const Move> moves, Visit visit) {
     game_state = saved;
 }
 
+constexpr std::size_t TIME_TEXT_SIZE = 64;
+
+void WriteLocalTime(char (&text)[TIME_TEXT_SIZE], const char* format) {
+    const std::time_t now = std::time(nullptr);
+    text[0] = '\0';
+    if (const std::tm* local = std::localtime(&now)) {
+        std::strftime(text, TIME_TEXT_SIZE, format, local);
+    }
+}
+
+// The index of the tag of that name, or tag_count.
+std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
+    std::int32_t i = 0;
+    while (i < info.tag_count && info.tags[i].name != name) {
+        ++i;
+    }
+    return i;
+}
+
+// The longest header line that is read. A longer one loses its end, and so is no tag.
+constexpr std::size_t HEADER_LINE_SIZE = 512;
+
+constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
+
+bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// UTF-8 files of some systems begin with these three bytes.
+bool IsOfByteOrderMark(int c) { return c == 0xEF || c == 0xBB || c == 0xBF; }
+
+int NextChar(std::FILE* file) { return std::getc(file); }
+
+// Reads the rest of a line into the buffer, cut to it and without white space at its end.
+std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
+    std::size_t length = 0;
+    for (int c = NextChar(file); c != EOF && c != '\n'; c = NextChar(file)) {
+        if (length < buffer.size()) buffer[length++] = static_cast<char>(c);
+    }
+    while (length > 0 && IsWhiteSpace(buffer[length - 1])) {
+        --length;
+    }
+    return {buffer.data(), length};
+}
+
+// Looks at the next character and leaves it there.
+int PeekChar(std::FILE* file) {
+    const int c = NextChar(file);
+    return std::ungetc(c, file);
+}
+
+// [Name "Value"], with a backslash before a quote or backslash in the value.
+bool ReadTag(std::string_view line, PgnTag& tag) {
+    constexpr std::string_view CLOSING = "\"]";
+    const std::size_t blank = line.find(' ');
+    const std::size_t quote = line.find('"', std::min(blank, line.size()));
+    if (!line.starts_with('[') || quote == std::string_view::npos) return false;
+    std::string_view value = line.substr(quote + 1);
+    if (!value.ends_with(CLOSING)) return false;
+    value.remove_suffix(CLOSING.size());
+    CopyText(tag.name, line.substr(1, blank - 1));
+    std::size_t length = 0;
+    for (; !value.empty(); value.remove_prefix(1)) {
+        if (value.front() == '\\' && value.size() > 1) value.remove_prefix(1);
+        if (length < PGN_TEXT_SIZE - 1) tag.value[length++] = value.front();
+    }
+    tag.value[length] = '\0';
+    return true;
+}
+
+// Reads a token of characters other than white space; its length in the buffer, 0 at the file's
+// end.
+std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
+    std::size_t length = 0;
+    int c = NextChar(file);
+    while (IsWhiteSpace(c)) {
+        c = NextChar(file);
+    }
+    for (; c != EOF && !IsWhiteSpace(c); c = NextChar(file)) {
+        if (length < token.size() - 1) token[length++] = static_cast<char>(c);
+    }
+    if (c != EOF) std::ungetc(c, file); // the line's end may be asked for
+    token[length] = '\0';
+    return length;
+}
+
 } // namespace
+
+const char* PgnDate() {
+    static char text[TIME_TEXT_SIZE];
+    WriteLocalTime(text, "%Y.%m.%d");
+    return text;
+}
+
+const char* PgnTime() {
+    static char text[TIME_TEXT_SIZE];
+    WriteLocalTime(text, "%H:%M:%S");
+    return text;
+}
+
+void SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value) {
+    name = name.substr(0, PGN_TEXT_SIZE - 1);
+    const std::int32_t index = FindTag(info, name);
+    if (index == MAX_PGN_TAGS) return;
+    PgnTag& tag = info.tags[index];
+    if (index == info.tag_count) {
+        CopyText(tag.name, name);
+        ++info.tag_count;
+    }
+    CopyText(tag.value, value);
+}
+
+const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name) {
+    static char value[PGN_TEXT_SIZE];
+    const std::int32_t index = FindTag(info, name);
+    CopyText(value, index < info.tag_count ? info.tags[index].value : "?");
+    return value;
+}
+
+void SwapPgnTagValuesByNames(PgnGameInfo& info, std::string_view a, std::string_view b) {
+    const std::string value_a = GetPgnTagValueByName(info, a);
+    const std::string value_b = GetPgnTagValueByName(info, b);
+    SetPgnTagValueByName(info, a, value_b);
+    SetPgnTagValueByName(info, b, value_a);
+}
+
+void DefaultPgnTagValues(PgnGameInfo& info) {
+    const std::string program = std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION);
+    SetPgnTagValueByName(info, "Date", PgnDate());
+    SetPgnTagValueByName(info, "Time", PgnTime());
+    SetPgnTagValueByName(info, "White", program);
+    SetPgnTagValueByName(info, "WhiteType", "program");
+    SetPgnTagValueByName(info, "BlackType", "human");
+}
+
+void CorrectPgnTagValues(PgnGameInfo& info) {
+    if (info.engine_color != BLACK) return;
+    SwapPgnTagValuesByNames(info, "White", "Black");
+    SwapPgnTagValuesByNames(info, "WhiteElo", "BlackElo");
+    SwapPgnTagValuesByNames(info, "WhiteType", "BlackType");
+}
+
+void NewPgnGameInfo() {
+    std::memset(&pgn_game_info, 0, sizeof pgn_game_info);
+    DefaultPgnTagValues(pgn_game_info);
+    pgn_game_info.first_ply = 1;
+}
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value) {
     std::fprintf(file, "[%s \"", name);
@@ -105,4 +257,39 @@ bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<cons
     WritePgnMoveList(file, moves, {info.first_ply, PGN_WIDTH, result});
     std::fputs("\n\n", file);
     return std::fclose(file) == 0;
+}
+
+bool SkipToNextGame(std::FILE* file) {
+    int c = NextChar(file);
+    while (IsWhiteSpace(c) || IsOfByteOrderMark(c)) {
+        c = NextChar(file);
+    }
+    return std::ungetc(c, file) != EOF;
+}
+
+bool ReadNextPgnTag(std::FILE* file, PgnTag& tag) {
+    char line[HEADER_LINE_SIZE];
+    while (PeekChar(file) == '[') {
+        if (ReadTag(ReadLine(file, line), tag)) return true;
+    }
+    return false;
+}
+
+bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
+    for (;;) {
+        const std::string_view text(token.data(), ReadToken(file, token));
+        if (text.empty()) return false;
+        if (IsDigit(text.front()) && text.back() == '.') continue;
+        for (const std::string_view result : RESULTS) {
+            if (text == result) return false;
+        }
+        return true;
+    }
+}
+
+void SkipLine(std::FILE* file) {
+    int c = NextChar(file);
+    while (c != EOF && c != '\n') {
+        c = NextChar(file);
+    }
 }

@@ -1,7 +1,5 @@
 #include "notation/text.h"
 
-#include "notation/characters.h"
-
 #include <algorithm>
 #include <cassert>
 #include <charconv>

@@ -1,12 +1,11 @@
 #include "notation/typed.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
-#include "notation/characters.h"
 #include "notation/fen.h"
 #include "notation/text.h"
 

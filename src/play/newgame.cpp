@@ -5,8 +5,7 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "notation/fen.h"
-#include "notation/pgninfo.h"
-#include "notation/setboard.h"
+#include "notation/portable.h"
 #include "notation/text.h"
 #include "search/hash.h"
 

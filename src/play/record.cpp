@@ -2,7 +2,6 @@
 
 #include "game/history.h"
 #include "notation/notation.h"
-#include "notation/pgninfo.h"
 #include "notation/portable.h"
 #include "play/newgame.h"
 #include "play/turns.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "board/move.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <cstdint>
 

@@ -1,5 +1,6 @@
 #include "play/turns.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "book/book.h"
 #include "game/enginestate.h"
@@ -7,10 +8,9 @@
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "notation/blog.h"
 #include "notation/notation.h"
-#include "notation/pgninfo.h"
+#include "notation/portable.h"
 #include "notation/text.h"
 #include "platform/channel.h"
 #include "search/hash.h"

@@ -1,21 +1,18 @@
 #include "protocol/interpreter.h"
 
+#include "board/move.h"
 #include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
 #include "game/gamestate.h"
 #include "game/history.h"
-#include "moves/predicates.h"
 #include "notation/blog.h"
-#include "notation/pgninfo.h"
+#include "notation/fen.h"
 #include "notation/portable.h"
-#include "notation/setboard.h"
 #include "notation/text.h"
 #include "platform/channel.h"
 #include "play/newgame.h"
 #include "play/turns.h"
-#include "protocol/command.h"
-#include "protocol/features.h"
 #include "search/records.h"
 
 #include <algorithm>
@@ -57,7 +54,36 @@ void AnalyzeInMode() {
 
 void Ignore(std::string_view) {}
 
-void CarryOutProtover(std::string_view) { SendFeatures(); }
+struct Feature {
+    char name[32];
+    char value[32];
+};
+
+constexpr Feature FEATURES[] = {
+    {"ping", "1"},     {"setboard", "1"}, {"playother", "1"}, {"san", "1"},
+    {"usermove", "1"}, {"time", "1"},     {"draw", "1"},      {"sigint", "0"},
+    {"sigterm", "0"},  {"reuse", "1"},    {"analyze", "1"},   {"variants", "\"normal\""},
+    {"colors", "0"},   {"ics", "1"},      {"pause", "1"},     {"name", "1"},
+};
+
+void CarryOutProtover(std::string_view) {
+    SendCommand("feature done=0");
+    SendCommand("feature myname=\"" + std::string(PROGRAM_NAME) + " " +
+                std::string(PROGRAM_VERSION) + "\"");
+    for (const Feature& feature : FEATURES) {
+        SendCommand(std::string("feature ") + feature.name + "=" + feature.value);
+    }
+    SendCommand("feature done=1");
+}
+
+// Notes that the front end has accepted the feature that the arguments name.
+void ReceiveFeature(std::string_view arguments) {
+    arguments.remove_prefix(std::min<std::size_t>(1, arguments.size()));
+    const std::string_view name = NextWord(arguments);
+    const auto feature = std::ranges::find(FEATURES, name, &Feature::name);
+    if (feature == std::end(FEATURES)) return;
+    if (name == "san" && std::string_view(feature->value) == "1") engine_state.san_notation = 1;
+}
 
 void CarryOutNew(std::string_view) {
     engine_state.force_mode = 0;

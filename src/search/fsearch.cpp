@@ -1,5 +1,6 @@
 #include "search/fsearch.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "board/score.h"
 #include "board/utility.h"
@@ -9,11 +10,10 @@
 #include "moves/attacks.h"
 #include "moves/generate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "search/hash.h"
 #include "search/prefetch.h"
 #include "search/quiesce.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <algorithm>
 #include <cassert>

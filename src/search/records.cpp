@@ -1,7 +1,6 @@
 #include "search/records.h"
 
 #include "board/utility.h"
-#include "search/request.h"
 
 SearchInfo search_info;
 AnalyzeInfo analyze_info;

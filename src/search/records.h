@@ -1,4 +1,5 @@
-// The records of the running search.
+// The interface of the search, limits and callbacks, and the records of the running search. The
+// search itself knows no protocol.
 #pragma once
 
 #include "board/move.h"
@@ -9,9 +10,44 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <span>
 
 // Nodes between two polls of the limits and the host, below one root move.
 inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
+
+// The limits of a search.
+struct SearchLimits {
+    // Of the deepest iteration, in quarter-plies; three plies are searched anyway.
+    std::int32_t depth;
+    std::optional<TimeLeft> clock; // none: no limit of time
+    std::uint64_t nodes = 0;       // 0: no limit
+    std::span<const Move> moves{}; // the root moves that are searched; empty: all legal ones
+    bool is_strict = false; // long quiescence searches poll the limits and the host, and stop too
+};
+
+// The best line so far; `plies` is the depth of the iteration, the score is in centipawns from the
+// side to move's point of view.
+struct SearchLine {
+    std::int32_t plies;
+    std::int32_t score;
+    std::span<const Move> moves;
+};
+
+// The program around the search. What is null is not called.
+struct SearchHost {
+    // Must the search stop? Called at the first node and then every NODE_CHECK_INTERVAL nodes below
+    // a root move, sooner at a node limit. A quiescence search is finished first unless the limits
+    // are strict. The board is then somewhere in the tree.
+    bool (*must_stop)() = nullptr;
+    // May this root move be searched? If not, the search ends. The root is on the board.
+    bool (*may_go_on)(const Move& move) = nullptr;
+    // There is a new best line.
+    void (*tell_line)(const SearchLine& line) = nullptr;
+    // An iteration has ended; the line is its best.
+    void (*tell_iteration)(const SearchLine& line) = nullptr;
+};
+extern SearchHost search_host; // the start-up's choice
 
 // Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
@@ -35,7 +71,6 @@ inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t
 extern SearchInfo search_info;
 
 // Sets up search_info for a search that begins now. No node is counted yet; the first one polls.
-struct SearchLimits;
 void ResetSearchInfo(const SearchLimits& limits);
 
 // Gives the running search a clock, which runs from now on.

@@ -1,5 +1,6 @@
 #include "search/rootsearch.h"
 
+#include "board/move.h"
 #include "board/position.h"
 #include "board/score.h"
 #include "board/utility.h"
@@ -7,11 +8,9 @@
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"
-#include "moves/predicates.h"
 #include "search/fsearch.h"
 #include "search/hash.h"
 #include "search/records.h"
-#include "search/request.h"
 #include "search/timecontrol.h"
 
 #include <algorithm>

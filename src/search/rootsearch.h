@@ -4,7 +4,7 @@
 
 #include "board/move.h"
 #include "board/score.h"
-#include "search/request.h"
+#include "search/records.h"
 
 #include <cstdint>
 

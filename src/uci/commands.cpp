@@ -5,7 +5,7 @@
 #include "measure/bench.h"
 #include "measure/perft.h"
 #include "notation/diagram.h"
-#include "notation/setboard.h"
+#include "notation/fen.h"
 #include "notation/text.h"
 #include "uci/lines.h"
 #include "uci/options.h"

@@ -2,7 +2,6 @@
 
 #include "book/book.h"
 #include "game/enginestate.h"
-#include "notation/characters.h"
 #include "notation/text.h"
 #include "platform/enforce.h"
 #include "platform/system.h"

@@ -4,7 +4,7 @@
 #include "moves/makemove.h"
 #include "notation/fen.h"
 #include "notation/notation.h"
-#include "notation/pgninfo.h"
+#include "notation/portable.h"
 #include "notation/text.h"
 #include "play/newgame.h"
 #include "play/turns.h"

@@ -1,11 +1,11 @@
 #include "uci/thinking.h"
 
+#include "board/move.h"
 #include "board/score.h"
 #include "board/utility.h"
 #include "book/book.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
-#include "moves/predicates.h"
 #include "notation/notation.h"
 #include "notation/text.h"
 #include "platform/system.h"

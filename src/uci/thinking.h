@@ -1,7 +1,7 @@
 // "go": the search of a UCI front end, what it hears meanwhile, and what it tells.
 #pragma once
 
-#include "search/request.h"
+#include "search/records.h"
 
 #include <string_view>
 
