@@ -163,17 +163,11 @@ void CheckUndo() {
 namespace {
 
 void CheckNotations(const Move& move) {
-    for (const bool is_san : {true, false}) {
-        engine_state.san_notation = is_san;
+    for (const char* const text : {WrittenSan(move), WrittenCoordinates(move)}) {
         Move again;
-        Require(ParseMove(WrittenMove(move), again) && IsSameMove(again, move),
+        Require(ParseMove(text, again) && IsSameMove(again, move),
                 "a move that was written reads as itself");
     }
-}
-
-void Play(std::string_view token) {
-    Require(PlayMove(token), "a legal move can be played");
-    CheckPosition();
 }
 
 } // namespace
@@ -181,12 +175,11 @@ void Play(std::string_view token) {
 void PlayLegalMove(const Move& move) {
     if (IsHistoryFull()) return;
     CheckNotations(move);
-    Play(WrittenMove(move));
+    PlayMove(move);
+    CheckPosition();
 }
 
 void PlayUserMove(std::string_view token) {
     Move move;
-    if (IsHistoryFull() || !ParseMove(token, move) || !IsLegalMove(move)) return;
-    CheckNotations(move);
-    Play(token);
+    if (FindLegalMove(token, move)) PlayLegalMove(move);
 }

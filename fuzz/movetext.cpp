@@ -26,9 +26,8 @@ constexpr const char* STARTS[] = {
 // The game's moves, written and read again, are the same ones.
 void CheckMoveList(std::span<const Move> moves) {
     static char text[1 << 16];
-    engine_state.san_notation = 1;
     std::FILE* file = fmemopen(text, sizeof text, "w+");
-    WritePgnMoveList(file, moves, {1, 80, "*"});
+    WritePgnMoveList(file, moves, {1, 80, "*", WrittenSan});
     std::fputc('\n', file);
     std::rewind(file);
     char token[MOVE_TOKEN_SIZE];
@@ -43,7 +42,6 @@ void CheckMoveList(std::span<const Move> moves) {
     }
     Require(read == moves.size() || IsEndOfGame(LastMove()), "the game is read to its end");
     std::fclose(file);
-    engine_state.san_notation = 0;
 }
 
 // The first byte chooses where the moves begin.

@@ -32,7 +32,9 @@ void StartAt(const std::string& fen) {
 void Play(const std::string& moves) {
     std::istringstream words(moves);
     for (std::string word; words >> word;) {
-        ASSERT_TRUE(PlayMove(word)) << word;
+        Move move;
+        ASSERT_TRUE(FindLegalMove(word, move)) << word;
+        PlayMove(move);
     }
 }
 

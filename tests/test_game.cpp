@@ -73,10 +73,8 @@ void CheckWritten(const TextCase& test) {
     StartAt(test.fields[0]);
     Move move;
     ASSERT_TRUE(ParseMove(test.fields[1], move));
-    EXPECT_EQ(WrittenMove(move), test.fields[1]);
-    engine_state.san_notation = 1;
-    EXPECT_EQ(WrittenMove(move), test.fields[2]);
-    engine_state.san_notation = 0;
+    EXPECT_EQ(WrittenCoordinates(move), test.fields[1]);
+    EXPECT_EQ(WrittenSan(move), test.fields[2]);
 }
 
 const bool ARE_WRITTEN_MOVES_REGISTERED =
@@ -173,7 +171,9 @@ TEST(History, FillsAndEmpties) {
     StartAt(fen);
     const std::uint64_t clock = game_state.engine_time;
     const char* const moves[] = {"e1e2", "e8e7", "e2e1", "e7e8"};
-    for (int i = 0; PlayMove(moves[i % 4]); ++i) {
+    Move move;
+    for (int i = 0; FindLegalMove(moves[i % 4], move); ++i) {
+        PlayMove(move);
         game_state.engine_time = 100;
     }
     EXPECT_EQ(state_history.count + MAX_LINE_PLIES, MAX_PLY_NUMBER);

@@ -174,7 +174,9 @@ void CheckReference(const Reference& test) {
     while (text.size() < test.text.size()) {
         const Thought thought = Think(test.plies);
         text += thought.lines + "move " + thought.move + "\n";
-        if (!PlayMove(thought.move)) break;
+        Move move;
+        if (!FindLegalMove(thought.move, move)) break;
+        PlayMove(move);
     }
     EXPECT_EQ(text, test.text);
 }

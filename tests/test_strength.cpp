@@ -55,7 +55,9 @@ void CheckWin(const TextCase& test) {
     for (const std::int32_t elo : ToLevels(test.fields[1])) {
         StartAt(test.fields[0]);
         while (HasLegalMove(LastMove()) && !IsThreefoldRepetition() && !IsFiftyMoveRule()) {
-            ASSERT_TRUE(PlayMove(MoveOfLevel(elo)));
+            Move move;
+            ASSERT_TRUE(FindLegalMove(MoveOfLevel(elo), move));
+            PlayMove(move);
         }
         EXPECT_TRUE(IsMate(LastMove())) << elo << " after " << game_state.ply_count << " plies";
     }

@@ -18,7 +18,6 @@
 #include "platform/enforce.h"
 #include "platform/system.h"
 #include "play/newgame.h"
-#include "play/record.h"
 #include "play/strength.h"
 #include "play/turns.h"
 #include "protocol/interpreter.h"
@@ -60,7 +59,7 @@ bool is_turned_by_hand = false; // the board stays as the person wants it
 bool is_analysing = false;
 std::int32_t seconds = 2; // for a move
 std::int32_t plies = 0;   // 0: no limit
-std::int32_t elo = 0;     // 0: full strength
+std::int32_t elo = FULL_STRENGTH;
 std::uint64_t search_end = 0;
 std::string last_line;   // the search's last line,
 std::string line_begins; // its first move
@@ -68,13 +67,11 @@ std::string result;      // of the game; empty while it goes on
 CommandLine input;
 bool is_input_waiting = false; // a line was read that is still to be carried out
 
-std::string San(const Move& move) { return WrittenMove(move); }
-
 // Draws the board, and prints the game so far.
 void Draw() {
     std::printf("\n%s", WrittenDiagram(style).c_str());
     if (state_history.count == 0) return;
-    WriteMovesSoFar(stdout);
+    WriteGameSoFar(stdout);
     std::printf("\n");
 }
 
@@ -99,7 +96,7 @@ void TakeLine(const SearchLine& line) {
     char depth[16];
     std::snprintf(depth, sizeof depth, "%2d ", line.plies);
     last_line = depth + WrittenScore(line.score) + " " + WrittenLine(line.moves);
-    line_begins = San(line.moves.front());
+    line_begins = WrittenSan(line.moves.front());
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
@@ -107,14 +104,10 @@ void TakeLine(const SearchLine& line) {
 void Think(std::int32_t level, Move& move, Move& reply) {
     std::printf("\nKorvane is thinking...\n");
     const std::int32_t depth = plies > 0 ? Plies(plies) : engine_state.depth_limit;
-    SearchLimits limits{.depth = depth, .clock = {}};
     search_end = SystemTime() + static_cast<std::uint64_t>(seconds) * TICKS_PER_SECOND;
     last_line.clear();
-    if (level > 0) {
-        FindMoveOfLevel(level, move, reply, limits);
-    } else {
-        FindBestMove(&move, &reply, LastMove(), limits);
-    }
+    line_begins.clear();
+    FindMoveOfLevel(level, move, reply, {.depth = depth, .clock = {}});
     TakeInterrupt();
 }
 
@@ -164,20 +157,18 @@ void BeginGame() {
 void Play(const Move& move, Colour engine) {
     pgn_game_info.engine_color = engine;
     if (state_history.count == 0) BeginGame();
-    PlayMove(San(move));
+    PlayMove(move);
 }
 
-// The person's move that it answers is on the board, but not yet drawn: a book move comes at once.
+// If it answers the person's move, that is made but not drawn yet. It is drawn before a search, not
+// before a book move.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);
-    const BookState book_place = book_state;
-    const bool knows_more = elo == 0 || game_state.ply_count < BookPliesOfLevel(elo);
-    const bool is_from_book = knows_more && GetNextBookMove(move);
-    book_state = book_place; // PlayMove goes on in the book
+    const bool is_from_book = PickBookMoveOfLevel(elo, move);
     if (is_answer && !is_from_book) Draw();
     if (!is_from_book) Think(elo, move, reply);
-    const std::string text = San(move);
+    const std::string text = WrittenSan(move);
     Play(move, board.side_to_move);
     game_state.expected_move = reply;
     Draw();
@@ -215,7 +206,7 @@ void PlayTypedMove(const std::string& text) {
     } else {
         std::printf("Ambiguous: %s can be", text.c_str());
         for (std::size_t i = 0; i < meant.size(); ++i) {
-            std::printf("%s%s", i > 0 ? " or " : " ", WrittenMove(meant[i]));
+            std::printf("%s%s", i > 0 ? " or " : " ", WrittenSan(meant[i]));
         }
         std::printf("\n");
     }
@@ -236,8 +227,8 @@ void Analyse(const std::string&) {
 void Hint(const std::string&) {
     if (IsOver()) return;
     Move move, reply;
-    Think(0, move, reply);
-    std::printf("%s\n", San(move).c_str());
+    Think(FULL_STRENGTH, move, reply);
+    std::printf("%s\n", WrittenSan(move));
 }
 
 // The file that a person means: "~" is their home folder, and other names start in the folder that

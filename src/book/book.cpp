@@ -90,6 +90,22 @@ const char* ReadPlainBook(MoveTrieNode& root, const char* file_name) {
     return IsPlainFile(file_name) ? ReadBook(root, file_name) : "it is no plain file";
 }
 
+// Picks a child of the game's node at random. Returns null out of the book, at its end, and where
+// the user promoted to another piece than the book does.
+const MoveTrieNode* PickChild(Move& move) {
+    if (!IsFollowingBook()) return nullptr;
+    const std::uint32_t r1 = RandomU15();
+    const std::uint32_t r2 = RandomU15();
+    const std::uint32_t r3 = RandomU15();
+    SeedRandom(static_cast<std::uint32_t>(std::time(nullptr)) + r1 + r2 * r3);
+    const auto children = static_cast<std::uint32_t>(book_state.node->child_count);
+    const MoveTrieNode* child = book_state.node->children;
+    for (std::uint32_t skipped = RandomU15() % children; skipped > 0; --skipped) {
+        child = child->next;
+    }
+    return FindLegalMove(child->move, LastMove(), move) ? child : nullptr;
+}
+
 } // namespace
 
 const char* ReadBook(MoveTrieNode& root, const char* file_name) {
@@ -132,28 +148,17 @@ void LeaveBook() {
     UpdateBookHelp();
 }
 
+bool PickBookMove(Move& move) { return PickChild(move) != nullptr; }
+
 bool GetNextBookMove(Move& move) {
     if (!engine_state.use_book || !book_state.in_book) return false;
-    const std::uint32_t children = static_cast<std::uint32_t>(book_state.node->child_count);
-    if (children == 0) {
+    const MoveTrieNode* const child = PickChild(move);
+    if (child) {
+        book_state.node = child;
+    } else {
         book_state.in_book = 0;
-        return false;
     }
-    const std::uint32_t r1 = RandomU15();
-    const std::uint32_t r2 = RandomU15();
-    const std::uint32_t r3 = RandomU15();
-    SeedRandom(static_cast<std::uint32_t>(std::time(nullptr)) + r1 + r2 * r3);
-    const MoveTrieNode* child = book_state.node->children;
-    for (std::uint32_t skipped = RandomU15() % children; skipped > 0; --skipped) {
-        child = child->next;
-    }
-    // The user may have promoted to another piece than the book did, which ends the book here.
-    if (!FindLegalMove(child->move, LastMove(), move)) {
-        book_state.in_book = 0;
-        return false;
-    }
-    book_state.node = child;
-    return true;
+    return child != nullptr;
 }
 
 void SetNextBookMove(const Move& move) {

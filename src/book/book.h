@@ -33,9 +33,12 @@ bool IsFollowingBook();
 // The game goes on without the book.
 void LeaveBook();
 
-// Picks the engine's book move, each stored one with the same probability. False when the game is
-// out of the book. It seeds the random numbers from the time of day: else every run would choose
-// alike.
+// Picks a book move, each stored one with the same probability. Returns false if the book has none
+// here. Seeds the random numbers from the time of day, because every run would pick the same
+// otherwise.
+bool PickBookMove(Move& move);
+
+// Picks a book move and follows it; without one the game leaves the book.
 bool GetNextBookMove(Move& move);
 
 // Follows the move that the user played, or leaves the book.

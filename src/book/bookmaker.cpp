@@ -116,7 +116,7 @@ void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {
         const std::span<const Move> moves = FirstMoves(line, line.length).subspan(1);
-        WritePgnMoveList(text, moves, {1, LISTING_WIDTH, "*"});
+        WritePgnMoveList(text, moves, {1, LISTING_WIDTH, "*", WrittenSan});
         std::fputs("\n", text);
     }
     for (const MoveTrieNode* child = node.children; child; child = child->next) {
@@ -150,7 +150,6 @@ void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::i
 
 void ShowBook(const char* book_name, const char* text_name) {
     static_assert(MAX_TRIE_PLIES <= MAX_GAME_MOVES);
-    engine_state.san_notation = 1;
     MoveTrieNode root{};
     if (const char* error = ReadBook(root, book_name)) {
         const char* what = error == NO_MEMORY_FOR_BOOK ? "no memory for" : "damaged";
@@ -165,5 +164,4 @@ void ShowBook(const char* book_name, const char* text_name) {
         FatalError(std::string("Error (cannot write file): ") + text_name);
     }
     FreeMoveTrie(root);
-    engine_state.san_notation = 0;
 }

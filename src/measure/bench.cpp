@@ -82,7 +82,9 @@ bool PlayTo(const Start& start) {
     if (!SetBoardFen(start.fen)) return false;
     std::string_view moves = start.moves;
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
-        if (!PlayMove(word)) return false;
+        Move move;
+        if (!FindLegalMove(word, move)) return false;
+        PlayMove(move);
     }
     return true;
 }

@@ -186,6 +186,28 @@ void AddCheckMark(MoveText& text, const Move& move) {
     UnMakeMove(move);
 }
 
+} // namespace
+
+bool IsInCan(std::string_view text) {
+    return text.size() >= 4 && IsLowerCase(text[0]) && IsDigit(text[1]) && IsLowerCase(text[2]) &&
+           IsDigit(text[3]);
+}
+
+bool ParseMove(std::string_view text, Move& move) {
+    const MoveWish wish = ReadToken(text);
+    if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return false;
+    MoveList list;
+    GenerateAllMoves(list, LastMove());
+    for (const Move& listed : list) {
+        if (listed.from == wish.from && listed.to == wish.to &&
+            (wish.promotion == NO_PIECE_TYPE || TypeOf(listed.promoted) == wish.promotion)) {
+            move = listed;
+            return true;
+        }
+    }
+    return false;
+}
+
 const char* WrittenSan(const Move& move) {
     static MoveText text;
     text.length = 0;
@@ -209,28 +231,6 @@ const char* WrittenCoordinates(const Move& move) {
     if (IsPromotion(move)) AddChar(text, LowerCase(CharByPiece(TypeOf(move.promoted))));
     AddChar(text, '\0');
     return text.text;
-}
-
-} // namespace
-
-bool IsInCan(std::string_view text) {
-    return text.size() >= 4 && IsLowerCase(text[0]) && IsDigit(text[1]) && IsLowerCase(text[2]) &&
-           IsDigit(text[3]);
-}
-
-bool ParseMove(std::string_view text, Move& move) {
-    const MoveWish wish = ReadToken(text);
-    if (wish.from == NO_SQUARE || wish.to == NO_SQUARE) return false;
-    MoveList list;
-    GenerateAllMoves(list, LastMove());
-    for (const Move& listed : list) {
-        if (listed.from == wish.from && listed.to == wish.to &&
-            (wish.promotion == NO_PIECE_TYPE || TypeOf(listed.promoted) == wish.promotion)) {
-            move = listed;
-            return true;
-        }
-    }
-    return false;
 }
 
 const char* WrittenMove(const Move& move) {

@@ -16,5 +16,8 @@ bool IsInCan(std::string_view text);
 // and with file and rank both given the letter of the piece is ignored.
 bool ParseMove(std::string_view text, Move& move);
 
-// The text of a move of the position in the current output notation, in a static buffer.
+// The text of a move of the position, in a static buffer for each notation. WrittenMove uses the
+// current output notation.
+const char* WrittenSan(const Move& move);
+const char* WrittenCoordinates(const Move& move);
 const char* WrittenMove(const Move& move);

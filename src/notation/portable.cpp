@@ -44,6 +44,22 @@ void ForEachMove(std::span<const Move> moves, Visit visit) {
     game_state = saved;
 }
 
+// Calls with the moves of the game in play while the board shows the game's start.
+template <typename Visit>
+void VisitFromStart(Visit visit) {
+    const GameState saved = game_state;
+    const std::span<const Move> moves = SpanOf(state_history.moves + 1, state_history.count);
+    for (std::size_t i = moves.size(); i > 0; --i) {
+        UnMakeMove(moves[i - 1]);
+    }
+    game_state = state_history.game_states[0];
+    visit(moves);
+    for (const Move& move : moves) {
+        MakeMove(move);
+    }
+    game_state = saved;
+}
+
 constexpr std::size_t TIME_TEXT_SIZE = 64;
 
 void WriteLocalTime(char (&text)[TIME_TEXT_SIZE], const char* format) {
@@ -230,7 +246,7 @@ void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveLi
         if (is_first || IsWhiteMove(move)) {
             WriteNextPgnToken(file, style.width, WrittenMoveNumber(ply));
         }
-        WriteNextPgnToken(file, style.width, WrittenMove(move));
+        WriteNextPgnToken(file, style.width, style.written(move));
         ++ply;
     });
     if (style.trailer) WriteNextPgnToken(file, style.width, style.trailer);
@@ -254,9 +270,25 @@ bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<cons
     }
     std::fputc('\n', file);
     const char* result = GetPgnTagValueByName(info, "Result");
-    WritePgnMoveList(file, moves, {info.first_ply, PGN_WIDTH, result});
+    WritePgnMoveList(file, moves, {info.first_ply, PGN_WIDTH, result, WrittenMove});
     std::fputs("\n\n", file);
     return std::fclose(file) == 0;
+}
+
+void WriteGameSoFar(std::FILE* file) {
+    VisitFromStart([&](std::span<const Move> moves) {
+        WritePgnMoveList(file, moves, {pgn_game_info.first_ply, PGN_WIDTH, nullptr, WrittenSan});
+    });
+}
+
+bool AppendGameSoFar(const char* file_name, const char* result) {
+    PgnGameInfo info = pgn_game_info;
+    CorrectPgnTagValues(info);
+    SetPgnTagValueByName(info, "Result", result);
+    bool is_written = false;
+    VisitFromStart(
+        [&](std::span<const Move> moves) { is_written = WritePgnGame(file_name, info, moves); });
+    return is_written;
 }
 
 bool SkipToNextGame(std::FILE* file) {

@@ -71,6 +71,7 @@ struct MoveListStyle {
     std::int32_t first_ply; // ply number of the first move
     int width;
     const char* trailer; // a last token, or null
+    const char* (*written)(const Move& move);
 };
 
 // Writes the moves, which start from the position. Ends after a move that ends the game, and
@@ -84,6 +85,12 @@ std::string WrittenLine(std::span<const Move> moves);
 
 // The log of games.
 inline constexpr const char* PGN_LOG = "GameLog.pgn";
+
+// Writes the moves of the game in play, without a line end.
+void WriteGameSoFar(std::FILE* file);
+
+// Appends the game in play to a PGN file, with this result. Returns false if it cannot be written.
+bool AppendGameSoFar(const char* file_name, const char* result);
 
 // Appends a game to the file. The board shows the game's starting position. False when the file
 // cannot be written.

@@ -3,6 +3,7 @@
 #include "board/position.h"
 #include "board/score.h"
 #include "board/utility.h"
+#include "book/book.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"
 #include "play/mopup.h"
@@ -21,6 +22,10 @@ namespace {
 // From these levels on every move is searched, and the whole book is known.
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
+
+// Below that, a level knows the first plies of the book.
+constexpr std::int32_t LEAST_BOOK_PLIES = 4;
+constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
 // The nodes of the first and the last level that search; they grow by the same factor in between.
 constexpr double FIRST_NODES = 80'000;
@@ -112,8 +117,9 @@ std::int32_t PickMove(const NoiseLevel& noise, Move& move) {
 
 std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
                              const SearchLimits& limits) {
-    assert(elo >= MIN_ELO && elo <= MAX_ELO);
     SetFakeMove(expected_reply);
+    if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
+    assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
         ResetSearchInfo(limits); // it counts no nodes
         analyze_info.depth = 1;
@@ -128,8 +134,12 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
 }
 
 std::int32_t BookPliesOfLevel(std::int32_t elo) {
-    if (elo >= FIRST_BOOKISH_ELO) return std::numeric_limits<std::int32_t>::max();
-    constexpr std::int32_t LEAST_PLIES = 4;
-    constexpr std::int32_t ELO_PER_PLY = 100;
-    return LEAST_PLIES + (elo - MIN_ELO) / ELO_PER_PLY;
+    if (elo == FULL_STRENGTH || elo >= FIRST_BOOKISH_ELO) {
+        return std::numeric_limits<std::int32_t>::max();
+    }
+    return LEAST_BOOK_PLIES + (elo - MIN_ELO) / ELO_PER_BOOK_PLY;
+}
+
+bool PickBookMoveOfLevel(std::int32_t elo, Move& move) {
+    return game_state.ply_count < BookPliesOfLevel(elo) && PickBookMove(move);
 }

@@ -16,6 +16,7 @@
 #include "search/hash.h"
 #include "search/rootsearch.h"
 
+#include <cassert>
 #include <span>
 #include <string>
 #include <string_view>
@@ -65,11 +66,6 @@ void RecordEngineMove(const EngineChoice& choice) {
     game_state.hopeless = IsHopeless(choice.score);
 }
 
-// The legal move that the token names, if there is room for it in the game.
-bool FindLegalMove(std::string_view token, Move& move) {
-    return !IsHistoryFull() && ParseMove(token, move) && IsLegalMove(move);
-}
-
 // Board, game record and book follow a move that the engine did not choose.
 void FollowMove(const Move& move) {
     MakeForceMove(move);
@@ -100,12 +96,14 @@ void MakeEngineMove() {
     if (engine_state.ponder && !game_state.game_over && !IsFollowingBook()) PonderMove();
 }
 
-bool PlayMove(std::string_view token) {
-    Move move;
-    if (!FindLegalMove(token, move)) return false;
+bool FindLegalMove(std::string_view token, Move& move) {
+    return !IsHistoryFull() && ParseMove(token, move) && IsLegalMove(move);
+}
+
+void PlayMove(const Move& move) {
+    assert(!IsHistoryFull() && IsLegalMove(move));
     FollowMove(move);
     SaveIntoStateHistory(move);
-    return true;
 }
 
 bool MakeUserMove(std::string_view token) {

@@ -11,10 +11,13 @@
 // that the engine has this colour.
 void MakeEngineMove();
 
-// Plays a move without an answer, and without a test for the end of the game: for programs that
-// replay games. False, and nothing changed, when the token names no legal move or the history is
-// full.
-bool PlayMove(std::string_view token);
+// Finds the legal move that a token of either notation names. Returns false, with `move` undefined,
+// if there is none or the history is full.
+bool FindLegalMove(std::string_view token, Move& move);
+
+// Plays a legal move without an answer and without a test for the end of the game: board, game
+// record, book and history follow. The history must not be full.
+void PlayMove(const Move& move);
 
 // Plays the user's move, a token in either notation. False, after a complaint to the front end,
 // when it is not legal.

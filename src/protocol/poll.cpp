@@ -95,7 +95,7 @@ void PrintThinking(const SearchLine& line) {
     std::printf("%2d%8d%8" PRIu64 "%11" PRIu64 "   ", line.plies, line.score,
                 CurrentTimeU64() - search_info.start_time, search_info.nodes);
     const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
-    WritePgnMoveList(stdout, line.moves, {first_ply, THINKING_WIDTH, nullptr});
+    WritePgnMoveList(stdout, line.moves, {first_ply, THINKING_WIDTH, nullptr, WrittenMove});
     std::printf("\n");
     FlushOutput();
 }

@@ -33,7 +33,8 @@ bool Begin(const std::string& fen) {
 std::string_view PlayMoves(std::string_view moves) {
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
         Move move;
-        if (!FindMove(word, move) || !PlayMove(word)) return word;
+        if (!FindMove(word, move) || IsHistoryFull()) return word;
+        PlayMove(move);
     }
     return {};
 }
@@ -61,7 +62,7 @@ std::string Apply(const Setup& setup) {
 } // namespace
 
 bool FindMove(std::string_view word, Move& move) {
-    return ParseMove(word, move) && IsLegalMove(move) && word == WrittenMove(move);
+    return ParseMove(word, move) && IsLegalMove(move) && word == WrittenCoordinates(move);
 }
 
 void SetUpGame(std::string_view arguments) {

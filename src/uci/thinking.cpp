@@ -232,35 +232,22 @@ bool IsBookWanted(const Request& request) {
            (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
 }
 
-bool IsWeakened(const Request& request) { return uci_options.limit_strength && IsPlaying(request); }
-
-// A book move leaves the game's place in the book as it is: the move is not played here.
-bool ChooseFromBook(const Request& request, Choice& choice) {
-    if (!IsBookWanted(request)) return false;
-    if (IsWeakened(request) && game_state.ply_count >= BookPliesOfLevel(uci_options.elo)) {
-        return false;
-    }
-    const BookState before = book_state;
-    const bool is_found = GetNextBookMove(choice.move);
-    book_state = before;
-    return is_found;
+std::int32_t LevelOf(const Request& request) {
+    return uci_options.limit_strength && IsPlaying(request) ? uci_options.elo : FULL_STRENGTH;
 }
 
-// The level's move and its score.
-void ChooseOfLevel(const SearchLimits& limits, Choice& choice) {
+// Searches for a move and reports it if it is not that of the last line: a level may pick another,
+// and so may a search that ends within an iteration or finds all others lost. A level's move is
+// always reported. If the best move loses to a mate, the distance is unknown.
+void ChooseBySearch(const Request& request, Choice& choice) {
+    const std::int32_t level = LevelOf(request);
     const std::int32_t score =
-        FindMoveOfLevel(uci_options.elo, choice.move, choice.expected_reply, limits);
-    if (score != UNSEARCHED_EVAL) TellLine({analyze_info.depth, score, {&choice.move, 1}});
-}
-
-// Another move may be chosen than that of the last line, when the search ends within an iteration
-// or all others lose. If a mate awaits it, nobody knows how soon.
-void ChooseBest(const SearchLimits& limits, Choice& choice) {
-    const std::int32_t score =
-        FindBestMove(&choice.move, &choice.expected_reply, LastMove(), limits);
-    if (!IsMateEval(score) && !IsSameMove(choice.move, thinking.last_told_move)) {
-        TellLine({analyze_info.depth, score, {&choice.move, 1}});
-    }
+        FindMoveOfLevel(level, choice.move, choice.expected_reply, LimitsOf(request));
+    const bool is_new =
+        level == FULL_STRENGTH
+            ? !IsMateEval(score) && !IsSameMove(choice.move, thinking.last_told_move)
+            : score != UNSEARCHED_EVAL;
+    if (is_new) TellLine({analyze_info.depth, score, {&choice.move, 1}});
 }
 
 void TellBestMove(const Choice& choice) {
@@ -290,8 +277,8 @@ void Go(std::string_view arguments) {
     const bool has_move = HasLegalMove(LastMove());
     if (!has_move) {
         Tell(std::string("info depth 0 score ") + (IsCheck() ? "mate 0" : "cp 0"));
-    } else if (!ChooseFromBook(request, choice)) {
-        (IsWeakened(request) ? ChooseOfLevel : ChooseBest)(LimitsOf(request), choice);
+    } else if (!IsBookWanted(request) || !PickBookMoveOfLevel(LevelOf(request), choice.move)) {
+        ChooseBySearch(request, choice);
     }
     while ((thinking.is_infinite || thinking.is_pondering) && !thinking.is_stopped) {
         std::string line;
