@@ -13,10 +13,10 @@
 #include "play/turns.h"
 #include "search/records.h"
 #include "uci/commands.h"
+#include "uci/go.h"
 #include "uci/lines.h"
 #include "uci/options.h"
 #include "uci/setup.h"
-#include "uci/thinking.h"
 
 #include <algorithm>
 
@@ -137,6 +137,7 @@ void Start() {
     InitializeUciOptions();
     ForgetGame();
     search_host = HOST;
+    hear_line = HearDuringSearch;
     looks_left = LOOKS_OF_AN_INPUT;
 }
 

@@ -1,4 +1,4 @@
-// perft: counts positions, see measure/perft.h, or checks a file of known counts.
+// perft: counts positions, or checks a file of known counts.
 #include "measure/perft.h"
 #include "board/utility.h"
 #include "frame/startup.h"
@@ -30,8 +30,8 @@ void Fail(Tally& tally, std::string_view what, std::string_view line) {
 }
 
 // One field "Dn count" of a line.
-void CheckField(std::string_view field, std::int32_t max_depth, LastPly last_ply,
-                std::string_view fen, Tally& tally) {
+void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
+                Tally& tally) {
     const std::string_view depth_word = NextWord(field);
     const std::string_view count_word = NextWord(field);
     std::int32_t depth = 0;
@@ -43,7 +43,7 @@ void CheckField(std::string_view field, std::int32_t max_depth, LastPly last_ply
     }
     if (depth > max_depth) return;
     const std::uint64_t expected = std::strtoull(std::string(count_word).c_str(), nullptr, 10);
-    const std::uint64_t nodes = CountLeaves(depth, LastMove(), last_ply);
+    const std::uint64_t nodes = CountLeaves(depth, LastMove());
     if (nodes == expected) {
         ++tally.passed;
         return;
@@ -54,7 +54,7 @@ void CheckField(std::string_view field, std::int32_t max_depth, LastPly last_ply
          fen);
 }
 
-void CheckLine(std::string_view line, std::int32_t max_depth, LastPly last_ply, Tally& tally) {
+void CheckLine(std::string_view line, std::int32_t max_depth, Tally& tally) {
     const std::string_view fen = line.substr(0, line.find(';'));
     if (!SetBoardFen(fen) || fen.size() == line.size()) {
         Fail(tally, "unreadable line", line);
@@ -64,12 +64,12 @@ void CheckLine(std::string_view line, std::int32_t max_depth, LastPly last_ply, 
     while (!fields.empty()) {
         fields.remove_prefix(1);
         const std::string_view field = fields.substr(0, fields.find(';'));
-        CheckField(field, max_depth, last_ply, fen, tally);
+        CheckField(field, max_depth, fen, tally);
         fields.remove_prefix(field.size());
     }
 }
 
-int CheckFile(const char* name, std::int32_t max_depth, LastPly last_ply) {
+int CheckFile(const char* name, std::int32_t max_depth) {
     std::ifstream file(name);
     if (!file) {
         std::fprintf(stderr, "perft: cannot read %s\n", name);
@@ -77,19 +77,17 @@ int CheckFile(const char* name, std::int32_t max_depth, LastPly last_ply) {
     }
     Tally tally{0, 0};
     for (std::string line; std::getline(file, line);) {
-        if (!line.empty()) CheckLine(line, max_depth, last_ply, tally);
+        if (!line.empty()) CheckLine(line, max_depth, tally);
     }
     std::printf("%d passed, %d failed\n", tally.passed, tally.failed);
     return tally.failed == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 void PrintUsage(std::FILE* out) {
-    std::fputs(
-        "usage: perft [--leaves] [--divide] DEPTH [FEN]   count the positions\n"
-        "       perft [--leaves] --epd FILE MAXDEPTH      check a file of known counts\n"
-        "--divide prints a count for each first move; --leaves plays out the last ply instead of\n"
-        "counting its moves.\n",
-        out);
+    std::fputs("usage: perft [--divide] DEPTH [FEN]   count the positions\n"
+               "       perft --epd FILE MAXDEPTH      check a file of known counts\n"
+               "--divide prints a count for each first move.\n",
+               out);
 }
 
 int Refuse() {
@@ -101,15 +99,15 @@ bool ReadDepth(const char* text, std::int32_t& depth) {
     return ReadNumber(text, depth) && depth >= 0 && depth <= PERFT_MAX_DEPTH;
 }
 
-int Count(std::int32_t depth, const char* fen, bool is_divided, LastPly last_ply) {
+int Count(std::int32_t depth, const char* fen, bool is_divided) {
     if (!SetBoardFen(fen)) {
         std::fprintf(stderr, "perft: illegal position: %s\n", fen);
         return EXIT_FAILURE;
     }
     if (is_divided) {
-        Divide(depth, last_ply);
+        Divide(depth);
     } else {
-        std::printf("nodes %" PRIu64 "\n", CountLeaves(depth, LastMove(), last_ply));
+        std::printf("nodes %" PRIu64 "\n", CountLeaves(depth, LastMove()));
     }
     return EXIT_SUCCESS;
 }
@@ -123,15 +121,12 @@ int main(int argument_count, char** arguments) {
         PrintUsage(stdout);
         return EXIT_SUCCESS;
     }
-    LastPly last_ply = LastPly::LISTED;
     bool is_divided = false;
     bool is_file = false;
     for (; !words.empty() && std::string_view(words[0]).starts_with("--");
          words = words.subspan(1)) {
         const std::string_view option = words[0];
-        if (option == "--leaves") {
-            last_ply = LastPly::MADE;
-        } else if (option == "--divide") {
+        if (option == "--divide") {
             is_divided = true;
         } else if (option == "--epd") {
             is_file = true;
@@ -142,8 +137,8 @@ int main(int argument_count, char** arguments) {
     std::int32_t depth = 0;
     if (is_file) {
         if (is_divided || words.size() != 2 || !ReadDepth(words[1], depth)) return Refuse();
-        return CheckFile(words[0], depth, last_ply);
+        return CheckFile(words[0], depth);
     }
     if (words.empty() || words.size() > 2 || !ReadDepth(words[0], depth)) return Refuse();
-    return Count(depth, words.size() == 2 ? words[1] : INITIAL_FEN, is_divided, last_ply);
+    return Count(depth, words.size() == 2 ? words[1] : INITIAL_FEN, is_divided);
 }

@@ -9,10 +9,10 @@
 #include "platform/system.h"
 #include "search/hash.h"
 #include "uci/commands.h"
+#include "uci/go.h"
 #include "uci/lines.h"
 #include "uci/options.h"
 #include "uci/setup.h"
-#include "uci/thinking.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -88,6 +88,7 @@ int main(int argument_count, char** arguments) {
     InitializeUciOptions();
     ForgetGame();
     search_host = UCI_HOST;
+    hear_line = HearDuringSearch;
     const auto words = CommandLineWords(argument_count, arguments);
     if (words.size() > 1) {
         RunCommandLine(words.subspan(1));

@@ -18,7 +18,7 @@ constexpr std::int32_t POLL_DEPTH = 3; // plies; some thousand leaves
 
 bool is_stopped = false;
 
-template <Colour US, LastPly LAST_PLY>
+template <Colour US>
 std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     constexpr Colour THEM = Opponent(US);
     if (depth == 0) return 1;
@@ -31,41 +31,35 @@ std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move) {
     std::uint64_t nodes = 0;
     for (const Move& move : list) {
         const bool is_safe = !IsMaybeIllegal(move, maybe_illegal);
-        if (LAST_PLY == LastPly::LISTED && depth == 1 && is_safe) {
+        if (depth == 1 && is_safe) {
             ++nodes;
             continue;
         }
         MakeMove<US>(move);
         assert(!is_safe || !IsKingCapturableBy<THEM>());
         if (is_safe || !IsKingCapturableBy<THEM>()) {
-            nodes += CountLeavesOf<THEM, LAST_PLY>(depth - 1, &move);
+            nodes += CountLeavesOf<THEM>(depth - 1, &move);
         }
         UnMakeMove<US>(move);
     }
     return nodes;
 }
 
-template <Colour US>
-std::uint64_t CountLeavesOf(std::int32_t depth, const Move* last_move, LastPly last_ply) {
-    return last_ply == LastPly::LISTED ? CountLeavesOf<US, LastPly::LISTED>(depth, last_move)
-                                       : CountLeavesOf<US, LastPly::MADE>(depth, last_move);
-}
-
 } // namespace
 
-std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move, LastPly last_ply) {
-    return board.side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move, last_ply)
-                                       : CountLeavesOf<BLACK>(depth, last_move, last_ply);
+std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move) {
+    return board.side_to_move == WHITE ? CountLeavesOf<WHITE>(depth, last_move)
+                                       : CountLeavesOf<BLACK>(depth, last_move);
 }
 
-void Divide(std::int32_t depth, LastPly last_ply) {
+void Divide(std::int32_t depth) {
     std::uint64_t nodes = depth == 0 ? 1 : 0;
     MoveList list;
     is_stopped = false;
     if (depth > 0) GenerateAllLegalMoves(list, LastMove());
     for (const Move& move : list) {
         MakeMove(move);
-        const std::uint64_t below = CountLeaves(depth - 1, &move, last_ply);
+        const std::uint64_t below = CountLeaves(depth - 1, &move);
         UnMakeMove(move);
         if (is_stopped) return;
         std::printf("%s: %" PRIu64 "\n", WrittenMove(move), below);

@@ -10,7 +10,6 @@
 #include "uci/lines.h"
 #include "uci/options.h"
 #include "uci/setup.h"
-#include "uci/thinking.h"
 
 #include <algorithm>
 #include <cinttypes>
@@ -70,21 +69,13 @@ void CarryOutBench(std::string_view arguments) {
     RestoreGame();
 }
 
-// What becomes of a command that comes during a search.
-enum class Hearing : std::uint8_t {
-    ANSWER, // it is carried out at once
-    STOP,   // it ends the search
-    HIT,    // the opponent has played the move that is pondered on
-    WAIT    // it ends the search, and is carried out behind it
-};
-
 struct UciCommand {
     std::string_view name;
-    Hearing during_search;
-    void (*carry_out)(std::string_view arguments); // the arguments stand behind the name
+    DuringSearch during_search;
+    void (*carry_out)(std::string_view arguments); // the arguments follow the name
 };
 
-using enum Hearing;
+using enum DuringSearch;
 constexpr UciCommand COMMANDS[] = {
     {"uci", ANSWER, CarryOutUci},
     {"debug", ANSWER, CarryOutDebug},
@@ -95,14 +86,14 @@ constexpr UciCommand COMMANDS[] = {
     {"position", WAIT, SetUpGame},
     {"go", WAIT, Go},
     {"stop", STOP, Ignore},
-    {"ponderhit", HIT, Ignore},
+    {"ponderhit", PONDER_HIT, Ignore},
     {"d", WAIT, ShowBoard},
     {"perft", WAIT, CarryOutPerft},
     {"bench", WAIT, CarryOutBench},
-    {QUIT_LINE, WAIT, Ignore}, // whoever carries it out ends
+    {QUIT_LINE, WAIT, Ignore}, // CarryOutLine returns false
 };
 
-// The command of a line, or null; `arguments` gets what stands behind its name.
+// Returns the command of a line, or null; `arguments` gets the text after its name.
 const UciCommand* FindCommand(std::string_view line, std::string_view& arguments) {
     arguments = line;
     for (std::string_view word; !(word = NextWord(arguments)).empty();) {
@@ -130,15 +121,10 @@ bool CarryOutLine(std::string_view line) {
     return !command || command->name != QUIT_LINE;
 }
 
-bool HearDuringSearch(std::string_view line) {
+DuringSearch HearDuringSearch(std::string_view line) {
     std::string_view arguments;
     const UciCommand* const command = FindCommand(line, arguments);
-    if (!command) return false;
-    switch (command->during_search) {
-    case ANSWER: command->carry_out(arguments); return false;
-    case STOP: return StopSearch();
-    case HIT: return HitPonderMove();
-    case WAIT: ReturnLine(line); return MakeWay();
-    }
-    return false;
+    if (!command) return ANSWER;
+    if (command->during_search == ANSWER) command->carry_out(arguments);
+    return command->during_search;
 }

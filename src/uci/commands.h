@@ -1,15 +1,16 @@
 // The commands of the Universal Chess Interface (UCI), and a few for testers.
 #pragma once
 
+#include "uci/go.h"
+
 #include <string_view>
 
-// The line holds a command.
+// True if the line contains a command.
 bool IsCommand(std::string_view line);
 
-// Carries out a line, thinking included if it starts it. Words in front of the command are skipped.
-// False when the program shall end.
+// Carries out a line, including the thinking that it starts. Words before the command are skipped.
+// Returns false if the program must end.
 bool CarryOutLine(std::string_view line);
 
-// Judges a line that comes during a search: it is answered at once, passed over, or ends the
-// search, and is then carried out behind it. True: the search must end.
-bool HearDuringSearch(std::string_view line);
+// The hear_line of "go": carries out the commands that are answered during a search.
+DuringSearch HearDuringSearch(std::string_view line);

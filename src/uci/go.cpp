@@ -1,4 +1,4 @@
-#include "uci/thinking.h"
+#include "uci/go.h"
 
 #include "board/move.h"
 #include "board/score.h"
@@ -13,7 +13,6 @@
 #include "search/hash.h"
 #include "search/records.h"
 #include "search/rootsearch.h"
-#include "uci/commands.h"
 #include "uci/lines.h"
 #include "uci/options.h"
 #include "uci/setup.h"
@@ -63,7 +62,7 @@ struct Thinking {
     std::int64_t move_time; // 0: none
     std::int64_t last_look; // at the input, in milliseconds
     std::optional<TimeLeft> clock;
-    Move last_told_move; // the first move of the last reported line
+    Move last_reported_move; // the first move of the last reported line
 };
 Thinking thinking;
 
@@ -81,12 +80,33 @@ bool IsTimeUp() {
            Milliseconds() - thinking.clock_run >= thinking.move_time;
 }
 
+void EndForWaiting(std::string_view line) {
+    ReturnLine(line);
+    thinking.is_stopped = !thinking.is_measuring;
+}
+
+void OnPonderHit() {
+    if (!thinking.is_pondering) return;
+    thinking.is_pondering = false;
+    thinking.clock_run = Milliseconds();
+    if (thinking.clock) StartClock(*thinking.clock);
+}
+
+void HearLine(std::string_view line) {
+    switch (hear_line(line)) {
+    case DuringSearch::ANSWER: return;
+    case DuringSearch::STOP: thinking.is_stopped = true; return;
+    case DuringSearch::PONDER_HIT: OnPonderHit(); return;
+    case DuringSearch::WAIT: EndForWaiting(line); return;
+    }
+}
+
 bool IsStopWanted() {
     thinking.last_look = Milliseconds();
     std::string line;
     for (int i = 0; i < LINES_A_LOOK && !thinking.is_stopped; ++i) {
         if (IsLineReturned() || !TakeLine(line)) break;
-        HearDuringSearch(line);
+        HearLine(line);
     }
     return thinking.is_stopped || IsTimeUp();
 }
@@ -112,7 +132,7 @@ void TellLine(const SearchLine& line) {
         text += WrittenMove(move);
     }
     Tell(text);
-    thinking.last_told_move = line.moves.front();
+    thinking.last_reported_move = line.moves.front();
 }
 
 // Checks the time before each root move, and polls the input unless it was polled in the same
@@ -216,7 +236,7 @@ void StartThinking(const Request& request) {
             std::max<std::int64_t>(request.move_time - uci_options.move_overhead, 1);
     }
     if (!request.is_infinite) thinking.clock = ClockOf(request);
-    SetFakeMove(thinking.last_told_move);
+    SetFakeMove(thinking.last_reported_move);
 }
 
 // A game is played, and nothing analysed.
@@ -245,7 +265,7 @@ void ChooseBySearch(const Request& request, Choice& choice) {
         FindMoveOfLevel(level, choice.move, choice.expected_reply, LimitsOf(request));
     const bool is_new =
         level == FULL_STRENGTH
-            ? !IsMateEval(score) && !IsSameMove(choice.move, thinking.last_told_move)
+            ? !IsMateEval(score) && !IsSameMove(choice.move, thinking.last_reported_move)
             : score != UNSEARCHED_EVAL;
     if (is_new) TellLine({analyze_info.depth, score, {&choice.move, 1}});
 }
@@ -262,6 +282,8 @@ void TellBestMove(const Choice& choice) {
 }
 
 } // namespace
+
+DuringSearch (*hear_line)(std::string_view line) = nullptr;
 
 const SearchHost UCI_HOST = {.must_stop = IsStopWanted,
                              .may_go_on = MayGoOn,
@@ -283,7 +305,7 @@ void Go(std::string_view arguments) {
     while ((thinking.is_infinite || thinking.is_pondering) && !thinking.is_stopped) {
         std::string line;
         WaitForLine(line);
-        HearDuringSearch(line);
+        HearLine(line);
     }
     if (has_move) {
         TellBestMove(choice);
@@ -295,16 +317,4 @@ void Go(std::string_view arguments) {
 void ListenWhileMeasuring() {
     StartThinking({});
     thinking.is_measuring = true;
-}
-
-bool StopSearch() { return thinking.is_stopped = true; }
-
-bool MakeWay() { return thinking.is_stopped = !thinking.is_measuring; }
-
-bool HitPonderMove() {
-    if (!thinking.is_pondering) return false;
-    thinking.is_pondering = false;
-    thinking.clock_run = Milliseconds();
-    if (thinking.clock) StartClock(*thinking.clock);
-    return false;
 }
