@@ -1,5 +1,5 @@
 // korvane-play: Korvane for a person at a terminal, with a board and moves as people type them. It
-// takes the engine's options; moves, rules, book, search and logs are the engine's.
+// takes the engine's options, and uses its rules, book, search and logs.
 #include "board/score.h"
 #include "book/book.h"
 #include "frame/startup.h"
@@ -14,6 +14,7 @@
 #include "notation/portable.h"
 #include "notation/text.h"
 #include "notation/typed.h"
+#include "person.h"
 #include "platform/channel.h"
 #include "platform/enforce.h"
 #include "platform/system.h"
@@ -27,7 +28,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <iterator>
 #include <span>
 #include <string>
@@ -55,17 +55,17 @@ constexpr const char* USAGE =
     "  --help            print this help\n";
 
 DiagramStyle style = {};
-bool is_turned_by_hand = false; // the board stays as the person wants it
+bool is_turned_by_hand = false; // by flip: the board keeps its side
 bool is_analysing = false;
 std::int32_t seconds = 2; // for a move
 std::int32_t plies = 0;   // 0: no limit
 std::int32_t elo = FULL_STRENGTH;
 std::uint64_t search_end = 0;
-std::string last_line;   // the search's last line,
-std::string line_begins; // its first move
-std::string result;      // of the game; empty while it goes on
+std::string last_line;   // of the search that ran last
+std::string line_begins; // first move of last_line
+std::string result;      // empty during a game
 CommandLine input;
-bool is_input_waiting = false; // a line was read that is still to be carried out
+bool is_input_waiting = false; // `input` is still to be carried out
 
 // Draws the board, and prints the game so far.
 void Draw() {
@@ -75,7 +75,7 @@ void Draw() {
     std::printf("\n");
 }
 
-// The time is up, or the input has ended or been interrupted. An analysis ends at any input.
+// True if the time is up or the input has ended or been interrupted. Any input ends an analysis.
 bool IsStopWanted() {
     FlushOutput();
     if (is_analysing) return IsInputWaiting();
@@ -100,7 +100,7 @@ void TakeLine(const SearchLine& line) {
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
-// Finds a move in the time that is set; the expected reply may be a fake move.
+// Searches for a move in the set time. The expected reply may be a fake move.
 void Think(std::int32_t level, Move& move, Move& reply) {
     std::printf("\nKorvane is thinking...\n");
     const std::int32_t depth = plies > 0 ? Plies(plies) : engine_state.depth_limit;
@@ -111,7 +111,7 @@ void Think(std::int32_t level, Move& move, Move& reply) {
     TakeInterrupt();
 }
 
-// The line for front ends "1-0 {White mates}" as "White mates: 1-0".
+// Turns "1-0 {White mates}", as front ends get it, into "White mates: 1-0".
 std::string InWords(const std::string& line) {
     const std::size_t brace = line.find('{');
     return line.substr(brace + 1, line.find('}') - brace - 1) + ": " + line.substr(0, brace - 1);
@@ -122,7 +122,7 @@ void EndGame(const char* line) {
     std::printf("\n%s. Type new for another game.\n", InWords(result).c_str());
 }
 
-// Ends the game when the position does.
+// Ends the game if the position is its end. Returns true if the game is over, also by resignation.
 bool IsEnd() {
     if (const char* const line = EndOfGameLine(LastMove())) EndGame(line);
     return !result.empty();
@@ -133,24 +133,19 @@ bool IsOver() {
     return !result.empty();
 }
 
-// Logs the game if it is over. Until then a move taken back, or a resignation, leaves no trace.
+// Logs the game if it is over, and turns the board to White's side. Logging waits until then, so
+// that undo can still take back the last move or a resignation.
 void LeaveGame() {
     if (!result.empty() && state_history.count > 0) ParseCommand(("result " + result).c_str());
     result.clear();
+    style.is_flipped = is_turned_by_hand && style.is_flipped;
 }
 
-std::string PersonName() {
-    for (const char* const variable : {"USER", "USERNAME"}) {
-        const std::string name = EnvironmentValue(variable);
-        if (!name.empty()) return name;
-    }
-    return "Player";
-}
-
-// At the first move it is known which side the person has, and when the game began.
+// Writes the header at the first move, when the person's side and the start of the game are known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
-    SetPgnTagValueByName(pgn_game_info, "Black", PersonName()); // not the engine's side, as yet
+    SetPgnTagValueByName(pgn_game_info, "Black",
+                         PersonName()); // the opponent's tag until the game is logged
     if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
 }
 
@@ -160,7 +155,7 @@ void Play(const Move& move, Colour engine) {
     PlayMove(move);
 }
 
-// If it answers the person's move, that is made but not drawn yet. It is drawn before a search, not
+// If is_answer, the person's move is made but not drawn yet. It is drawn before a search, not
 // before a book move.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
@@ -212,16 +207,21 @@ void PlayTypedMove(const std::string& text) {
     }
 }
 
-// A command that was typed to end the analysis is carried out.
+std::string FirstWord(std::string_view line) { return InLowerCase(NextWord(line)); }
+
+// Enter, or "exit" as in the engine's own protocol, only ends the analysis. Another line that ends
+// it is carried out.
 void Analyse(const std::string&) {
     if (IsOver()) return;
     is_analysing = true;
     std::printf("Enter ends the analysis.\n");
     FindBestMove(nullptr, nullptr, LastMove(), {.depth = engine_state.depth_limit, .clock = {}});
     is_analysing = false;
+    if (WaitingInput() == 0) std::printf("The analysis is complete. Press Enter.\n");
+    FlushOutput();
     if (TakeInterrupt()) return;
     ReceiveCommand(input);
-    is_input_waiting = true;
+    is_input_waiting = FirstWord(input) != "exit";
 }
 
 void Hint(const std::string&) {
@@ -229,21 +229,6 @@ void Hint(const std::string&) {
     Move move, reply;
     Think(FULL_STRENGTH, move, reply);
     std::printf("%s\n", WrittenSan(move));
-}
-
-// The file that a person means: "~" is their home folder, and other names start in the folder that
-// they called the program in, which a launcher may have left.
-std::filesystem::path PersonPath(const std::string& name) {
-    constexpr const char* HOME_FOLDERS[] = {"HOME", "USERPROFILE"};
-    if (name.starts_with("~/") || name.starts_with("~\\")) {
-        for (const char* const variable : HOME_FOLDERS) {
-            const std::string home = EnvironmentValue(variable);
-            if (!home.empty()) return PathOf(home) / PathOf(name.substr(2));
-        }
-    }
-    std::error_code error;
-    const auto folder = PathOf(EnvironmentValue("KORVANE_CALLED_FROM"));
-    return std::filesystem::absolute(folder / PathOf(name), error);
 }
 
 void WriteGame(const std::string& file_name) {
@@ -265,12 +250,14 @@ void ShowSettings(const std::string& = "") {
                 number_or(plies, "off (no limit)").c_str(), number_or(elo, "off (full)").c_str());
 }
 
-// Sets a number in its range, "off" as 0 where that can be, and reports it.
+// Sets a number within its range, or "off" as 0 if allowed, and shows the settings.
 void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
                bool can_be_off = true) {
     std::int32_t number = 0;
-    const bool is_off = can_be_off && word == "off";
-    if (is_off || (ReadWholeNumber(word, number) && number >= least && number <= most)) {
+    const bool is_off = can_be_off && InLowerCase(word) == "off";
+    if (word.empty()) {
+        ShowSettings();
+    } else if (is_off || (ReadWholeNumber(word, number) && number >= least && number <= most)) {
         value = number;
         ShowSettings();
     } else {
@@ -301,11 +288,10 @@ void SetStrength(const std::string& text) { SetNumber(text, MIN_ELO, MAX_ELO, el
 void StartGame(const std::string&) {
     LeaveGame();
     ParseCommand("new");
-    style.is_flipped = is_turned_by_hand && style.is_flipped;
     Draw();
 }
 
-// Takes back what follows the person's last move and that move; of a resignation, no move.
+// Takes back the person's last move and all after it, or a resignation, but not both.
 void Undo(const std::string&) {
     const bool has_resigned = !result.empty() && !EndOfGameLine(LastMove());
     result.clear();
@@ -370,12 +356,12 @@ void CarryOut(std::string_view line) {
 }
 
 bool IsQuit(std::string_view line) {
-    const std::string word = InLowerCase(NextWord(line));
+    const std::string word = FirstWord(line);
     return word == QUIT_COMMAND || word == "exit" || word == "q";
 }
 
-// Carries out lines until one quits. The first interrupt at the prompt only asks, as it may have
-// been meant for a search that has just ended.
+// Carries out lines until one quits. The first interrupt at the prompt only asks, because it may
+// have been meant for a search that has just ended.
 void Converse() {
     for (bool has_asked = false;;) {
         std::printf(is_input_waiting ? "" : "> ");
@@ -394,17 +380,12 @@ void Converse() {
     }
 }
 
-bool IsHelpWanted(std::span<const char* const> words) {
-    return std::ranges::any_of(
-        words, [](std::string_view word) { return word == "--help" || word == "-h"; });
-}
-
 } // namespace
 
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::END_OF_INPUT);
     const auto words = CommandLineWords(argument_count, arguments);
-    if (IsHelpWanted(words)) {
+    if (std::ranges::any_of(words, IsHelpOption)) {
         std::fputs(USAGE, stdout);
         return EXIT_SUCCESS;
     }

@@ -14,13 +14,14 @@
 
 namespace {
 
+constexpr std::string_view EN_PASSANT = "e.p.";
 constexpr std::string_view SHORT_CASTLING = "OO";
 constexpr std::string_view LONG_CASTLING = "OOO";
 
 constexpr const char* PIECE_NAMES[PIECE_TYPES] = {"",     "pawn",   "knight", "king",
                                                   "none", "bishop", "rook",   "queen"};
 
-// "12.", "12..." or "..." at the start of the text.
+// Returns the text after a move number such as "12.", "12..." or "...".
 std::string_view WithoutMoveNumber(std::string_view text) {
     const std::size_t dots = text.find_first_not_of("0123456789 ");
     const bool is_numbered = dots < text.size() && text[dots] == '.';
@@ -31,7 +32,9 @@ std::string_view WithoutMoveNumber(std::string_view text) {
 // The characters that name pieces and squares; castling in capital letters.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
-    for (const char c : WithoutMoveNumber(text)) {
+    text = WithoutMoveNumber(text);
+    if (text.ends_with(EN_PASSANT)) text.remove_suffix(EN_PASSANT.size());
+    for (const char c : text) {
         const bool is_mark = std::string_view("+#!?=xX:-() ").find(c) != std::string_view::npos;
         if (!is_mark) plain += c == '0' || c == 'o' ? 'O' : c;
     }

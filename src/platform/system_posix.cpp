@@ -78,6 +78,7 @@ void InterruptInput(int) {
 void EndInput(int signal) {
     InterruptInput(signal);
     dup2(STDIN_FILENO, input_before_interrupt);
+    is_interrupted = 0; // TakeInterrupt reports only what passes
 }
 
 } // namespace

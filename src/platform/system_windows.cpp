@@ -20,7 +20,7 @@ namespace {
 HANDLE Input() { return GetStdHandle(STD_INPUT_HANDLE); }
 HANDLE Output() { return GetStdHandle(STD_OUTPUT_HANDLE); }
 
-// UTF-16, what the system speaks, and UTF-8, what the engine speaks.
+// UTF-16 for the system, and UTF-8 for the engine.
 std::wstring Wide(std::string_view text) {
     const int size = static_cast<int>(text.size());
     std::wstring wide(text.size(), L'\0'); // never more units than bytes
@@ -31,7 +31,7 @@ std::wstring Wide(std::string_view text) {
 
 std::string Narrow(std::wstring_view text) {
     const int size = static_cast<int>(text.size());
-    std::string narrow(text.size() * 3, '\0'); // never more bytes to a unit
+    std::string narrow(text.size() * 3, '\0'); // no unit needs more bytes
     const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(),
                                            static_cast<int>(narrow.size()), nullptr, nullptr);
     narrow.resize(static_cast<std::size_t>(length));
@@ -43,7 +43,7 @@ bool IsConsole(HANDLE handle) {
     return GetConsoleMode(handle, &mode) != 0;
 }
 
-// True when the other end of a pipe of ours is known to be closed, whatever is left in the pipe.
+// True if the other end of the pipe is known to be closed, even if the pipe still holds bytes.
 bool IsOtherEndClosed(HANDLE pipe) {
     constexpr auto PIPE_LOCAL_INFORMATION = static_cast<FILE_INFORMATION_CLASS>(24);
     constexpr ULONG DISCONNECTED = 1, CLOSING = 4;
@@ -57,29 +57,40 @@ bool IsOtherEndClosed(HANDLE pipe) {
            (about.state == CLOSING || about.state == DISCONNECTED);
 }
 
-// A call on a pipe failed because the other end has gone.
+// True if the error says that the other end of a pipe has closed.
 bool IsGone(DWORD error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ||
            error == ERROR_PIPE_NOT_CONNECTED;
 }
 
 bool is_ended_by_interrupts = false;     // standard input
-std::atomic<bool> is_input_over = false; // one has ended it
+std::atomic<bool> is_input_over = false; // an interrupt has ended it
+std::atomic<bool> is_closing = false;    // a closing console, or a logoff, has ended it for good
+HANDLE main_thread = nullptr;
 
 BOOL WINAPI IgnoreInterrupt(DWORD event) {
     return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
 }
 
+// The system ends a program whose console closes as soon as the handler returns, and after some
+// seconds if it does not. So the handler leaves the end to the main thread, which may still log a
+// game.
 BOOL WINAPI EndInput(DWORD event) {
+    const bool is_interrupt = IgnoreInterrupt(event) != FALSE;
+    if (!is_interrupt) is_closing = true;
     is_input_over = true;
-    return IgnoreInterrupt(event);
+    is_input_over.notify_all();
+    if (is_interrupt) return TRUE;
+    CancelSynchronousIo(main_thread);
+    Sleep(INFINITE);
+    return TRUE;
 }
 
-std::atomic<bool> is_output_over = false; // nobody reads it any more
-std::atomic<bool> is_reading = false;     // somebody waits for input
+std::atomic<bool> is_output_over = false; // its other end has closed
+std::atomic<bool> is_reading = false;     // ReadInput waits
 
-// Nothing else wakes who waits for input when nobody reads the output, and to look at both whenever
-// the search looks at its input would take twice the time.
+// Ends a read when the other end of the output has closed, which nothing else does. A thread of its
+// own, because checking both pipes at every poll of the search would take twice the time.
 DWORD WINAPI WatchOutput(void* reader) {
     constexpr DWORD PERIOD = 200; // milliseconds
     for (;; Sleep(PERIOD)) {
@@ -99,7 +110,7 @@ void StartWatchingOutput() {
     CreateThread(nullptr, 0, WatchOutput, reader, 0, nullptr);
 }
 
-// The bytes that are left when standard input is a file.
+// The number of unread bytes if standard input is a file, else INPUT_UNKNOWN.
 int RestOfFile() {
     LARGE_INTEGER size, place;
     if (GetFileType(Input()) != FILE_TYPE_DISK || !GetFileSizeEx(Input(), &size) ||
@@ -109,7 +120,7 @@ int RestOfFile() {
     return static_cast<int>(std::min<LONGLONG>(size.QuadPart - place.QuadPart, INT_MAX));
 }
 
-// Large pages are for those who may lock pages in memory, and say so.
+// Large pages need the privilege to lock memory, which must be switched on.
 void AskForLargePages() {
     HANDLE token = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES, &token)) return;
@@ -123,16 +134,19 @@ void AskForLargePages() {
 } // namespace
 
 void PrepareProcess(Interrupts interrupts) {
-    SetConsoleCtrlHandler(nullptr, FALSE); // what was inherited
+    SetConsoleCtrlHandler(nullptr, FALSE); // drop the parent's setting
     if (interrupts == Interrupts::IGNORED) SetConsoleCtrlHandler(IgnoreInterrupt, TRUE);
     is_ended_by_interrupts = interrupts == Interrupts::END_OF_INPUT;
-    if (is_ended_by_interrupts) SetConsoleCtrlHandler(EndInput, TRUE);
+    if (is_ended_by_interrupts) {
+        main_thread = OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId());
+        SetConsoleCtrlHandler(EndInput, TRUE);
+    }
     DWORD mode = PIPE_READMODE_BYTE | PIPE_WAIT;
     SetNamedPipeHandleState(Input(), &mode, nullptr, nullptr);
     SetNamedPipeHandleState(Output(), &mode, nullptr, nullptr);
 }
 
-bool TakeInterrupt() { return is_input_over.exchange(false); }
+bool TakeInterrupt() { return !is_closing && is_input_over.exchange(false); }
 
 std::span<const char* const> CommandLineWords(int, const char* const*) {
     static std::vector<std::string> words;
@@ -174,7 +188,7 @@ bool IsConsoleErrors() { return IsConsole(GetStdHandle(STD_ERROR_HANDLE)); }
 
 bool IsUnicodeConsole() { return SetConsoleOutputCP(CP_UTF8) != 0; }
 
-// Windows 10 and later understand a terminal's colour codes when asked to.
+// Windows 10 and later understand a terminal's colour codes once this mode is set.
 bool IsColourConsole() {
     DWORD mode = 0;
     return EnvironmentValue("NO_COLOR").empty() && GetConsoleMode(Output(), &mode) &&
@@ -211,9 +225,12 @@ std::size_t ReadInput(std::span<char> room) {
             ReadFile(Input(), room.data(), static_cast<DWORD>(room.size()), &got, nullptr);
         is_reading = false;
         if (!is_read || got > 0) return got;
-        // Nothing was written to a pipe, or a console was interrupted: neither is the end.
+        // Zero bytes were written to a pipe, or a console was interrupted: neither is the end.
         const bool is_interrupted = GetLastError() == ERROR_OPERATION_ABORTED;
-        if (is_interrupted && is_ended_by_interrupts) return 0;
+        if (is_interrupted && is_ended_by_interrupts) {
+            is_input_over.wait(false); // the handler runs in a thread of its own
+            return 0;
+        }
         if (!is_interrupted && !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr)) {
             return 0;
         }
@@ -239,12 +256,12 @@ void WriteOutput(std::string_view bytes) {
 
 void FlushOutput() {
     if (std::fflush(stdout) != 0 && GetFileType(Output()) == FILE_TYPE_PIPE) {
-        std::_Exit(EXIT_FAILURE); // nobody reads it any more
+        std::_Exit(EXIT_FAILURE); // its other end has closed
     }
 }
 
 std::string ProgramFolder() {
-    std::wstring name(32768, L'\0'); // the longest there is
+    std::wstring name(32768, L'\0'); // the longest path
     const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
     name.resize(length);
     return Narrow(name.substr(0, name.find_last_of(L'\\')));
@@ -261,7 +278,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
         const char* mode;
     };
     constexpr Way WAYS[] = {
-        // A folder can be opened, but not read, as on other systems.
+        // A folder can be opened but not read, as on other systems.
         {GENERIC_READ, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, _O_RDONLY | _O_BINARY, "rb"},
         {GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
         {GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},

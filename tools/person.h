@@ -1,0 +1,13 @@
+// The person at the terminal, as the system knows them.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+// The user's name, or "Player".
+std::string PersonName();
+
+// Resolves a file name as the person means it: "~" is their home folder, and other names are
+// relative to the folder where they called the program. The launcher may have changed folders
+// since.
+std::filesystem::path PersonPath(const std::string& name);
