@@ -1,19 +1,19 @@
 #include "engine_process.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
-#include <cstdlib>
+#include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <poll.h>
-#include <regex>
 #include <sched.h>
 #include <sstream>
 #include <sys/ioctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -22,55 +22,62 @@ namespace {
 
 constexpr int PATIENCE = 60'000; // milliseconds without a byte
 
-// Appends the pipe's next byte; false at its end. An engine that is silent or does not stop talking
-// is killed.
-bool ReadByte(EngineProcess& engine, int pipe, std::string& text) {
-    pollfd wait{pipe, POLLIN, 0};
-    if (--engine.budget == 0 || poll(&wait, 1, PATIENCE) <= 0) {
-        ADD_FAILURE() << "the engine does not come to an end";
-        if (engine.pid > 0) kill(engine.pid, SIGKILL);
-    }
-    char byte = 0;
-    if (read(pipe, &byte, 1) != 1) return false;
-    if (WINDOWS_PROGRAMS && byte == '\n') {
-        EXPECT_TRUE(text.ends_with('\r')) << "the line end is not the system's: " << text;
-        text.pop_back();
-    }
-    text += byte;
+// Those of this system, and those that are tested.
+const std::string NATIVE_PROGRAMS = std::filesystem::path(KORVANE_BINARY).parent_path();
+const std::string PROGRAMS = WINDOWS_PROGRAMS ? WINDOWS_PROGRAMS : NATIVE_PROGRAMS;
+
+void Close(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+}
+
+// False when none of the pipes is ready in time; the program is killed then.
+bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
+    if (engine.budget > 0 && poll(ends, count, PATIENCE) > 0) return true;
+    ADD_FAILURE() << "the program does not come to an end";
+    if (engine.pid > 0) kill(engine.pid, SIGKILL);
+    return false;
+}
+
+// Reads what has come; false at the end of the pipe.
+bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
+    char bytes[4096];
+    const ssize_t count = read(pipe.end, bytes, sizeof bytes);
+    if (count <= 0) return false;
+    engine.budget -= count;
+    pipe.text.append(bytes, static_cast<std::size_t>(count));
     return true;
 }
 
 } // namespace
 
-EngineProcess::EngineProcess(const std::string& arguments, const std::string& invocation,
-                             const std::string& preparation, const std::string& program)
-    : directory(std::filesystem::temp_directory_path() / "korvane_test_XXXXXX") {
-    std::signal(SIGPIPE, SIG_IGN); // an engine that has gone fails its own test only
-    std::istringstream stream(invocation + " " + arguments);
+EngineProcess::EngineProcess(const std::string& command, const std::string& directory) {
+    std::signal(SIGPIPE, SIG_IGN); // a program that has gone fails its own test only
+    std::istringstream stream(PROGRAMS + "/" + command);
     std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
     std::vector<char*> pointers(words.size() + 1, nullptr);
     std::ranges::transform(words, pointers.begin(), [](std::string& word) { return word.data(); });
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
-    const bool is_ready = mkdtemp(directory.data()) && pipe2(in, O_CLOEXEC) == 0 &&
-                          pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
-    RunBeside(*this, preparation);
+    const bool is_ready =
+        pipe2(in, O_CLOEXEC) == 0 && pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
     fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
+    fcntl(in[1], F_SETFL, O_NONBLOCK);  // so that SendText can read meanwhile
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
-        std::signal(SIGINT, SIG_DFL); // a background job is born without
+        std::signal(SIGINT, SIG_DFL); // which a background job ignores
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
-            execv(program.c_str(), pointers.data());
+            execv(words[0].c_str(), pointers.data());
         }
         _exit(127);
     }
-    EXPECT_GT(pid, 0) << "the engine cannot be started";
-    for (const int far_end : {in[0], out[1], err[1]}) {
-        close(far_end);
+    EXPECT_GT(pid, 0) << "the program cannot be started";
+    for (int far_end : {in[0], out[1], err[1]}) {
+        Close(far_end);
     }
     input = in[1];
-    output = out[0];
-    errors = err[0];
+    output.end = out[0];
+    errors.end = err[0];
 }
 
 EngineProcess::~EngineProcess() {
@@ -78,130 +85,75 @@ EngineProcess::~EngineProcess() {
         kill(pid, SIGKILL);
         waitpid(pid, nullptr, 0);
     }
-    for (const int near_end : {input, output, errors}) {
-        close(near_end);
+    Close(input);
+    Close(output.end);
+    Close(errors.end);
+}
+
+void SendText(EngineProcess& engine, std::string_view text) {
+    while (!text.empty()) {
+        pollfd ends[] = {{engine.input, POLLOUT, 0}, {engine.output.end, POLLIN, 0}};
+        if (!IsReady(engine, ends, std::size(ends))) return;
+        if ((ends[1].revents & POLLIN) != 0) ReadMore(engine, engine.output);
+        if (ends[0].revents == 0) continue;
+        const ssize_t count = write(engine.input, text.data(), text.size());
+        if (count < 0 && errno != EAGAIN) return;
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
-    std::error_code ignored;
-    std::filesystem::remove_all(directory, ignored);
 }
 
-void SendText(const EngineProcess& engine, const std::string& text) {
-    EXPECT_EQ(write(engine.input, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-}
-
-void SendLines(const EngineProcess& engine, const std::string& lines) {
-    SendText(engine, lines + "\n");
-}
-
-std::string ReadUntil(EngineProcess& engine, const std::string& pattern) {
-    const std::regex wanted(pattern);
-    std::string lines;
-    for (std::string line; ReadByte(engine, engine.output, line);) {
-        if (!line.ends_with('\n')) continue;
-        lines += line;
+bool ReadLine(EngineProcess& engine, OutputPipe& pipe, std::string& line) {
+    std::size_t end = 0;
+    while ((end = pipe.text.find('\n')) == std::string::npos && pipe.end >= 0) {
+        pollfd wait{pipe.end, POLLIN, 0};
+        if (!IsReady(engine, &wait, 1) || !ReadMore(engine, pipe)) Close(pipe.end);
+    }
+    if (pipe.text.empty()) return false;
+    line = pipe.text.substr(0, end);
+    pipe.text.erase(0, end == std::string::npos ? end : end + 1);
+    if (WINDOWS_PROGRAMS && end != std::string::npos) {
+        EXPECT_TRUE(line.ends_with('\r')) << "the line end is not the system's: " << line;
         line.pop_back();
-        if (std::regex_match(line, wanted)) return lines;
-        line.clear();
     }
-    std::string errors;
-    while (ReadByte(engine, engine.errors, errors)) {
-    }
-    ADD_FAILURE() << "no line \"" << pattern << "\" in:\n" << lines << errors;
-    return lines;
+    return true;
 }
 
-std::string Ask(EngineProcess& engine, const std::string& lines) {
-    static int pings = 0;
-    const std::string number = std::to_string(++pings);
-    SendLines(engine, lines + "\nping " + number);
-    const std::string answer = ReadUntil(engine, "pong " + number);
-    return answer.substr(0, answer.rfind("pong "));
-}
+void CloseInput(EngineProcess& engine) { Close(engine.input); }
 
-std::string ToLines(const std::string& text) {
-    std::string lines;
-    for (std::size_t from = 0, end = 0; end != std::string::npos; from = end + 2) {
-        end = text.find("; ", from);
-        const std::string line = text.substr(from, end - from);
-        lines += line.starts_with("moves ") ? Game(line.substr(6)) : "\n" + line;
-    }
-    return lines.substr(1);
-}
+void CloseOutput(EngineProcess& engine) { Close(engine.output.end); }
 
-std::string ToAnswer(const std::string& text) {
-    const std::string lines = std::regex_replace(text, std::regex("; "), "\n");
-    return text.empty() ? "" : std::regex_replace(lines + "\n", std::regex("NO_BOOK\n"), NO_BOOK);
-}
-
-std::string Game(const std::string& moves) {
-    return std::regex_replace(" " + moves, std::regex(" "), "\nusermove ");
-}
-
-void StartThinking(EngineProcess& engine, const std::string& command) {
-    SendLines(engine, MIDDLE_GAME + "sd 50\n" + command);
-    ReadUntil(engine, THINKING + "1\\. .*");
-}
-
-void CloseInput(EngineProcess& engine) {
-    close(engine.input);
-    engine.input = -1;
-}
-
-void CloseOutput(EngineProcess& engine) {
-    close(engine.output);
-    engine.output = -1;
-}
-
-void LimitMemory(pid_t process, std::size_t more_bytes) {
-    std::size_t pages = 0;
-    std::ifstream("/proc/" + std::to_string(process) + "/statm") >> pages;
-    ASSERT_GT(pages, 0u);
-    const rlim_t most = pages * static_cast<std::size_t>(getpagesize()) + more_bytes;
-    const rlimit limit{most, most};
-    EXPECT_EQ(prlimit(process, RLIMIT_AS, &limit, nullptr), 0);
-}
-
-void SendWithoutReading(EngineProcess& engine, const std::string& lines) {
-    EXPECT_GT(fcntl(engine.output, F_SETPIPE_SZ, 1), 0);
-    SendLines(engine, lines);
+void SendWithoutReading(EngineProcess& engine, std::string_view text) {
+    EXPECT_GT(fcntl(engine.output.end, F_SETPIPE_SZ, 1), 0);
+    EXPECT_EQ(write(engine.input, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     const std::string about = "/proc/" + std::to_string(engine.pid) + "/stat";
     std::string number, program, state;
     int answered = 0, left = 1;
     while (left > 0 && state != "Z" && (state != "S" || answered == 0)) {
         sched_yield();
-        ioctl(engine.output, FIONREAD, &answered);
+        ioctl(engine.output.end, FIONREAD, &answered);
         ioctl(engine.input, FIONREAD, &left);
         std::ifstream(about) >> number >> program >> state;
     }
     EXPECT_EQ(state, "S");
-    EXPECT_GT(left, 0) << "the engine takes all lines";
+    EXPECT_GT(left, 0) << "the program takes all lines";
 }
 
-void RunBeside(const EngineProcess& engine, const std::string& command) {
-    EXPECT_EQ(std::system(("cd " + engine.directory + "; " + command).c_str()), 0);
-}
-
-Ending WaitForExit(EngineProcess& engine) {
-    Ending ending{0, "", ""};
-    while ((engine.output >= 0 && ReadByte(engine, engine.output, ending.output)) ||
-           ReadByte(engine, engine.errors, ending.errors)) {
-    }
-    if (WINDOWS_PROGRAMS) { // whose names have more to them
-        ending.errors = std::regex_replace(ending.errors, std::regex("\\.exe\\b"), "");
-        ending.output = std::regex_replace(ending.output, std::regex("\\.exe\\b"), "");
-    }
+std::string WaitForExit(EngineProcess& engine) {
     int status = 0;
     waitpid(engine.pid, &status, 0);
     engine.pid = -1;
-    ending.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    return ending;
+    if (WIFEXITED(status)) return "exit " + std::to_string(WEXITSTATUS(status));
+    return std::string("signal ") + sigabbrev_np(WTERMSIG(status));
 }
 
-std::string ReadFile(const EngineProcess& engine, const std::string& name) {
-    std::ifstream file(engine.directory + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string LayBook(const std::string& moves) {
-    return "echo '" + moves + " *' | " KORVANE_BINARY " --make-book --format=txt -f /dev/stdin";
+std::string RunShell(const std::string& directory, pid_t pid, const std::string& command) {
+    const std::string preparation = "cd " + directory + " && PID=" + std::to_string(pid) +
+                                    " PATH='" + NATIVE_PROGRAMS + "':\"$PATH\" && ";
+    std::string printed;
+    FILE* const shell = popen((preparation + command).c_str(), "r");
+    for (int byte = 0; shell && (byte = std::fgetc(shell)) != EOF;) {
+        printed += static_cast<char>(byte);
+    }
+    EXPECT_TRUE(shell && pclose(shell) == 0) << command;
+    return printed;
 }
