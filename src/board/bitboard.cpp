@@ -33,7 +33,7 @@ namespace {
 
 constexpr int DIAGONALS = 15;
 
-// Unmoved pieces, named as in FEN but for their colour.
+// Unmoved pieces: colour, then the FEN letter.
 constexpr Piece WP = UnmovedPiece(WHITE, PAWN), WN = UnmovedPiece(WHITE, KNIGHT);
 constexpr Piece WB = UnmovedPiece(WHITE, BISHOP), WR = UnmovedPiece(WHITE, ROOK);
 constexpr Piece WQ = UnmovedPiece(WHITE, QUEEN), WK = UnmovedPiece(WHITE, KING);
@@ -45,7 +45,7 @@ constexpr int RankStep(Colour colour) { return PAWN_STEP[colour] / BOARD_SIDE; }
 
 constexpr Bitboard Bit(int number) { return Bitboard{1} << number; }
 
-// The square's bit, or nothing beyond the board's edge.
+// The square's bit; 0 off the board.
 constexpr Bitboard BitAt(int file, int rank) {
     return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
 }
@@ -64,7 +64,7 @@ void FillPlainAndFileOrders() {
     }
 }
 
-// Hands out the bits diagonal by diagonal: a1h8 from a1 to h8, each from its lowest rank upwards;
+// Assigns the bits diagonal by diagonal: a1h8 from a1 to h8, each from its lowest rank upwards;
 // a8h1 from a8 to h1, each from its highest rank downwards.
 DiagonalSet FillDiagonalOrder(bool is_a1h8) {
     DiagonalSet set{};
@@ -111,8 +111,8 @@ void FillLeaperAttacks() {
     }
 }
 
-// The squares that a slider at place `from` of a line reaches: outwards both ways, up to and with
-// the first one whose bit is set in the occupancy.
+// Squares attacked by a slider at index `from` of a line: both ways, up to and including the first
+// occupied one.
 Bitboard LineMoves(std::span<const int> line, int from, int occupancy) {
     Bitboard moves = 0;
     for (const int step : {-1, 1}) {
@@ -161,7 +161,8 @@ void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* s
     }
 }
 
-// The squares of a file on the ranks from `first` on, in steps of `step`, within ranks 2 to 7.
+// Squares of a file from rank `first` on in steps of `step`, within ranks 2 to 7. A file off the
+// board gives none.
 Bitboard PawnFile(int file, int first, int step) {
     Bitboard squares = 0;
     for (int rank = first; rank >= RANK_2 && rank <= RANK_7; rank += step) {

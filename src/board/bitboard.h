@@ -14,8 +14,8 @@ inline constexpr Bitboard FILE_H_SQUARES = FILE_A_SQUARES << FILE_H;
 inline constexpr Bitboard BACK_RANKS = 0xFF000000000000FF; // ranks 1 and 8
 inline constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
-// Index of the lowest and of the highest set bit; the set must not be empty, which the standard
-// library's functions would test.
+// Index of the lowest and of the highest set bit. The set must not be empty: std::countr_zero and
+// std::countl_zero would test that.
 inline int FirstBitNumber(Bitboard set) {
     assert(set != 0);
     return __builtin_ctzll(set);
@@ -25,7 +25,7 @@ inline int LastBitNumber(Bitboard set) {
     return SQUARES - 1 - __builtin_clzll(set);
 }
 
-// Number of set bits: the processor's instruction where the build may use it, else table look-ups.
+// Number of set bits, by the processor's instruction if the build allows it, else by table.
 inline int PopCount(Bitboard set) {
 #ifdef __POPCNT__
     return std::popcount(set);
@@ -35,17 +35,17 @@ inline int PopCount(Bitboard set) {
 #endif
 }
 
-// Takes the lowest square out of a set that is not empty.
+// Removes the lowest square from a non-empty set and returns it.
 inline int PopFirstBit(Bitboard& set) {
     const int square = FirstBitNumber(set);
     set &= set - 1;
     return square;
 }
 
-// A set of squares in the plain order (rank: bit n is square n) and in the three rotated orders, in
-// which the squares of a file or of a diagonal are neighbours. The a1h8 set holds the diagonals
-// parallel to a8-h1 (file + rank constant), the a8h1 set those parallel to a1-h8 (file - rank
-// constant). The orders lie side by side, so that a few wide instructions change all.
+// A set of squares in four bit orders. In `rank`, the plain order, bit n is square n. In the three
+// rotated orders the squares of a file or diagonal are adjacent bits: `a1h8` holds the diagonals
+// parallel to a8-h1 (constant file + rank), `a8h1` those parallel to a1-h8 (constant file - rank).
+// One aligned record, so that a few wide instructions update all four.
 struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard rank;
     Bitboard file;
@@ -61,17 +61,17 @@ inline void Toggle(RotatedSet& set, const RotatedSet& squares) {
     set.a8h1 ^= squares.a8h1;
 }
 
-// A square alone, in the plain order and in all.
+// The set of one square, in the plain order and in all four.
 extern Bitboard BIT_RANK[SQUARES];
 extern RotatedSet BITS[SQUARES];
 
-// Where a square's diagonal begins in its rotated order, and the mask of its length.
+// The first bit of a square's diagonal in its rotated order, and a mask as long as the diagonal.
 extern std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
 extern std::uint64_t DIAG_MASK_A1H8[SQUARES];
 extern std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
 extern std::uint64_t DIAG_MASK_A8H1[SQUARES];
 
-// Squares that a slider reaches along one line, by LineIndex; the first piece each way included.
+// Squares that a slider attacks along one line, by LineIndex. Includes the first piece each way.
 inline constexpr int OCCUPANCIES = 256;
 constexpr int LineIndex(int square, std::uint64_t occupancy) {
     return square * OCCUPANCIES + static_cast<int>(occupancy);

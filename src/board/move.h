@@ -5,29 +5,29 @@
 
 #include <cstdint>
 
-// Fields that a kind of move does not use hold no meaning; readers look at them only when the
-// flag that makes them valid is set. The book file stores these 32 bytes as they are laid out here.
+// A field is undefined unless the flag that makes it valid is set. The book file stores these 32
+// bytes in this layout.
 struct Move {
-    std::int32_t from; // negative: a fake move, which stands for no move at all
+    std::int32_t from; // negative: a fake move, that is, no move
     std::int32_t to;   // castling: the king's target; en passant: the empty square moved to
-    Piece piece;       // as it stood on `from`
-    Piece captured;    // as it stood on `to`; NO_PIECE for an en-passant capture
-    Piece promoted;    // what the move puts on `to`
+    Piece piece;       // on `from`, before the move
+    Piece captured;    // on `to`, before the move; NO_PIECE for en passant
+    Piece promoted;    // on `to`, after the move
     std::uint8_t en_passant;
     std::uint8_t castle;
     std::int32_t en_passant_square; // square and code of the pawn captured en passant
     std::int32_t en_passant_piece;
-    std::int32_t rook_from; // castling: the rook's way
+    std::int32_t rook_from; // castling: the rook's squares
     std::int32_t rook_to;
 };
 static_assert(sizeof(Move) == 32);
 
 inline constexpr std::int32_t NO_SQUARE = -1;
 
-// Room of a move list; no position has nearly as many pseudo-legal moves.
+// Capacity of a move list; far above the pseudo-legal moves of any position.
 inline constexpr int MAX_MOVES = 512;
 
-// Moves in generation order. Only the first `count` records hold anything.
+// Moves in generation order; only the first `count` records are valid.
 struct MoveList {
     std::int32_t count = 0;
     std::int32_t prefetched = 0; // first moves whose children the search has prefetched
@@ -39,10 +39,10 @@ inline Move* end(MoveList& list) { return list.moves + list.count; }
 inline const Move* begin(const MoveList& list) { return list.moves; }
 inline const Move* end(const MoveList& list) { return list.moves + list.count; }
 
-// The same squares; promotions to different pieces are equal.
+// True if the squares are the same; the promotion is ignored.
 inline bool IsEqualMove(const Move& a, const Move& b) { return a.from == b.from && a.to == b.to; }
 
-// Equal, and to the same piece.
+// True if squares and promotion are the same.
 inline bool IsSameMove(const Move& a, const Move& b) {
     return IsEqualMove(a, b) && TypeOf(a.promoted) == TypeOf(b.promoted);
 }
@@ -59,7 +59,7 @@ inline bool IsCaptureMove(const Move& move) {
     return move.captured != NO_PIECE || move.en_passant != 0;
 }
 
-// A pawn move to rank 1, 2, 7 or 8, of either colour.
+// True for a move of a pawn of either colour to rank 1, 2, 7 or 8.
 inline bool IsPawnToSeventhMove(const Move& move) {
     const int rank = RankOf(move.to);
     return TypeOf(move.piece) == PAWN && (rank <= RANK_2 || rank >= RANK_7);
@@ -67,7 +67,6 @@ inline bool IsPawnToSeventhMove(const Move& move) {
 
 inline bool IsPromotion(const Move& move) { return TypeOf(move.piece) != TypeOf(move.promoted); }
 
-// From and to two ranks apart.
 inline bool IsTwoRankMove(const Move& move) {
     const int ranks = RankOf(move.to) - RankOf(move.from);
     return ranks == 2 || ranks == -2;

@@ -20,17 +20,16 @@ inline std::uint64_t PieceKey(Colour colour, int type, int square) {
     return ZOBRIST_KEY_GLOBAL[PieceSquareIndex(colour, type, square)];
 }
 
-// Draws all keys. They are the same in every run, so nothing may draw a random number between the
-// seeding and this.
+// Sets all keys from the random numbers. Call right after the seeding, so that every run has the
+// same keys.
 void InitializeZobristKeys();
 
-// Invariants: every set holds just the pieces of `position`, in its own bit order, and each colour
-// has exactly one king.
+// Invariants: the sets agree with `position`; each colour has exactly one king.
 struct Position {
     alignas(64) Piece position[SQUARES]; // the piece on each square
     alignas(64) Bitboard pieces_by_type[PIECE_INDICES];
     alignas(64) RotatedSet pieces_all[COLOURS];
-    std::int32_t pieces_on_board[COLOURS]; // counts the pieces other than pawns
+    std::int32_t pieces_on_board[COLOURS]; // pieces other than pawns, kings included
 
     // Sums in centipawns over a colour's pieces except the king.
     std::int32_t piece_weight_eval[COLOURS];
@@ -39,20 +38,20 @@ struct Position {
     Colour side_to_move;
     std::int32_t zobrist_ply_number; // index into the key history
     std::uint64_t zobrist_key;       // the hash key
-    std::uint64_t zobrist_xor;       // the en-passant key that it contains; 0: none
+    std::uint64_t zobrist_xor;       // the en-passant key within zobrist_key; 0: none
 
     bool operator==(const Position&) const = default;
 };
 extern Position board;
 
-// True while the search carries out a command. The board is then somewhere in the tree. Functions
-// that need the game's board assert that this is false.
+// True while a command runs during a search. The board is then at some node of the tree, so
+// functions that need the game's board assert that this is false.
 extern bool is_position_withheld;
 
 // The keys of the game's and the search line's positions, oldest first, by ply number.
 inline constexpr int KEY_HISTORY_SIZE = 4096;
 inline constexpr int MAX_PLY_NUMBER = KEY_HISTORY_SIZE - 1;
-inline constexpr int MAX_LINE_PLIES = 320; // the most that a search line adds to the game's plies
+inline constexpr int MAX_LINE_PLIES = 320; // the longest search line
 extern std::uint64_t zobrist_keys[KEY_HISTORY_SIZE];
 extern std::uint64_t zobrist_xors[KEY_HISTORY_SIZE];
 
@@ -62,11 +61,11 @@ inline Bitboard PiecesOf(Colour colour, int type) {
 
 inline int KingSquare(Colour colour) { return FirstBitNumber(PiecesOf(colour, KING)); }
 
-// Flips one piece in the bitboards and in nothing else.
+// Adds or removes a piece in the bitboards only.
 inline void TogglePieceOnBitBoard(Colour colour, int type, int square) {
     Toggle(board.pieces_all[colour], BITS[square]);
     board.pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
 }
 
-// Sets up the initial position. The evaluation sums are left to NewEvaluation.
+// Sets up the initial position, except the evaluation sums; see NewEvaluation.
 void NewRepresentation();

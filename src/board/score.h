@@ -4,16 +4,16 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Scores are in centipawns. A side that can take the enemy king at ply p of the search scores
+// Scores are in centipawns. Capturing the enemy king at ply p (in quarter-plies) scores
 // MATE_EVAL - p, so that a faster mate scores higher. Scores beyond the threshold are mate scores.
 inline constexpr std::int32_t MATE_EVAL = 1'000'000;
 inline constexpr std::int32_t MATE_EVAL_THRESHOLD = 997'999;
 inline constexpr std::int32_t DRAW_EVAL = 0;
 
-// No score: the tables have no usable one, or a pruning step did not decide.
+// No score: not in the tables, or a pruning step did not apply.
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
-// Returned by a stopped search. Negated, it is below every score; callers look at search_info.stop
+// Returned by a stopped search. Negated, it is below every score; callers check search_info.stop
 // and discard it.
 inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
@@ -28,8 +28,8 @@ constexpr bool IsMateEval(std::int32_t score) {
     return score > MATE_EVAL_THRESHOLD || score < -MATE_EVAL_THRESHOLD;
 }
 
-// The number of moves until mate: positive when the side to move mates, negative when it is mated,
-// 0 when the score is not a mate score.
+// Moves until mate: positive if the side to move mates, negative if it is mated, 0 if the score is
+// not a mate score.
 inline std::int32_t MovesToMate(std::int32_t score) {
     if (!IsMateEval(score)) return 0;
     const std::int32_t plies = (MATE_EVAL - std::abs(score)) / QUARTER_PLIES - 1;

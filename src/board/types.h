@@ -36,7 +36,7 @@ constexpr Piece UnmovedPiece(Colour colour, PieceType type) {
 }
 constexpr bool IsMoved(Piece piece) { return (piece & MOVED_FLAG) != 0; }
 
-// The row of a piece in the tables that have one for each kind: 0 to 15.
+// Index into tables by colour and type, 0 to 15.
 inline constexpr int PIECE_INDICES = COLOURS * PIECE_TYPES;
 constexpr int PieceIndex(Colour colour, int type) { return colour * PIECE_TYPES + type; }
 constexpr int PieceIndex(Piece piece) { return PieceIndex(ColourOf(piece), TypeOf(piece)); }
@@ -62,13 +62,13 @@ constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
 }
 
-// The place of a piece on a square in the tables that have one for each kind and square. Types are
-// numbers here, and the place has no sign, which saves hot code conversions.
+// Index into tables by colour, type and square. An int type and an unsigned result save
+// conversions in hot code.
 constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
     return static_cast<std::uint32_t>(PieceIndex(colour, type) * SQUARES + square);
 }
 
-// From a pawn to the square ahead of it.
+// The step of a pawn to the square ahead.
 inline constexpr int PAWN_STEP[COLOURS] = {BOARD_SIDE, -BOARD_SIDE};
 
 // The squares from which kings and rooks castle.
@@ -79,5 +79,5 @@ inline constexpr int ROOK_HOME[COLOURS][CASTLE_SIDES] = {
     {SquareOf(FILE_H, RANK_1), SquareOf(FILE_A, RANK_1)},
     {SquareOf(FILE_H, RANK_8), SquareOf(FILE_A, RANK_8)}};
 
-// A set of squares. In the plain order bit n stands for square n.
+// A set of squares. In the plain order, bit n is square n.
 using Bitboard = std::uint64_t;

@@ -13,17 +13,17 @@ extern std::uint32_t POP_COUNT[POP_COUNT_SIZE];
 void InitializeUtility();
 
 // One linear congruential generator serves keys, move choice and book. The same seed gives the same
-// numbers on every system; the book seeds it anew.
+// numbers on every system. Each book move seeds it again.
 void SeedRandom(std::uint32_t seed);
 std::uint32_t RandomU15(); // 0 to 32767
 std::uint32_t RandomU32(); // 30 significant bits
 std::uint64_t RandomU64();
 
-// The first `count` items, which must not be negative.
+// The first `count` items; `count` must not be negative.
 template <typename T>
 constexpr std::span<T> SpanOf(T* items, std::int32_t count) {
     return {items, static_cast<std::size_t>(count)};
 }
 
-// The time in centiseconds, for differences between two readings.
+// A steady clock in centiseconds; only differences are meaningful.
 std::uint64_t CurrentTimeU64();

@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t HELP_TEXT_SIZE = 2048;
 constexpr std::size_t HELP_LINE_SIZE = 64;
 
-// The legal move of the position with the squares and the promotion of the book's, or false.
+// Finds the legal move with the squares and promotion of `wanted`; false if there is none.
 bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     MoveList list;
     GenerateAllLegalMoves(list, last_move);
@@ -34,7 +34,7 @@ bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     return true;
 }
 
-// Takes the child that the link leads to out of its parent's list, with all that hangs on it.
+// Removes and frees the child at the link, with its subtree.
 void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     MoveTrieNode* child = *link;
     *link = child->next;
@@ -43,9 +43,9 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     delete child;
 }
 
-// Checks that every move below the node can be played, and sets the fields that play needs, which a
-// file may have wrong. Drops moves behind a promotion that do not fit: promotions to different
-// pieces share a node.
+// Checks that every move below the node is legal, and replaces it by the generated move, because
+// the file's other fields may be wrong. Drops illegal moves after a promotion instead: promotions
+// to different pieces share a node.
 bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;
@@ -64,7 +64,7 @@ bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_prom
     return true;
 }
 
-// Appends a line to the text unless it does not fit as a whole.
+// Appends a line to the text; false, and no change, if it does not fit.
 bool AppendLine(char (&text)[HELP_TEXT_SIZE], std::size_t& length, const char* line) {
     const std::size_t added = std::strlen(line);
     if (length + added >= HELP_TEXT_SIZE) return false;
@@ -85,7 +85,7 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
     }
 }
 
-// To read a named pipe would hold up play until somebody writes to it.
+// Refuses a named pipe, because reading one blocks until somebody writes to it.
 const char* ReadPlainBook(MoveTrieNode& root, const char* file_name) {
     return IsPlainFile(file_name) ? ReadBook(root, file_name) : "it is no plain file";
 }

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr std::int32_t MAX_GAME_MOVES = 512; // of a game that are kept while it is read
+constexpr std::int32_t MAX_GAME_MOVES = 512; // read of one game; further ones are skipped
 constexpr int LISTING_WIDTH = 1024;
 constexpr std::int32_t PROGRESS_STEP = 500; // games
 
@@ -30,7 +30,7 @@ struct Line {
 };
 Line line;
 
-bool is_progress_shown = false; // and the line still lacks its end
+bool is_progress_shown = false; // and its line is not ended
 
 [[noreturn]] void FailBuilding(const std::string& message) {
     if (is_progress_shown) std::fputs("\n", stderr);
@@ -46,10 +46,10 @@ struct GameFile {
     const char* name;
     std::FILE* file;
     bool is_pgn;
-    std::int32_t games; // read so far, with the one that is being read
+    std::int32_t games; // read so far, including the current one
 };
 
-// A person is told where in the file the bad token stands.
+// On a console, the message includes the position of the bad token.
 [[noreturn]] void RefuseMove(const GameFile& input, const char* token) {
     std::string message = std::string("Error (illegal move): ") + token;
     if (IsConsoleErrors()) {
@@ -110,8 +110,8 @@ void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     }
 }
 
-// Writes the lines that go through a node, one for each leaf; `line` is the way to it, with the
-// root's move in front, which names none.
+// Writes the lines through a node, one for each leaf. `line` holds the moves that lead to the node,
+// after an undefined move for the root.
 void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {

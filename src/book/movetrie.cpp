@@ -20,10 +20,10 @@ constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
 
-// What the offsets, signed numbers, can lead to.
+// The largest offset; offsets are signed.
 constexpr std::size_t MAX_BOOK_SIZE = std::numeric_limits<std::int32_t>::max();
 
-// Names that are tried for a file that is not yet whole.
+// Names to try for an incomplete file.
 constexpr int UNFINISHED_NAMES = 100;
 
 using Bytes = std::vector<unsigned char>;
@@ -82,7 +82,6 @@ MoveTrieNode* FindChild(const MoveTrieNode& node, const Move& move) {
     return nullptr;
 }
 
-// A new first child.
 MoveTrieNode& AddChild(MoveTrieNode& node) {
     MoveTrieNode* child = new MoveTrieNode;
     InitMoveTrie(*child);
@@ -99,8 +98,8 @@ std::int32_t CountKept(const MoveTrieNode& node, std::int32_t minimum_count) {
     return kept;
 }
 
-// Appends a node's record, and behind it those of its children; returns the number of nodes, or 0
-// when the file grows beyond what an offset can hold.
+// Appends a node's record, then those of its children. Returns the number of nodes, or 0 if the
+// file exceeds the largest offset.
 std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
                         std::int32_t minimum_count) {
     const std::size_t start = image.size();
@@ -123,9 +122,9 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     return nodes;
 }
 
-// Writes the bytes under a new name beside the target and then gives them the target's. A file that
-// stands in the way under such a name is left alone, and so is a target that is no plain file. Of a
-// link only the link is replaced, which may lead to a book of others.
+// Writes the bytes to a new file beside the target, then renames it to the target. Never overwrites
+// another file or a target that is not a plain file. Replaces a link, not the file it points to,
+// which may be another user's book.
 bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::error_code error;
     if (std::filesystem::exists(PathOf(name), error) && !IsPlainFile(name.c_str())) {
@@ -146,7 +145,7 @@ bool WriteWhole(const std::string& name, const Bytes& bytes) {
     return false;
 }
 
-// A book file that is read from its start to its end.
+// A book file being read, from start to end.
 struct BookFile {
     std::FILE* file;
     std::int64_t offset; // of the next byte
@@ -157,8 +156,8 @@ bool ReadBlock(BookFile& book_file, std::span<unsigned char> block) {
     return std::fread(block.data(), 1, block.size(), book_file.file) == block.size();
 }
 
-// Reads the record that comes next and those of its children, each of which must begin where the
-// one before it ended: so no record is read twice. Returns null or what is wrong.
+// Reads the next record and those of its children. Each must begin where the one before it ended,
+// so that no record is read twice. Returns null or the error.
 const char* ReadNode(BookFile& book_file, MoveTrieNode& node, int plies) {
     constexpr const char* OUTSIDE = "a record lies outside the file";
     if (plies > MAX_TRIE_PLIES) return "a line is too long";
@@ -188,7 +187,8 @@ const char* ReadWhole(BookFile& book_file, MoveTrieNode& root) {
     return std::ferror(book_file.file) ? "it cannot be read" : error;
 }
 
-// All of it is asked for before the first node, as without any left not even the stack could grow.
+// Tries to allocate the whole amount before the first node, because with no memory left the stack
+// could not grow either.
 bool IsMemoryFor(std::uintmax_t nodes) {
     constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16; // as a block of its own
     constexpr std::uintmax_t SPARE = std::uintmax_t{4} << 20;         // for the stack and all else
@@ -198,8 +198,7 @@ bool IsMemoryFor(std::uintmax_t nodes) {
     return room != nullptr;
 }
 
-// Why the trie cannot be read, as far as the size of the file tells, or null. Of a pipe it is not
-// known.
+// Returns an error that the file's size shows, or null. The size of a pipe is unknown.
 const char* JudgeSize(const char* file_name) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(PathOf(file_name), error);

@@ -1,4 +1,4 @@
-// Readable dumps on standard error, for developers at work; nothing calls them in play.
+// Readable dumps on standard error, for debugging; nothing calls them in play.
 #pragma once
 
 #include "board/move.h"
@@ -14,6 +14,6 @@ void DumpU64(std::uint64_t value);
 void DumpZobristKey(std::uint64_t key);
 void DumpBitBoard(Bitboard set);
 
-// Reads the board, and so must run before the move is made.
+// Call before the move is made, because it reads the board.
 void DumpMove(const Move& move);
 void DumpMoveList(std::span<const Move> moves);

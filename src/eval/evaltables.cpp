@@ -8,7 +8,7 @@
 
 namespace {
 
-// A white table as one looks at the board: rank 8 on top, file a on the left.
+// White's table, as printed: rank 8 on top, file a on the left.
 using Diagram = std::array<std::int32_t, SQUARES>;
 
 // clang-format off

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// Value of each piece type. The king's never enters a sum.
+// Value of each piece type. No sum includes the king's.
 inline constexpr std::int32_t PIECE_WEIGHT[PIECE_TYPES] = {0, 100, 300, 1'000'000,
                                                            0, 300, 500, 900};
 

@@ -19,14 +19,14 @@ constexpr std::int32_t BACKWARD_EDGE = -5;
 constexpr std::int32_t BACKWARD = -12;
 constexpr std::int32_t BACKWARD_OPEN = -15; // added where an enemy rook can attack it
 
-// The phase from the number of pieces other than pawns, both kings included.
+// The phase, by the number of pieces other than pawns, kings included.
 int GamePhase() {
     const std::int32_t pieces = board.pieces_on_board[WHITE] + board.pieces_on_board[BLACK];
     if (pieces > 8) return 0;
     return pieces >= 4 ? 1 : 2;
 }
 
-// Pawns that shelter the king, enemy pieces that come near it.
+// Own pawns that shelter the king, and enemy pieces near it.
 template <Colour US>
 std::int32_t KingSafety(int king) {
     constexpr Colour THEM = Opponent(US);
@@ -62,17 +62,16 @@ std::int32_t PawnStructure() {
     return score;
 }
 
-// A cache of pawn structures and their scores. It pays because few positions of a tree differ in
-// their pawns.
+// Cache of pawn-structure scores: most positions of a tree share their pawn structure.
 struct PawnEntry {
-    Bitboard white; // pawns; bit 0, where no pawn can stand, tells whether there is a rook
+    Bitboard white; // pawns; bit 0, never a pawn's, is set if there is a rook
     Bitboard black;
     std::int32_t score;
 };
 constexpr int PAWN_SLOT_BITS = 11;
 PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 
-// Apart from the look-up, which is faster for it.
+// Kept out of line, which makes the look-up faster.
 [[gnu::noinline]] void Fill(PawnEntry& entry, Bitboard white, Bitboard black) {
     entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
 }
@@ -88,7 +87,7 @@ std::int32_t PawnScore() {
     return entry.score;
 }
 
-// Everything that counts for one colour but its pawn structure.
+// The score of one colour without its pawn structure.
 template <Colour US>
 std::int32_t EvaluateColour(int phase) {
     const int king = KingSquare(US);

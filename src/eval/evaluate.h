@@ -5,6 +5,6 @@
 
 #include <cstdint>
 
-// The static score of the position in centipawns, positive when US stands better.
+// The static score of the position in centipawns, positive if US is better.
 template <Colour US>
 std::int32_t Evaluate();

@@ -29,8 +29,8 @@ inline constexpr std::string_view AUTHORSHIP = "by the Korvane developers";
 // The defaults at start-up.
 void InitializeEngineState();
 
-// What every new game sets anew: the depth limit, and no pondering.
+// Resets the settings that do not outlast a game: the depth limit and pondering.
 void NewEngineState();
 
-// Writes the text to standard output as a verbose notice, in verbose mode only.
+// Prints the text as a verbose notice; does nothing unless in verbose mode.
 void PrintVerbose(std::string_view text);

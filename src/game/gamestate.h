@@ -1,4 +1,4 @@
-// The game in progress: its record, and where it stands in the opening book. Both are copied whole
+// The game in progress: its record, and its position in the opening book. Both are copied whole
 // into the state history after every move, so every field belongs to a position of the game, the
 // clocks included.
 #pragma once
@@ -11,13 +11,13 @@
 inline constexpr int EXPECTED_MOVE_SIZE = 8; // the longest is like "Qa1xb2+"
 
 struct GameState {
-    std::uint8_t no_last_move; // no move leads here, and last_move holds nothing
+    std::uint8_t no_last_move; // there is no last move; last_move is undefined
     std::uint8_t game_over;
     std::int32_t ply_count; // half-moves played since the game began
     std::int32_t last_eval; // of the engine's last own move, in centipawns from its side; book: 0
     Move last_move;
     Move expected_move;                          // the reply that the engine expects; fake: unknown
-    char expected_move_text[EXPECTED_MOVE_SIZE]; // the same, as it was written at that time
+    char expected_move_text[EXPECTED_MOVE_SIZE]; // the same as text, in the notation of that time
     std::int32_t fifty_move_count;               // half-moves since the last pawn push or capture
     std::uint64_t engine_time;                   // clocks in centiseconds, as last given
     std::uint64_t opponent_time;
@@ -37,13 +37,12 @@ struct BookState {
 };
 extern BookState book_state;
 
-// Both clocks until the front end has given them: more than 300 years.
+// Both clocks until the front end sets them: more than 300 years.
 inline constexpr std::uint64_t UNKNOWN_CLOCK = 1'000'000'000'000;
 
-// A move that stands for none.
 inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
 
-// The move that led to the position, or null when none did.
+// The move that led to the position, or null.
 inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game_state.last_move; }
 
 // Resets the record to a game without moves; the clocks and the increment stay.
@@ -52,6 +51,6 @@ void ForgetMoves();
 // The defaults of a new game.
 void NewGameState();
 
-// Puts the initial position on the board, with a new game record; the other records of a game are
-// the caller's. Replaying moves needs no more than this.
+// Puts the initial position on the board, with a new game record; the caller resets
+// the other records. This is enough to replay moves.
 void SetUpInitialPosition();

@@ -1,5 +1,5 @@
-// The state history: every position of the game with its move, game record and book position; and
-// moves at game level, made and taken back.
+// The state history: every position of the game with its move, game record and book position.
+// Making and unmaking moves of the game.
 #pragma once
 
 #include "board/move.h"
@@ -26,7 +26,6 @@ extern StateHistory state_history;
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 
-// No further move fits into the history.
 bool IsHistoryFull();
 
 // Starts an empty history from the current state.
@@ -35,15 +34,14 @@ void NewStateHistory();
 // Appends one entry: the move just made, and the board and the records as they are now.
 void SaveIntoStateHistory(const Move& move);
 
-// Drops the newest entry and restores the records from the one before it; the board is the
-// caller's.
+// Drops the newest entry and restores the records, but not the board, from the one before it.
 void LoadFromStateHistory();
 
-// Plays a move of the side to move: board and game record advance, nothing is sent or saved.
+// Makes a move on the board and in the game record; sends and saves nothing.
 void MakeForceMove(const Move& move);
 
 // Takes back the last move of the game; does nothing at its start.
 void UndoMove();
 
-// Counts a move that has been made in the game record: last move, ply and fifty-move count.
+// Updates the game record after a move: last move, ply count and fifty-move count.
 void CountGameMove(const Move& move);

@@ -20,7 +20,7 @@
 
 namespace {
 
-// What is searched: a position, and the moves of the game behind it.
+// A position to search: a FEN and the moves played from it.
 struct Start {
     const char* fen;
     const char* moves;
@@ -76,7 +76,7 @@ struct Total {
     std::uint64_t milliseconds;
 };
 
-// Starts a game at the position and plays its moves; false when one of them cannot be.
+// Starts a game at the position and plays its moves; false if the position or a move is illegal.
 bool PlayTo(const Start& start) {
     NewGame();
     if (!SetBoardFen(start.fen)) return false;
@@ -99,7 +99,8 @@ void PrintHead() {
     FlushOutput();
 }
 
-// Searches one position from cleared tables and prints its row.
+// Searches one position from cleared tables and prints its row. False if the position is illegal
+// or the search was stopped.
 bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     if (!PlayTo(start)) {
         std::fprintf(stderr, "bench: illegal: %s %s\n", start.fen, start.moves);

@@ -1,5 +1,5 @@
 // bench: searches a fixed set of positions to a fixed depth. The number of nodes is the signature
-// of the search, the same on every run and machine; the speed is the machine's.
+// of the search, the same on every run and machine.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,6 @@ inline constexpr std::int32_t BENCH_DEFAULT_DEPTH = 7; // plies
 inline constexpr std::int32_t BENCH_MIN_DEPTH = 3;
 inline constexpr std::int32_t BENCH_MAX_DEPTH = 50;
 
-// Searches the positions, each from empty tables, and prints a row for each and the totals. The
-// game is a new one afterwards. False when a position cannot be set up, or the search's host stops
-// it.
+// Searches the positions, each from empty tables, and prints a row for each and the totals. Starts
+// a new game afterwards. False if a position cannot be set up or search_host stops the search.
 bool RunBench(std::int32_t plies);

@@ -14,7 +14,7 @@ bool IsEnPassantEnablingMove(const Move& move) {
     Bitboard candidates = ATTACKS_ENPASSANT[move.to] & PiecesOf(enemy, PAWN);
     while (candidates) {
         const int square = PopFirstBit(candidates);
-        // The capture, tried on the bitboards alone and taken back.
+        // Try the capture on the bitboards alone.
         TogglePieceOnBitBoard(mover, PAWN, move.to);
         TogglePieceOnBitBoard(enemy, PAWN, square);
         TogglePieceOnBitBoard(enemy, PAWN, passed_over);

@@ -1,5 +1,5 @@
-// Attack queries: sliding attacks looked up in rotated bitboards, the king-capture test on which
-// all legality rests, and the tests for castling squares and en-passant rights.
+// Attack queries: sliding attacks by rotated bitboards, the king-capture test that decides
+// legality, and the tests for castling squares and en-passant rights.
 #pragma once
 
 #include "board/move.h"
@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-// Squares that a rook, a bishop or a queen on the square attacks; the first piece in each
-// direction, of either colour, is included.
+// Squares attacked by a rook, bishop or queen on the square. Includes the first piece in each
+// direction, of either colour.
 inline Bitboard RookAttacks(int square) {
     const Bitboard by_rank = board.pieces_all[WHITE].rank | board.pieces_all[BLACK].rank;
     const Bitboard by_file = board.pieces_all[WHITE].file | board.pieces_all[BLACK].file;
@@ -27,7 +27,7 @@ inline Bitboard BishopAttacks(int square) {
 
 inline Bitboard QueenAttacks(int square) { return BishopAttacks(square) | RookAttacks(square); }
 
-// What a rook or a bishop on the square attacks on an empty board.
+// Squares attacked by a rook or bishop on an empty board.
 inline Bitboard RookLines(int square) {
     return MOVES_RANK[LineIndex(square, 0)] | MOVES_FILE[LineIndex(square, 0)];
 }
@@ -36,13 +36,13 @@ inline Bitboard BishopLines(int square) {
     return MOVES_A1H8[LineIndex(square, 0)] | MOVES_A8H1[LineIndex(square, 0)];
 }
 
-// The colour attacks the square. All tests for check and castling end here.
+// True if US attacks the square.
 template <Colour US>
 bool IsAttackedBy(int square) {
     const Bitboard queens = PiecesOf(US, QUEEN);
     const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(square);
     const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(square);
-    // Occupancy matters only where a slider is on a line with the square at all.
+    // Look up the occupancy only if a slider is on a line with the square.
     return (straight && (RookAttacks(square) & straight)) ||
            (diagonal && (BishopAttacks(square) & diagonal)) ||
            (ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT)) ||
@@ -50,7 +50,7 @@ bool IsAttackedBy(int square) {
            (ATTACKS_KING[square] & PiecesOf(US, KING));
 }
 
-// The colour could capture the other side's king.
+// True if US could capture the enemy king.
 template <Colour US>
 bool IsKingCapturableBy() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
@@ -76,14 +76,14 @@ inline bool IsMaybeIllegal(const Move& move, Bitboard from_squares) {
     return (BIT_RANK[move.from] & from_squares) || move.en_passant;
 }
 
-// The side to move could capture the other side's king: the last move was illegal.
+// True if the side to move could capture the enemy king, so that the last move was illegal.
 inline bool HaveKingCaptures() {
     return board.side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
-// The opponent of the side to move attacks the square, so that the king must not castle across it.
+// True if the opponent of the side to move attacks the square, which prevents castling across it.
 bool PreventedCastle(int square);
 
-// The move is a pawn's double step that an enemy pawn can legally capture en passant. The
-// move is on the board already, and its maker is still the side to move.
+// True if the move is a double step that an enemy pawn can legally capture en passant. Call after
+// the move is on the board and before side_to_move changes.
 bool IsEnPassantEnablingMove(const Move& move);

@@ -8,14 +8,14 @@
 
 namespace {
 
-// Victims in the order in which their captures are generated, but for the king, which comes before.
+// Victims, other than the king, in generation order.
 constexpr PieceType PIECES_TO_CAPTURE[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
-// All that add moves get the place of the next one and return the place behind their last.
+// Each Add function takes the next free slot and returns the one after its last move.
 
 Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece promoted) {
     next->from = from;
@@ -49,7 +49,7 @@ Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) 
     return next;
 }
 
-// Captures of the piece on the square, which is among the victims.
+// Captures of the piece on the square, which must be a victim.
 template <Colour US>
 Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
     const Piece captured = board.position[square];
@@ -85,8 +85,8 @@ Move* AddEnPassant(Move* next, const Move& last_move) {
     return next;
 }
 
-// The enemy pieces that the colour's pieces attack. To know them saves looking for the attackers of
-// the others, which are most.
+// The enemy pieces that US attacks. Most are not attacked, so this saves most searches for
+// attackers.
 template <Colour US>
 Victims FindVictims() {
     const Bitboard pawns = PiecesOf(US, PAWN);
@@ -109,14 +109,15 @@ Victims FindVictims() {
     return {board.pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
 }
 
-// Castling to a side, as steps from the king's home.
+// Castling to one side, as steps from the king's home square.
 struct CastlingWay {
     int rook_to, king_to;
     int empty[3]; // squares between king and rook; 0: unused
 };
 constexpr CastlingWay CASTLING_WAYS[CASTLE_SIDES] = {{1, 2, {1, 2, 0}}, {-1, -2, {-1, -2, -3}}};
 
-// The squares between are empty, the rook is unmoved, and the king crosses no attacked square.
+// True if the squares between are empty, the rook is unmoved and the king crosses no attacked
+// square.
 bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
     for (const int step : way.empty) {
         if (step != 0 && board.position[king + step] != NO_PIECE) return false;
@@ -142,7 +143,7 @@ Move* AddCastling(Move* next) {
     return next;
 }
 
-// Targets are walked so that forward moves come first for either side.
+// Adds the targets in an order that puts forward moves first for either side.
 template <Colour US>
 Move* AddQuiet(Move* next, int from, Bitboard targets) {
     while (targets) {
@@ -187,7 +188,7 @@ void EndListAt(MoveList& list, const Move* end) {
     assert(list.count <= MAX_MOVES);
 }
 
-// Those of the victims that are of the most valuable type; there is one that is no king.
+// The victims of the most valuable type. At least one victim must not be a king.
 template <Colour US>
 Bitboard MostValuable(Bitboard victims) {
     const PieceType* type = PIECES_TO_CAPTURE;

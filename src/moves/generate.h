@@ -1,5 +1,5 @@
-// Generation of pseudo-legal moves: moves by the pieces' rules that may leave the own king to be
-// taken. Their order is part of the contract: the search remembers moves by their index in it.
+// Generation of pseudo-legal moves: they may leave the own king in check.
+// The order is part of the contract: the hash tables store moves as indices into it.
 #pragma once
 
 #include "board/move.h"
@@ -15,10 +15,10 @@ void GenerateCaptures(MoveList& list, const Move* last_move);
 // Appends castling, quiet piece moves and pawn advances with promotions, in that order.
 void GenerateNonCaptures(MoveList& list);
 
-// Captures, and behind them the rest.
+// Captures, then the other moves.
 void GenerateAllMoves(MoveList& list, const Move* last_move);
 
-// The same where the colour of the side to move is known.
+// The same for a known side to move.
 template <Colour US>
 void GenerateCaptures(MoveList& list, const Move* last_move);
 template <Colour US>
@@ -32,9 +32,9 @@ struct Victims {
     Bitboard straight;
 };
 
-// Captures in two steps, for a caller that can do something with the first moves: first all of one
-// victim, then those of the other victims, which the first step returns, and en passant. There are
-// no other victims behind a king.
+// GenerateCaptures in two steps, for a caller that can use the first moves early. The first step
+// generates the captures of one victim and returns the other victims (none if the first is a king);
+// the second adds their captures and en passant.
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list);
 template <Colour US>

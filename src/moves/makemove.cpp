@@ -13,9 +13,9 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// The castling keys that the first move of a king or of a rook changes: those for which its partner
-// was unmoved before the move. A rook that stood unmoved on the king's square was its own partner.
-// Call when the move is on the board, but before a castling rook moves.
+// The castling keys that the first move of a king or rook changes: those whose other piece was
+// unmoved before the move. An unmoved rook on the king's home square counts as its own other piece.
+// Call after the move is on the board and before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -36,7 +36,7 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
     return keys;
 }
 
-// The mover in its sets and in the sum, both ways: on `from` the piece, on `to` what it becomes.
+// Moves the mover in its sets and its square sum: step 1 makes the move, step -1 unmakes it.
 template <Colour US>
 [[gnu::always_inline]] inline void ToggleMover(int from, int to, int type, int promoted, int step) {
     Toggle(board.pieces_all[US], BITS[from]);
@@ -47,8 +47,8 @@ template <Colour US>
         step * (PieceSquareEval(US, promoted, to) - PieceSquareEval(US, type, from));
 }
 
-// Puts the captured piece back (step 1) or takes it off (step -1) everywhere but in `position`,
-// which is the caller's.
+// Restores (step 1) or removes (step -1) the captured piece, except in `position`, which the caller
+// updates.
 template <Colour THEM>
 [[gnu::always_inline]] inline void ToggleVictim(int type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);
@@ -57,14 +57,14 @@ template <Colour THEM>
     board.pieces_on_board[THEM] += step * (type != PAWN);
 }
 
-// Counts the piece that a pawn becomes in its place (step 1), or the other way round (step -1).
+// Counts the promoted piece instead of the pawn (step 1), or the reverse (step -1).
 template <Colour US>
 void CountPromotion(int promoted, int step) {
     board.pieces_on_board[US] += step;
     board.piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
-// Moves the castling rook on or back; returns the change of the key.
+// Makes or unmakes the rook's part of castling; returns the change of the key.
 template <Colour US>
 std::uint64_t MoveCastlingRook(int from, int to) {
     TogglePieceOnBitBoard(US, ROOK, from);

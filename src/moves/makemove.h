@@ -6,35 +6,34 @@
 
 #include <cstdint>
 
-// Plays a pseudo-legal move of the side to move; its legality is not tested.
+// Makes a pseudo-legal move of the side to move; does not test its legality.
 void MakeMove(const Move& move);
 
-// Takes back the move that was made last, given the same record.
+// Unmakes the last move made; `move` must be the same record.
 void UnMakeMove(const Move& move);
 
-// The same where the mover's colour is known: `US` made or makes the move.
+// The same for a known mover US.
 template <Colour US>
 void MakeMove(const Move& move);
 template <Colour US>
 void UnMakeMove(const Move& move);
 
-// The move, pseudo-legal in the position, does not leave the mover's king to be taken.
+// True if the pseudo-legal move does not leave the mover's king in check.
 bool IsLegalMove(const Move& move);
 
 // Fills the list with the legal moves of the side to move, in generation order.
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move);
 
-// The null move: the side to move passes, and an en-passant right is gone. Taken back like a move.
+// The null move: the side to move passes, which ends an en-passant right.
 void MakeNullMove();
 void UnMakeNullMove();
 
-// The key that the position will have after a null move.
+// The key after a null move.
 inline std::uint64_t KeyAfterNullMove() {
     return board.zobrist_key ^ board.zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
 }
 
-// The key that the position will most likely have after the move: castling and en passant are left
-// out of account. For prefetching only.
+// The likely key after the move: ignores castling and en passant. For prefetching only.
 template <Colour US>
 std::uint64_t LikelyKeyAfter(const Move& move) {
     std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, TypeOf(move.piece), move.from) ^

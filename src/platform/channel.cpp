@@ -6,14 +6,14 @@
 
 namespace {
 
-// On some systems a console counts events, such as a key pressed; one event is no line yet.
+// On some systems a console counts events, such as a pressed key; one event is not a line.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
-std::uint8_t in_buffer = 0;         // a line that was only looked at is held in my_buffer
+std::uint8_t in_buffer = 0;         // my_buffer holds a polled line
 CommandLine my_buffer = "";         // the held line
 std::int32_t command_timestamp = 0; // lines read so far
 std::uint8_t init = 0;              // the kind of standard input is known
-std::uint8_t pipe = 0;              // standard input is no console
+std::uint8_t pipe = 0;              // standard input is not a console
 
 // The next byte, or END_OF_INPUT.
 constexpr int END_OF_INPUT = -1;

@@ -22,7 +22,7 @@ bool IsPlainFile(const char* path) {
 
 bool FileExists(const char* path) {
     std::error_code error;
-    // To open a named pipe would mean to wait for somebody who writes to it.
+    // Opening a named pipe blocks until somebody writes to it.
     if (std::filesystem::is_fifo(PathOf(path), error)) return true;
     std::FILE* file = OpenFile(path, FileUse::READ);
     if (!file) return false;

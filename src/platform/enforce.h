@@ -1,4 +1,4 @@
-// Fatal errors and the file checks in front of them.
+// Fatal errors and file checks.
 #pragma once
 
 #include <cstdint>
@@ -7,15 +7,15 @@
 // Writes the message and a line feed to standard error and ends the program with exit status 1.
 [[noreturn]] void FatalError(std::string_view message);
 
-// Ends the program with a fatal error: memory that it asked for cannot be had.
+// Ends the program with a fatal error after a failed allocation.
 [[noreturn]] void RunOutOfMemory();
 
-// The path is a file on a disk, not a pipe, folder or device.
+// True if the path is a regular file or a link to one.
 bool IsPlainFile(const char* path);
 
-// The file can be opened for reading. A named pipe counts as one that can, because opening it would
-// wait for its other end.
+// True if the file can be opened for reading. Always true for a named pipe, because opening one
+// blocks.
 bool FileExists(const char* path);
 
-// Returns when the file can be opened for reading; otherwise a fatal error that names it.
+// A fatal error that names the file unless it can be opened for reading.
 void RequireFile(const char* path);

@@ -1,4 +1,4 @@
-// What the operating system gives: the signals, the clock, files, and raw standard input and
+// The interface to the operating system: the signals, the clock, files, and raw standard input and
 // output. A port to another system is one more implementation of this header. Names of files are
 // UTF-8.
 #pragma once
@@ -11,17 +11,17 @@
 #include <string>
 #include <string_view>
 
-// What the interrupt and termination signals do, which some front ends send as a matter of course
-// and others to be rid of an engine. END_OF_INPUT: standard input seems to have ended; after an
-// interrupt it goes on when TakeInterrupt is called.
+// The effect of the interrupt and termination signals, which some front ends send routinely and
+// others to end an engine. END_OF_INPUT: standard input appears to end; after an interrupt,
+// TakeInterrupt resumes it.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
-// Sets what these signals do, and ignores the one about files that grow too large, so that the
-// write just fails. When nobody reads standard output any more, the next write ends the process.
-// When it is only full, the write waits.
+// Sets the effect of these signals, and ignores the signal about too large files, so that the write
+// fails instead. If nobody reads standard output any more, the next write ends the process; if it
+// is only full, the write waits.
 void PrepareProcess(Interrupts interrupts);
 
-// True when an interrupt has ended standard input, which can be read again from now on.
+// True if an interrupt has ended standard input; resumes it.
 bool TakeInterrupt();
 
 // The words of the command line, the program's first, which live as long as the process.
@@ -36,7 +36,7 @@ inline constexpr std::uint64_t TICKS_PER_MILLISECOND = TICKS_PER_SECOND / 1000;
 // True when standard input is an interactive console, false for a pipe or a file.
 bool IsConsoleInput();
 
-// Of an interactive console, only keys are events from now on, and none waits.
+// On an interactive console, drops waiting events and lets only keys cause events from now on.
 void QuietConsole();
 
 // True when standard output, standard error is seen by a person.
@@ -52,9 +52,9 @@ bool IsColourConsole();
 // The value of an environment variable; empty when it is not set.
 std::string EnvironmentValue(const char* name);
 
-// How much standard input waits to be read, without blocking: bytes, or the events of a console.
-// INPUT_UNKNOWN when that cannot be told, and when no more will come because the input has ended or
-// nobody reads standard output. A read then tells more, and does not wait long.
+// Returns the amount of waiting standard input, without blocking: bytes, or the events of a
+// console. INPUT_UNKNOWN if the amount is unknown, the input has ended or nobody reads standard
+// output; a read will find out, soon.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
@@ -62,36 +62,34 @@ int WaitingInput();
 // nobody reads standard output.
 bool IsHungUp();
 
-// Waits for standard input and takes what is there, as far as there is room: how many bytes. 0 when
-// the input has ended or cannot be read, and when nothing is there and nobody reads standard output
-// any more.
+// Waits for standard input, reads at most room.size() bytes and returns their number. 0 if the
+// input has ended or cannot be read, or if none waits and nobody reads standard output any more.
 std::size_t ReadInput(std::span<char> room);
 
 // Writes the bytes to standard output at once, all of them unless the output is broken. Line feeds
 // become the system's line ends.
 void WriteOutput(std::string_view bytes);
 
-// Sends what was printed to the standard output stream. Without, it may stay where it is.
+// Flushes the standard output stream.
 void FlushOutput();
 
-// The folder that the running program lies in; empty when that cannot be told.
+// The folder of the running program; empty if unknown.
 std::string ProgramFolder();
 
-// A name as the standard library wants it, and back; bytes that are no UTF-8 are replaced where the
-// system knows none.
+// Converts a UTF-8 name to a path, and back. Bytes that are not UTF-8 are replaced on systems whose
+// names cannot hold them.
 std::filesystem::path PathOf(std::string_view name);
 std::string NameOf(const std::filesystem::path& path);
 
-// Opens a file, whose bytes are the same on every system: to be read, to be written from its start,
-// to be written where no file has that name yet, to be appended to. Null on failure, and when a log
-// cannot be opened at once.
+// Opens a file in binary mode. READ; WRITE truncates; CREATE fails if the file exists; LOG appends.
+// Null on failure, or if opening a log would block.
 enum class FileUse : std::uint8_t { READ, WRITE, CREATE, LOG };
 std::FILE* OpenFile(const char* name, FileUse use);
 
 // Gives a finished file its final name, in place of any file of that name; false on failure.
 bool MoveIntoPlace(const char* from, const char* to);
 
-// Zeroed memory for large tables, at the start of a page, a large one where the system has them;
-// null on failure. The size given to FreeTable is the one that was asked for.
+// Allocates zeroed memory for large tables, page-aligned, in large pages if the system has them;
+// null on failure. FreeTable takes the size given to AllocateTable.
 void* AllocateTable(std::size_t bytes);
 void FreeTable(void* table, std::size_t bytes);

@@ -27,7 +27,7 @@ constexpr short HALF_CLOSED = POLLRDHUP; // a socket whose other side sends no m
 constexpr short HALF_CLOSED = 0;
 #endif
 
-// A key is pressed and released. A console that counts events so counts an empty line, too.
+// A key is pressed and released. A console that counts events counts an empty line this way too.
 constexpr int EVENTS_OF_KEY = 2;
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
@@ -46,14 +46,14 @@ bool WaitToRepeat(int descriptor, short events) {
     return true;
 }
 
-// What has happened at standard input and output, as poll tells it.
+// Events at standard input and output, from poll.
 struct Events {
     int count; // how many of the two have an event; negative: poll failed
     short input;
     short output; // only errors are reported: nobody reads any more
 };
 
-// Waits for an event so many milliseconds at most, -1: for ever.
+// Waits for an event, at most `timeout` milliseconds; -1: no limit.
 Events PollFrontEnd(int timeout) {
     pollfd ends[] = {{STDIN_FILENO, POLLIN | HALF_CLOSED, 0}, {STDOUT_FILENO, 0, 0}};
     const int count = poll(ends, std::size(ends), timeout);
@@ -63,8 +63,7 @@ Events PollFrontEnd(int timeout) {
 volatile std::sig_atomic_t is_interrupted = 0;
 int input_before_interrupt = -1; // a duplicate of standard input
 
-// From now on standard input has nothing more, which also ends a read that waits. A signal handler
-// may do no more than this.
+// Ends standard input, which also ends a waiting read. Uses only async-signal-safe calls.
 void InterruptInput(int) {
     const int error = errno;
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -74,7 +73,7 @@ void InterruptInput(int) {
     errno = error;
 }
 
-// The same for good.
+// The same, permanently.
 void EndInput(int signal) {
     InterruptInput(signal);
     dup2(STDIN_FILENO, input_before_interrupt);
@@ -105,7 +104,7 @@ bool TakeInterrupt() {
     sigset_t interrupt, before;
     sigemptyset(&interrupt);
     sigaddset(&interrupt, SIGINT);
-    sigprocmask(SIG_BLOCK, &interrupt, &before); // one that comes between would be lost
+    sigprocmask(SIG_BLOCK, &interrupt, &before); // a signal between these lines would be lost
     is_interrupted = 0;
     dup2(input_before_interrupt, STDIN_FILENO);
     sigprocmask(SIG_SETMASK, &before, nullptr);
@@ -217,7 +216,7 @@ void* AllocateTable(std::size_t bytes) {
     void* area = mmap(nullptr, size + LARGE_PAGE, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (area == MAP_FAILED) return nullptr;
-    // Large pages begin at multiples of their size. Give back what lies before and behind.
+    // Large pages begin at multiples of their size. Return the rest on both sides.
     const std::size_t start = reinterpret_cast<std::size_t>(area);
     const std::size_t before = RoundUp(start) - start;
     char* const table = static_cast<char*>(area) + before;

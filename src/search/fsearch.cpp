@@ -31,7 +31,7 @@ constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // centipawns
 constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // other than pawns, kings included
 
-// The steps of a node, and the function of each. Below, callees stand before their callers.
+// The steps of a node and their functions. Callees are defined before their callers.
 //  1. Poll the limits and the host               Search
 //  2. Draws by repetition or material            IsDraw
 //  3. Transposition tables                       ProbeHashTable
@@ -55,7 +55,7 @@ struct Node {
     const Move* last_move;
     PvLine* pv;
     std::uint8_t extended;
-    std::int32_t hash_index;   // the hash move's place in generation order
+    std::int32_t hash_index;   // the hash move's index, in generation order
     bool raised_alpha = false; // some move has
     std::int32_t best = -MATE_EVAL;
     std::int32_t best_index = NO_MOVE_INDEX; // in generation order
@@ -68,8 +68,8 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
 // The lines of the nodes on the search line, by ply.
 PvLine pv_lines[MAX_LINE_PLIES];
 
-// The position stands for the third time within the window. It cannot come back in less than four
-// plies.
+// True if the position occurs for the third time within the window. A position cannot recur in
+// fewer than four plies.
 bool IsRepetition() {
     int occurrences = 1;
     const std::int32_t oldest = std::max(0, board.zobrist_ply_number - REPETITION_WINDOW);
@@ -128,7 +128,7 @@ bool IsFutilityAllowed(const Node& node) {
            !IsKingCapturableBy<Opponent(US)>();
 }
 
-// Centipawns above beta: enough to be believed at once, and enough to be searched less deep.
+// Margins above beta, in centipawns: to cut at once, and to reduce the depth.
 struct FutilityMargins {
     std::int32_t cut;
     std::int32_t reduce;
@@ -167,8 +167,8 @@ void DeepenInternally(Node& node) {
     }
 }
 
-// The last move took a piece of its own value. No other move counts: nothing is worth 0, and what
-// is captured en passant does not stand in `captured`.
+// True if the last move captured a piece of its own value. Not for en passant, whose `captured` is
+// empty and so has the value 0.
 bool IsEqualTrade(const Move* last_move) {
     return last_move &&
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];

@@ -24,7 +24,7 @@ constexpr std::uint32_t MEGABYTE = 1 << 20;
 constexpr std::uint32_t TABLES = 3;
 
 constexpr std::int32_t MATE_BOUND = MATE_EVAL_THRESHOLD + 1;
-constexpr std::int32_t MATE_BOUND_DEPTH = 2000; // more than any search asks for
+constexpr std::int32_t MATE_BOUND_DEPTH = 2000; // above the depth of any search
 constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // plies for which a deeper entry is kept
 
 constexpr std::size_t TEXT_SIZE = 128;
@@ -68,8 +68,8 @@ constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bou
            Packed(MOVE_INDEX, move_index) | Packed(AGE, age);
 }
 
-// A cleared slot must not match any position. Its key 0 can only be looked for in slot 0, so that
-// slot gets key 1, which can only be looked for in slot 1.
+// A cleared slot must not match any position. Key 0 belongs to slot 0 only, so slot 0 gets key 1,
+// which belongs to slot 1.
 constexpr std::uint64_t UNUSED_KEY = 1;
 
 std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }
@@ -90,14 +90,14 @@ std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t 
     }
 }
 
-// A deeper entry stays for its own position, and for a few plies of the game for any.
+// A deeper entry is kept against its own position, and for four game plies against others.
 bool IsToKeep(const HashEntry& entry, std::uint64_t key, std::int32_t depth) {
     if (Read(DEPTH, entry.data) <= depth) return false;
     return entry.key == key ||
            std::abs(Read(AGE, entry.data) - game_state.ply_count) <= MAX_AGE_DIFFERENCE;
 }
 
-// False when there is no memory for one of them.
+// False if there is no memory for all.
 bool AllocateTables(std::int32_t megabytes) {
     assert(megabytes >= MIN_HASH_SIZE && megabytes <= MAX_HASH_SIZE);
     const std::uint32_t bytes = static_cast<std::uint32_t>(megabytes) * MEGABYTE;

@@ -1,4 +1,4 @@
-// The transposition tables: what the search learnt about positions, found again by their keys.
+// The transposition tables: search results of positions, by hash key.
 #pragma once
 
 #include "board/move.h"
@@ -13,17 +13,16 @@ enum Bound : std::uint8_t {
     BOUND_LOWER = 2 // the true score is at least the stored one
 };
 
-// A move index stands for a move by its place in the node's move list in generation order.
+// Index of a move in its node's move list, in generation order.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
-// What is known of one position.
 struct HashEntry {
     std::uint64_t key;
     std::uint64_t data; // score, depth, bound, move index and age, packed
 };
 
-// A size in megabytes counts so many bytes for an entry, which takes less. The number of entries,
-// and with it the tree of the search, is thus the same whatever the layout.
+// Megabytes are converted as if an entry took 24 bytes (it takes 16), so that the tree does not
+// depend on the layout.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // A key's entries in the two tables of the full-width search, side by side in one cache line.
@@ -50,24 +49,24 @@ inline constexpr std::int32_t MAX_HASH_SIZE = 4095;
 void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();
 
-// Empty tables of another size in place of the present ones. False when there is no memory for
-// them; the tables then have the size of before, and are empty too.
+// Replaces the tables by empty ones of another size. False if there is no memory; the tables then
+// keep their size, but are empty too.
 bool ResizeHashTable(std::int32_t megabytes);
 
-// How full the tables are, as thousandths of a sample of the full-width entries.
+// Fill level in thousandths, from a sample of the full-width entries.
 std::int32_t HashFullness();
 
 // Empties the tables.
 void NewHashTable();
 
-// A score that answers the window at the depth, or UNKNOWN_EVAL; an exact one may lie outside the
-// window. `move_index` gets the best move's or NO_MOVE_INDEX.
+// Returns a score usable for the window at the depth, or UNKNOWN_EVAL; an exact score may be
+// outside the window. Sets `move_index` to the best move's index or NO_MOVE_INDEX.
 std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                             std::int32_t depth, std::int32_t& move_index);
 void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
                     std::int32_t move_index);
 
-// The same for the quiescence search, which knows no depth.
+// The same for the quiescence search, without depths.
 std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                                       std::int32_t& move_index);
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
@@ -81,9 +80,9 @@ inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
     list.prefetched = 0;
 }
 
-// Makes the score exact in the full-width entries of the key, where there are any.
+// Stores the score as exact in the full-width entries of the key, if there are any.
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
-// Turns a mate score into a bound that holds at every depth; false when it must not be stored.
+// Turns a mate score into a bound that holds at every depth; false if it must not be stored.
 // `depth` may be null.
 bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);

@@ -15,11 +15,11 @@
 
 namespace {
 
-// A node behind its stand-pat score, which is the best so far and lies below beta.
+// The rest of a node whose stand-pat score, `best`, is below beta.
 template <Colour US>
 std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
                             const Move* last_move, std::int32_t hash_index, std::int32_t best) {
-    // The move that led here was not legal. It loses.
+    // The last move was illegal. It loses.
     if (IsKingCapturableBy<US>()) return MATE_EVAL - ply;
     MoveList list;
     GenerateCapturesAhead<US, false>(list, last_move);
@@ -47,7 +47,7 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
             break;
         }
     }
-    // On purpose the place as searched, as in the full-width search.
+    // Deliberately the index as searched, as in the full-width search.
     StoreQuiescenceHashTable(board.zobrist_key, best, bound, best_index);
     return best;
 }

@@ -18,11 +18,11 @@ inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
 
 // The limits of a search.
 struct SearchLimits {
-    // Of the deepest iteration, in quarter-plies; three plies are searched anyway.
+    // The deepest iteration, in quarter-plies; at least three plies are searched.
     std::int32_t depth;
     std::optional<TimeLeft> clock; // none: no limit of time
     std::uint64_t nodes = 0;       // 0: no limit
-    std::span<const Move> moves{}; // the root moves that are searched; empty: all legal ones
+    std::span<const Move> moves{}; // the root moves to search; empty: all legal ones
     bool is_strict = false; // long quiescence searches poll the limits and the host, and stop too
 };
 
@@ -34,7 +34,7 @@ struct SearchLine {
     std::span<const Move> moves;
 };
 
-// The program around the search. What is null is not called.
+// The callbacks of the search; null ones are not called.
 struct SearchHost {
     // Must the search stop? Called at the first node and then every NODE_CHECK_INTERVAL nodes below
     // a root move, sooner at a node limit. A quiescence search is finished first unless the limits
@@ -42,12 +42,12 @@ struct SearchHost {
     bool (*must_stop)() = nullptr;
     // May this root move be searched? If not, the search ends. The root is on the board.
     bool (*may_go_on)(const Move& move) = nullptr;
-    // There is a new best line.
+    // Reports a new best line.
     void (*tell_line)(const SearchLine& line) = nullptr;
-    // An iteration has ended; the line is its best.
+    // Reports the best line of a finished iteration.
     void (*tell_iteration)(const SearchLine& line) = nullptr;
 };
-extern SearchHost search_host; // the start-up's choice
+extern SearchHost search_host; // set at start-up
 
 // Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
@@ -57,7 +57,7 @@ struct SearchInfo {
         poll_slack; // a quiescence search polls this many nodes later, or with NO_POLL never
     std::uint64_t node_limit; // 0: none
     std::uint64_t start_time;
-    std::uint64_t time_limit;     // the longest that the search may run, or NO_TIME_LIMIT
+    std::uint64_t time_limit;     // the search is stopped after this, or NO_TIME_LIMIT
     TimeLeft clock;               // for the time between iterations; unused with NO_TIME_LIMIT
     std::uint8_t stop;            // the search must unwind
     std::uint8_t stop_quiescence; // so must a quiescence search; never with NO_POLL
@@ -73,7 +73,7 @@ extern SearchInfo search_info;
 // Sets up search_info for a search that begins now. No node is counted yet; the first one polls.
 void ResetSearchInfo(const SearchLimits& limits);
 
-// Gives the running search a clock, which runs from now on.
+// Gives the running search a clock and starts it.
 void StartClock(const TimeLeft& left);
 
 // Polls the limits, the clock and the host. Sets search_info.stop and returns it.
@@ -92,7 +92,7 @@ inline void SchedulePoll() {
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 
-// How far the search is.
+// Progress of the search; times in centiseconds.
 struct AnalyzeInfo {
     std::uint64_t elapsed;
     std::uint64_t nodes;
@@ -117,7 +117,7 @@ struct PvLine {
     Move moves[MAX_LINE_PLIES];
 };
 
-// Makes the line the move followed by the child's line.
+// Sets the line to the move, followed by the child's line.
 inline void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
     pv.moves[0] = move;
     std::copy_n(child.moves, child.length, pv.moves + 1);

@@ -21,8 +21,9 @@ namespace {
 
 constexpr std::int32_t FIRST_DEPTH = Plies(3);
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
-constexpr std::int32_t BOUND_PENALTY = 50;     // off a score that is only a bound
-constexpr std::int32_t RANDOM_MARGIN = 3;      // centipawns within which moves are as good
+constexpr std::int32_t BOUND_PENALTY =
+    50;                                   // centipawns subtracted from a score that is only a bound
+constexpr std::int32_t RANDOM_MARGIN = 3; // centipawns within which moves count as equally good
 
 struct RootMove {
     Move move;
@@ -30,7 +31,6 @@ struct RootMove {
     bool is_exact;
 };
 
-// The one search that runs.
 struct Root {
     std::int32_t count;
     RootMove moves[MAX_MOVES];
@@ -92,8 +92,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
     return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
 }
 
-// A score that did not beat the best is exact only if the tables hold it as exact: with the full
-// window they answer with no other.
+// A score that did not beat the best is exact only if the tables hold it as exact: for the full
+// window a probe returns exact scores only.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -109,12 +109,12 @@ void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies)
     if (search_host.tell_line) search_host.tell_line(BestLine(plies));
 }
 
-// False when the node limit is reached or the host wants no more root moves.
+// False if the node limit is reached or the host ends the search.
 bool MayGoOn(const Move& move) {
     return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on(move));
 }
 
-// One iteration over the root moves; ends early when the search is stopped.
+// Runs one iteration over the root moves; ends early if the search is stopped.
 void Iterate(std::int32_t depth) {
     const std::int32_t plies = depth / QUARTER_PLIES;
     search_info.max_ply = depth + std::min(2 * depth, MAX_EXTRA_PLY);
@@ -140,8 +140,8 @@ void Iterate(std::int32_t depth) {
     if (search_host.tell_iteration) search_host.tell_iteration(BestLine(plies));
 }
 
-// Without randomness the first move. Else one of the exact moves that are at most the margin worse
-// than the first exact move.
+// Returns the first move without randomness; else one of the exact moves at most the margin below
+// the first exact move.
 const RootMove& ChooseRootMove() {
     const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);

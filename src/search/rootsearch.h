@@ -8,13 +8,12 @@
 
 #include <cstdint>
 
-// How far the search goes in the game in play, whose clock runs unless the engine ponders or
-// analyses.
+// The limits for the game in play. No clock while the engine ponders or analyses.
 SearchLimits GameLimits();
 
 // Searches the position down to the limits. Returns the score of the chosen move in centipawns.
 // `best_move` and `expected_reply` may be null; the reply is a fake move when none is expected.
-// `last_move` is the move that led here, or null. Without a move to search nothing is chosen, and
-// the result is UNSEARCHED_EVAL.
+// `last_move` is the move that led here, or null. Without a move to search, sets fake moves and
+// returns UNSEARCHED_EVAL.
 std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,
                           const SearchLimits& limits = GameLimits());

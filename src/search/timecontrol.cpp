@@ -2,24 +2,24 @@
 
 namespace {
 
-// A minute and more is spent in larger shares.
+// Clocks of a minute and more allow larger shares.
 constexpr std::uint64_t LONG_CLOCK = 5'999;
 constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
 constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;
 
-// Below this clock no second iteration begins. It covers the delays between front end and engine,
-// over a hundred moves and more.
+// Below this clock no second iteration begins. The reserve covers the delays between front end and
+// engine over a hundred moves and more.
 constexpr std::uint64_t LAST_RESERVE = 50;
 
-// The next iteration is expected to take so many times as long as the last one.
+// The next iteration is expected to take this many times as long as the last one.
 constexpr std::uint64_t ITERATION_GROWTH = 6;
 
-// The clock must have time for so many iterations of that length.
+// The clock must have time for this many iterations of that length.
 constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
 
-// A long clock, of so many increments at least, may give two sixtieths of itself and three
-// increments to an iteration.
+// A long clock of at least this many increments allows an iteration two sixtieths of the clock plus
+// three increments.
 constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
 constexpr std::uint64_t CLOCK_PARTS = 60;
 constexpr std::uint64_t PARTS_FOR_ITERATION = 2;
@@ -46,6 +46,6 @@ bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t 
     }
     const std::uint64_t iterations =
         left.increment > 0 ? ITERATIONS_IN_CLOCK_WITH_INCREMENT : ITERATIONS_IN_CLOCK;
-    // On purpose unsigned: a search that has used more than its clock, as after a pause, goes on.
+    // Deliberately unsigned: if used > clock (after a pause), the search continues.
     return next * iterations <= left.clock - used;
 }
