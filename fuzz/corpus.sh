@@ -1,5 +1,5 @@
-# Sourced by the other scripts: UnpackCorpus NAME DIRECTORY puts the kept inputs of a harness where it
-# collects them, when it has collected none yet.
+# Sourced by the other scripts: UnpackCorpus NAME DIRECTORY unpacks the kept inputs of a harness into
+# the directory where it collects inputs, unless that exists.
 UnpackCorpus() {
     [ ! -d "$2" ] || return 0
     mkdir -p "$2"

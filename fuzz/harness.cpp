@@ -2,6 +2,7 @@
 
 #include "board/move.h"
 #include "board/utility.h"
+#include "book/bookmaker.h"
 #include "consistency.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"
@@ -32,17 +33,17 @@ constexpr std::uint32_t SLOTS = 1024;
 
 bool is_exit_caught = false;
 std::jmp_buf exit_point;
-int exit_status = 0;     // that was caught, or -1
-unsigned first_file = 0; // the lowest descriptor that was free
+int exit_status = 0;     // the status that was caught, or -1
+unsigned first_file = 0; // the lowest free descriptor when the action began
 
-// The rest of a table that is larger than need be must not be touched.
+// Poisons the slots that a small table leaves unused.
 template <typename Entry>
 void HideRest(Entry* table, std::uint32_t size) {
     ASAN_POISON_MEMORY_REGION(table + SLOTS, (size - SLOTS) * sizeof(Entry));
 }
 
-// Tables of a few slots, as clearing large ones would take most of the time. An input may have
-// asked for others.
+// Allocates tables of a few slots, because clearing large ones would take most of the time. Does
+// nothing unless an input has resized them.
 void InitializeSmallTables() {
     if (hash_table_size == SLOTS) return;
     FinalizeHashTable();
@@ -55,34 +56,28 @@ void InitializeSmallTables() {
 
 } // namespace
 
-// Stands for exit() everywhere, as a linker option sees to.
+// Replaces exit() in every source file, by a linker option.
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
     if (!is_exit_caught) __real_exit(status);
-    CloseFiles(); // that an action had open when it failed
+    CloseFiles(); // files that were open when an action failed
     close_range(first_file, ~0U, 0);
     exit_status = status;
-    std::longjmp(exit_point, 1); // objects on the way are abandoned, as they are at an exit
+    std::longjmp(exit_point, 1); // runs no destructors, like exit()
 }
 
-// Stands for time(), so that an input does the same every time.
+// Replaces time(), so that every run of an input is the same.
 extern "C" std::time_t __wrap_time(std::time_t*) { return 0; }
 
-// Stands for InitializeBitBoard(), which every command line calls and which does the same each
-// time.
-void RealInitializeBitBoard() __asm__("__real__Z18InitializeBitBoardv");
-extern "C" void __wrap__Z18InitializeBitBoardv() {
-    [[maybe_unused]] static const bool once = (RealInitializeBitBoard(), true);
-}
-
-// The sanitizer watches memory that was freed for about as long as most inputs take, and no longer,
-// as memory that is fresh each time costs a quarter of all.
+// A quarantine about as large as what most inputs free. With a larger one, allocations would always
+// get fresh memory, which takes a quarter of the time.
 extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1"; }
 
-// Called once: a directory of its own, in which the logs lead nowhere, and an engine with a game.
+// Called once. Makes a directory of its own, in which the logs are links to /dev/null, and starts a
+// game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::string directory = std::filesystem::temp_directory_path() / "korvane-fuzz-XXXXXX";
-    setenv("TZ", "UTC0", 1); // or every date would look for the zone's file
+    setenv("TZ", "UTC0", 1); // without it every date would look for the zone's file
     Require(mkdtemp(directory.data()) != nullptr, "a directory");
     std::filesystem::current_path(directory);
     for (const char* log : {"GameLog", "GameLog.pgn", "GameLog.fen", "ErrorLog"}) {
@@ -106,7 +101,7 @@ void ResetEngine(bool has_book) {
 int RunToExit(const std::function<void()>& run) {
     first_file = static_cast<unsigned>(dup(0));
     close(static_cast<int>(first_file));
-    __lsan_disable(); // the end of the program would have given everything back
+    __lsan_disable(); // the end of a real process would have freed everything
     exit_status = -1;
     is_exit_caught = true;
     if (setjmp(exit_point) == 0) run();
@@ -117,6 +112,11 @@ int RunToExit(const std::function<void()>& run) {
 
 void WriteText(const char* file_name, std::string_view text) {
     std::ofstream(file_name, std::ios::binary) << text;
+}
+
+void WriteSmallBook(const char* file_name) {
+    WriteText("games", "e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 c4 *\nc4 *\n");
+    MakeBook(file_name, "games", false, 30, 5);
 }
 
 std::string ReadText(const char* file_name) {
@@ -132,7 +132,7 @@ void Require(bool holds, const char* what) {
 
 void CheckPosition() {
     Require(IsConsistentPosition(), "the records agree with a recomputation");
-    Require(std::ranges::equal(position, state_history.positions[state_history.count]),
+    Require(std::ranges::equal(board.position, state_history.positions[state_history.count]),
             "the history's newest position is the board");
     Require(game_state.ply_count == state_history.count &&
                 board.zobrist_ply_number == game_state.ply_count,
@@ -149,7 +149,8 @@ void CheckFen() {
     CheckPosition();
     Require(fen == GetBoardFen(), "the FEN is the same again");
     const Position after = board;
-    Require(before.side == after.side && std::ranges::equal(before.by_type, after.by_type),
+    Require(before.side_to_move == after.side_to_move &&
+                std::ranges::equal(before.pieces_by_type, after.pieces_by_type),
             "the pieces are the same again");
 }
 

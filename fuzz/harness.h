@@ -1,4 +1,5 @@
-// What the fuzz harnesses share: an engine without an operating system, and what must always hold.
+// What the fuzz harnesses share: an engine on a platform layer in memory, and the checks after each
+// step.
 #pragma once
 
 #include "board/move.h"
@@ -9,44 +10,47 @@
 #include <string>
 #include <string_view>
 
-// A byte of the input that is not read: for a while nothing waits, so that a search goes on.
+// A byte that is not read: it hides the input after it for 50 polls, so that a search goes on.
 inline constexpr char PAUSE = '\x01';
 
-// Standard input from now on; the end of the text is the end of the input.
+// Makes the text standard input, to its end.
 void SetInput(std::string_view text);
 
-// Where standard output goes from now on.
+// Appends standard output to the text from now on.
 void SetOutput(std::string* text);
 
-// Closes the files that the program left open.
+// Closes the files that the engine left open.
 void CloseFiles();
 
-// How large a table can be had from now on.
+// The largest table that can be allocated from now on.
 void SetMostMemory(std::size_t bytes);
 
-// A new game in an engine as it starts.
+// Gives the engine its state after start-up, in a new game.
 void ResetEngine(bool has_book);
 
-// Runs what may end the program; the exit status, or -1 when it returned.
+// Runs a function that may call exit(). Returns the exit status, or -1 if the function returned.
 int RunToExit(const std::function<void()>& run);
 
 void WriteText(const char* file_name, std::string_view text);
 std::string ReadText(const char* file_name);
 
+// Writes a book of four short lines.
+void WriteSmallBook(const char* file_name);
+
 // Ends the run as a finding unless the condition holds.
 void Require(bool holds, const char* what);
 
-// The position's records agree with a recomputation, and with those of the game.
+// Checks that the position's records agree with a recomputation and with the game's records.
 void CheckPosition();
 
-// The position written as FEN and read again is the same. It becomes the start of the game.
+// Checks that the position's FEN reads as the same position, which becomes the start of the game.
 void CheckFen();
 
-// Takes every move back, and checks each position on the way.
+// Undoes every move, and checks each position.
 void CheckUndo();
 
-// Plays a legal move, and checks how it is written.
+// Plays a legal move, and checks that it is read as it is written in both notations.
 void PlayLegalMove(const Move& move);
 
-// Does so with a move that a user gave; what is none is passed over.
+// The same for a move in text. Ignores text that is not a legal move.
 void PlayUserMove(std::string_view token);

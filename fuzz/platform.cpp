@@ -1,5 +1,5 @@
-// The operating system of the fuzz harnesses: input from memory, output to whoever wants it, and a
-// clock that every look at it moves on, so that the same bytes always do the same.
+// The platform layer of the fuzz harnesses: input from memory, output to a string, and a clock that
+// advances with every reading, so that every run of an input is the same.
 #include "harness.h"
 #include "platform/system.h"
 
@@ -13,38 +13,37 @@
 
 namespace {
 
-constexpr std::uint64_t TICKS_PER_LOOK = 30 * TICKS_PER_MILLISECOND;
+constexpr std::uint64_t TICKS_PER_READING = 30 * TICKS_PER_MILLISECOND;
 constexpr std::size_t PAGE = 4096;
-constexpr int PATIENCE = 4; // looks at the input, then the front end lets no search go on
+constexpr int PATIENCE = 4;        // polls after the last read until the input counts as ended
+constexpr int POLLS_OF_PAUSE = 50; // for which PAUSE hides the input
 
-constexpr int LOOKS_OF_PAUSE = 50; // for which nothing waits
-
-std::size_t most_memory = std::size_t{64} << 20; // for a table
+std::size_t most_memory = std::size_t{64} << 20; // the largest table that is allocated
 std::string_view input;
-int looks = 0; // at the input since the last byte was read
-int looks_left_of_pause = 0;
-std::string* output = nullptr; // null: to nowhere
+int polls = 0; // since the last read
+int polls_left_of_pause = 0;
+std::string* output = nullptr; // null: output is dropped
 std::vector<std::FILE*> open_files;
 
 std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }
 
-// Small tables are watched by the address sanitizer. Large ones would have to be cleared, and cost
-// nothing before they are used.
+// The address sanitizer watches small tables. Large ones are mapped, because clearing them takes
+// long and mapped pages are zero already.
 bool IsGuarded(std::size_t bytes) { return bytes < std::size_t{1} << 20; }
 
 bool IsPause() {
-    if (looks_left_of_pause == 0 && input.starts_with(PAUSE)) {
+    if (polls_left_of_pause == 0 && input.starts_with(PAUSE)) {
         input.remove_prefix(1);
-        looks_left_of_pause = LOOKS_OF_PAUSE;
+        polls_left_of_pause = POLLS_OF_PAUSE;
     }
-    return looks_left_of_pause > 0;
+    return polls_left_of_pause > 0;
 }
 
 } // namespace
 
 void SetInput(std::string_view text) {
     input = text;
-    looks_left_of_pause = 0;
+    polls_left_of_pause = 0;
 }
 
 void SetMostMemory(std::size_t bytes) { most_memory = bytes; }
@@ -59,7 +58,7 @@ std::span<const char* const> CommandLineWords(int argument_count, const char* co
 
 std::uint64_t SystemTime() {
     static std::uint64_t now = 0;
-    return now += TICKS_PER_LOOK;
+    return now += TICKS_PER_READING;
 }
 
 bool IsConsoleInput() { return false; }
@@ -70,17 +69,17 @@ bool IsUnicodeConsole() { return false; }
 
 int WaitingInput() {
     if (IsPause()) {
-        --looks_left_of_pause;
+        --polls_left_of_pause;
         return 0;
     }
-    const bool is_unknown = input.empty() || ++looks > PATIENCE;
+    const bool is_unknown = input.empty() || ++polls > PATIENCE;
     return is_unknown ? INPUT_UNKNOWN : static_cast<int>(input.size());
 }
 
-bool IsHungUp() { return !IsPause() && (input.empty() || looks > PATIENCE); }
+bool IsHungUp() { return !IsPause() && (input.empty() || polls > PATIENCE); }
 
 std::size_t ReadInput(std::span<char> room) {
-    looks = looks_left_of_pause = 0;
+    polls = polls_left_of_pause = 0;
     input.remove_prefix(std::min(input.find_first_not_of(PAUSE), input.size()));
     const std::size_t count = input.substr(0, input.find(PAUSE)).copy(room.data(), room.size());
     input.remove_prefix(count);
@@ -106,7 +105,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
     return file;
 }
 
-// Stands for fclose() everywhere, as a linker option sees to.
+// Replaces fclose() in every source file, by a linker option.
 extern "C" int __real_fclose(std::FILE* file);
 extern "C" int __wrap_fclose(std::FILE* file) {
     std::erase(open_files, file);

@@ -1,13 +1,11 @@
-// Whole conversations with a UCI front end, a command to a line, with a small book. All moves that
-// are told are played.
+// Whole conversations in UCI, one command a line, with a small book. All moves that the engine
+// prints are played.
 #include "book/book.h"
-#include "book/bookmaker.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
 #include "game/gamestate.h"
 #include "game/history.h"
 #include "harness.h"
-#include "mutate.h"
 #include "notation/text.h"
 #include "play/mopup.h"
 #include "play/turns.h"
@@ -22,55 +20,23 @@
 
 namespace {
 
-// A search ends after so many nodes and the root move behind them. An input that begins with
-// the byte of a pause has more.
+// A search ends with the root move that passes this many nodes. An input that begins with PAUSE has
+// deeper searches.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
 constexpr std::size_t MOST_MEMORY = std::size_t{6} << 20; // clearing larger tables takes long
-constexpr int LOOKS_OF_AN_INPUT = 500;
+constexpr int POLLS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
     "go",  "stop",  "ponderhit", "d",         "perft",    "bench",      QUIT_LINE};
 
-constexpr std::string_view LINES[] = {"position startpos",
-                                      "position startpos moves %m",
-                                      "position fen %f",
-                                      "position fen %f moves e2e4",
-                                      "go",
-                                      "go depth %n",
-                                      "go nodes %n",
-                                      "go mate %n",
-                                      "go movetime %n",
-                                      "go infinite",
-                                      "go ponder wtime %n btime %n",
-                                      "go wtime %n btime %n winc %n binc %n movestogo %n",
-                                      "go searchmoves %m %m",
-                                      "stop",
-                                      "ponderhit",
-                                      "\x01",
-                                      "isready",
-                                      "ucinewgame",
-                                      "uci",
-                                      "d",
-                                      "debug on",
-                                      "setoption name Hash value %n",
-                                      "setoption name Clear Hash",
-                                      "setoption name OwnBook value false",
-                                      "setoption name Book File value <empty>",
-                                      "setoption name Move Overhead value %n",
-                                      "setoption name UCI_AnalyseMode value true",
-                                      "setoption name UCI_LimitStrength value true",
-                                      "setoption name UCI_Elo value %n",
-                                      "register later",
-                                      "quit"};
-
-int looks_left = 0;
+int polls_left = 0;
 int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
-// Ends what takes too long.
-bool IsEnough() { return looks_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
+// Whether the search has run long enough.
+bool IsEnough() { return polls_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
 constexpr SearchHost HOST = {
     .must_stop = [] { return UCI_HOST.must_stop() || IsEnough(); },
@@ -78,8 +44,8 @@ constexpr SearchHost HOST = {
     .tell_line = [](const SearchLine& line) { UCI_HOST.tell_line(line); },
     .tell_iteration = [](const SearchLine& line) { UCI_HOST.tell_iteration(line); }};
 
-// What takes long whatever its limits. One search that mops up is allowed to an input of deep
-// searches.
+// Commands that no limit makes short. An input with deep searches may have one search of the
+// elementary mates.
 bool IsTooLong(std::string_view command) {
     if (command == "bench" || command == "perft") return true;
     if (command != "go" || !uci_options.limit_strength || !IsElementaryWin()) return false;
@@ -93,13 +59,13 @@ std::string_view CommandOf(std::string_view line) {
     return "";
 }
 
-// Plays the moves, and takes them back; a word may stand between them.
-void CheckLine(std::string_view moves, std::string_view passed_over) {
+// Plays the moves and takes them back. `skipped` is a word that may stand between them.
+void CheckLine(std::string_view moves, std::string_view skipped) {
     int played = 0;
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
-        if (word == passed_over) continue;
+        if (word == skipped) continue;
         Move move;
-        Require(FindMove(word, move), "the moves that are told are legal");
+        Require(FindMove(word, move), "the moves that are printed are legal");
         PlayMove(move);
         ++played;
     }
@@ -112,7 +78,7 @@ void CheckLine(std::string_view moves, std::string_view passed_over) {
 void CheckOutput(std::string_view command) {
     constexpr std::string_view CHOICE = "bestmove ", LINE = " pv ";
     int choices = 0;
-    Require(output.empty() || output.ends_with('\n'), "lines are told whole");
+    Require(output.empty() || output.ends_with('\n'), "lines are printed whole");
     for (std::string_view rest = output; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find('\n'));
         rest.remove_prefix(line.size() + 1);
@@ -130,7 +96,14 @@ void CheckOutput(std::string_view command) {
     Require(choices == (command == "go"), "a search has one best move, and nothing else has any");
 }
 
-void Start() {
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const bool has_book = [] {
+        WriteSmallBook(DEFAULT_BOOK_NAME);
+        return true;
+    }();
+    SetMostMemory(MOST_MEMORY);
     ResetEngine(true);
     engine_state.use_random = 0;
     ForgetLines();
@@ -138,40 +111,7 @@ void Start() {
     ForgetGame();
     search_host = HOST;
     hear_line = HearDuringSearch;
-    looks_left = LOOKS_OF_AN_INPUT;
-}
-
-// The last position line, and a move more.
-std::string LongerGame(std::span<const std::string> before) {
-    const auto last = std::find_if(before.rbegin(), before.rend(), [](const std::string& line) {
-        return line.starts_with("position ");
-    });
-    const std::string line = last == before.rend() ? "position startpos" : *last;
-    CarryOutLine(line);
-    return line + (line.find(" moves ") == std::string::npos ? " moves " : " ") + SomeMove();
-}
-
-} // namespace
-
-std::string MutateInput(std::string_view text) {
-    Start();
-    SetOutput(&output);
-    Parts lines = SplitText(text, '\n');
-    ChangeParts(lines, [](std::span<const std::string> before) {
-        return Roll(3) == 0 ? LongerGame(before) : FilledText(Pick(LINES));
-    });
-    FinalizeBook();
-    return JoinedText(lines, '\n');
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const bool has_book = [] {
-        WriteText("games", "e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 c4 *\nc4 *\n");
-        MakeBook(DEFAULT_BOOK_NAME, "games", false, 30, 5);
-        return true;
-    }();
-    SetMostMemory(MOST_MEMORY);
-    Start();
+    polls_left = POLLS_OF_AN_INPUT;
     Require(has_book && engine_state.use_book, "the book is read");
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const bool is_deep = text.starts_with(PAUSE);
