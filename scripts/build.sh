@@ -27,3 +27,11 @@ RunBuild() {
     # shellcheck disable=SC2086 # targets are words
     NINJA_STATUS='built:1:%p:' cmake --build --preset "$preset" --target $targets
 }
+
+# CheckSignature BENCH...: runs it, and fails if its search has not the recorded signature.
+CheckSignature() {
+    local signature recorded
+    recorded=$(cat "$root/tests/bench.signature")
+    signature=$("$@" | tr -d '\r' | tee /dev/stderr | sed -n 's/^Nodes: //p')
+    [ "$signature" = "$recorded" ] || { echo "The signature of $* is $signature, not $recorded as recorded." >&2; return 1; }
+}

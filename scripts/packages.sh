@@ -9,41 +9,30 @@ RequirePackages() {
     local missing=() as_root=() name
     command -v dpkg-query >/dev/null || return 0
     for name in "$@"; do
-        if ! dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q 'install ok installed'; then
-            missing+=("$name")
-        fi
+        dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
     if [ "$(id -u)" -ne 0 ]; then
-        if ! command -v sudo >/dev/null; then
-            echo "Please install the missing packages as root: apt-get install ${missing[*]}" >&2
-            exit 1
-        fi
+        command -v sudo >/dev/null ||
+            { echo "Please install the missing packages as root: apt-get install ${missing[*]}" >&2; exit 1; }
         as_root=(sudo)
     fi
     echo "Installing missing packages: ${missing[*]}" >&2
     RunApt update || true # a source that fails may not matter
-    RunApt install -y --no-install-recommends "${missing[@]}" || {
-        echo "Could not install: ${missing[*]}" >&2
-        exit 1
-    }
+    RunApt install -y --no-install-recommends "${missing[@]}" ||
+        { echo "Could not install: ${missing[*]}" >&2; exit 1; }
 }
 
 # Runs apt-get by the caller's as_root, and prints its output if it fails. Waits for programs that hold its locks.
 RunApt() {
-    local output lock holder end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
+    local output lock end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
     # Descriptor 3 takes the progress: packages' scripts find that one closed, and must not lose their output.
     until output=$({ "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         sh -c 'exec apt-get -qq -o APT::Status-Fd=3 "$@" 3>&1 1>&2' sh "$@" </dev/null 2>&4 |
         ShowProgress; } 4>&1); do
-        lock=$(grep -m 1 'Could not get lock' <<<"$output") || { echo "$output" >&2; return 1; }
-        holder=
-        [[ $lock =~ process\ ([0-9]+)\ \((.*)\) ]] && holder=" (${BASH_REMATCH[2]}, process ${BASH_REMATCH[1]})"
-        if [ $SECONDS -ge $end ]; then
-            echo "Another program$holder is still installing packages. Try again when it has ended." >&2
-            exit 1
-        fi
-        [ $is_waiting = yes ] || echo "Waiting for another program$holder that is installing packages..." >&2
+        lock=$(grep -m 1 -o 'Could not get lock.*' <<<"$output") || { echo "$output" >&2; return 1; }
+        [ $SECONDS -lt $end ] || { echo "$lock Try again when that has ended." >&2; exit 1; }
+        [ $is_waiting = yes ] || echo "Waiting for another program that is installing packages. $lock" >&2
         is_waiting=yes
         sleep 5
     done
