@@ -1,5 +1,5 @@
-// Named cases of one behaviour, each a test of its own: `Suite.Name`. They stand in a table or,
-// where they are all text, in a file under tests/cases/.
+// Named cases of one behaviour. Each is a test of its own, `Suite.Name`. They are rows of a table
+// or, if they are all text, lines of a file under tests/cases/.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ struct CaseTest : testing::Test {
 };
 
 // Registers a test for every case, named by the case's field `name`. The cases must live as long as
-// the program. The value only serves to make the call at start-up:
+// the program. Returns true, so that an initializer can make the call at start-up:
 //
 //     const bool ARE_CLAIMS_REGISTERED = RegisterCases<Claim>("Protocol/Claims", CLAIMS, Check);
 template <typename Case>
@@ -33,14 +33,15 @@ bool RegisterCases(const char* suite, std::span<const Case> cases, CheckOfCase<C
     return true;
 }
 
-// A line of a file of cases, "NAME | FIELD | FIELD ...". In a file of several suites the name
-// begins with the suite's, as in "Claims.Stalemate" for the suite "Protocol/Claims".
+// A line of a file of cases, "NAME | FIELD | FIELD ...". In a file of several suites the suite's
+// name comes first: "Claims.Stalemate" for the suite "Protocol/Claims".
 struct TextCase {
     std::string name;
-    std::vector<std::string> fields; // what stands behind the name; missing ones are empty
+    std::vector<std::string> fields; // those after the name; missing ones are empty
 };
 
-// Registers a test for every line of the suite; empty lines and those that begin with '#' are none.
+// Registers a test for every line of the suite. Empty lines and lines that begin with '#' are
+// skipped.
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check);
 
 // The text of a file under tests/cases/.

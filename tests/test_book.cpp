@@ -1,4 +1,4 @@
-// Move tries and their file, the book in play, building and listing.
+// Books: the file's bytes, building, listing, damage, and the book in play.
 #include "cases.h"
 #include "support.h"
 
@@ -9,7 +9,6 @@
 #include "game/history.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
-#include "notation/portable.h"
 #include "play/newgame.h"
 
 #include <algorithm>
@@ -17,10 +16,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <map>
 #include <random>
 #include <sstream>
-#include <utility>
 #ifndef _WIN32
 #include <pty.h>
 #include <sys/resource.h>
@@ -32,7 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A fresh directory, the working directory while a test runs.
+// A new directory, which is the working directory while it lives.
 struct Folder {
     fs::path old_path = fs::current_path();
     fs::path path;
@@ -51,10 +50,6 @@ struct Folder {
     }
 };
 
-struct Book : testing::Test {
-    Folder folder;
-};
-
 void WriteText(const std::string& name, const std::string& text) {
     std::ofstream(name, std::ios::binary) << text;
 }
@@ -65,215 +60,72 @@ std::string ReadText(const std::string& name) {
     return text.str();
 }
 
+struct Book : testing::Test {
+    Folder folder;
+};
+
+// Text of a case, with \n, \r and the byte-order mark \b as escapes.
+std::string Unescaped(const std::string& text) {
+    const std::map<char, std::string> escapes = {{'n', "\n"}, {'r', "\r"}, {'b', "\xEF\xBB\xBF"}};
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto escape = text[i] == '\\' ? escapes.find(text[i + 1]) : escapes.end();
+        plain += escape == escapes.end() ? std::string(1, text[i]) : (++i, escape->second);
+    }
+    return plain;
+}
+
 // Builds a book from a text, lists it, and returns the listing.
-std::string BuildAndList(const std::string& input, bool is_pgn, int minimum = 5) {
+std::string BuildAndList(const std::string& input, bool is_pgn = false, int minimum = 5) {
     WriteText("in", input);
     MakeBook("out.bk", "in", is_pgn, 30, minimum);
     ShowBook("out.bk", "out.txt");
     return ReadText("out.txt");
 }
 
-std::string Games(int count, const std::string& moves) {
-    std::string games;
-    for (int i = 0; i < count; ++i) {
-        games += "[Event \"?\"]\n[Result \"*\"]\n\n" + moves + " *\n\n";
-    }
-    return games;
-}
-
-std::string Untagged(int count, const std::string& moves) {
-    std::string games;
-    for (int i = 0; i < count; ++i) {
-        games += moves + (i % 2 == 0 ? " *\n" : " 1-0\n\n");
-    }
-    return games;
-}
-
-std::int32_t NumberAt(const std::string& bytes, std::size_t at) {
-    std::int32_t number = 0;
-    std::memcpy(&number, bytes.data() + at, 4);
-    return number;
-}
-
-TEST_F(Book, FileByteForByte) {
-    BuildAndList(Games(1, "1. e4 e5") + Games(1, "1. e4 c5") + Games(1, "1. d4 d5"), true, 1);
-    const std::string file = ReadText("out.bk");
-    ASSERT_EQ(file.size(), 44u + 40 + 36 + 44 + 36 + 36);
-    const std::size_t offsets[] = {0, 44, 84, 120, 164, 200};
-    const std::int32_t counts[] = {2, 1, 0, 2, 0, 0};
-    for (int i = 0; i < 6; ++i) {
-        EXPECT_EQ(NumberAt(file, offsets[i] + 32), counts[i]) << i;
-    }
-    EXPECT_EQ(NumberAt(file, 36), 44);
-    EXPECT_EQ(NumberAt(file, 40), 120);
-    EXPECT_EQ(file.substr(0, 32), std::string(32, '\0'));
-    std::string e4(32, '\0');
-    e4[0] = 12;
-    e4[4] = 28;
-    e4[8] = 0x41;
-    e4[10] = 0x49;
-    EXPECT_EQ(file.substr(120, 32), e4);
-}
-
-const std::string TACTICS = "1. e4 a6 2. e5 d5 3. exd6 Nf6 4. dxc7 Nc6 5. Nf3 e6 6. Bd3 Be7 "
-                            "7. O-O O-O 8. cxd8=N *\n";
-
-TEST_F(Book, SpecialMovesByteForByte) {
-    BuildAndList(TACTICS, false);
-    const std::string file = ReadText("out.bk");
-    const std::size_t capture = 5 * 40, castling = 13 * 40;
-    EXPECT_EQ(file.substr(capture + 8, 8), std::string("\x49\0\x49\1\0\0\0\0", 8));
-    EXPECT_EQ(NumberAt(file, capture + 16), 35);
-    EXPECT_EQ(NumberAt(file, capture + 20), 0x89);
-    EXPECT_EQ(file.substr(castling + 8, 8), std::string("\x43\0\x4B\0\1\0\0\0", 8));
-    EXPECT_EQ(NumberAt(file, castling + 24), 7);
-    EXPECT_EQ(NumberAt(file, castling + 28), 5);
-}
-
-TEST_F(Book, EmptyFileByteForByte) {
-    EXPECT_EQ(BuildAndList("", true), "*\n");
-    EXPECT_EQ(ReadText("out.bk"), std::string(36, '\0'));
-}
-
-// What is kept of games, PGN or lines.
-struct Listing {
-    const char* name;
-    std::string input;
-    std::string lines;
-    bool is_pgn = false;
-};
-
-const std::string FORK = "1. e4 d5 2. exd5 c6 3. dxc6 Nf6 4. cxb7 e6 5. bxa8=";
-const Listing LISTINGS[] = {
-    {"MovesOfFiveGames", Games(5, "1. e4 e5") + Games(4, "1. e4 c5") + Games(4, "1. d4 d5"),
-     "1. e4 e5 *\n", true},
-    {"MovesOfGamesWithoutTags", Untagged(5, "1. e4 e5") + Untagged(4, "1. d4 d5"), "1. e4 e5 *\n",
-     true},
-    {"GamesBehindAByteOrderMark", "\xEF\xBB\xBF" + Games(5, "1. e4 e5"), "1. e4 e5 *\n", true},
-    {"LinesOfAnyNumber", "e4 e5 *\nd4 d5 *\n", "1. e4 e5 *\n1. d4 d5 *\n"},
-    {"Coordinates", "1. e2e4 e7e5", "1. e4 e5 *\n"},
-    {"NothingBehindResults", "e4 1-0 drop this\nd4 *\n", "1. e4 *\n1. d4 *\n"},
-    {"LinesEndedAnyWay", "1. e4 e5 1-0\r\n\r\n1. d4\r\n1... d5 1/2-1/2\r\nc4",
-     "1. e4 e5 *\n1. d4 d5 *\n1. c4 *\n"},
-    {"LongTokens", "e4" + std::string(200, '!') + " e5 *", "1. e4 e5 *\n"},
-    {"SpecialMoves", TACTICS, TACTICS},
-    // they share a node: the first stays, with what can follow it
-    {"PromotionsToTwoPieces", FORK + "Q Be7 6. Qxa7 *\n" + FORK + "N Be7 6. Nb6 *\n",
-     FORK + "Q Be7 6. Qxa7 *\n"},
-};
-
-void CheckListing(const Listing& test) {
+// Lines, an offset in their book, and the bytes there in hexadecimal.
+void CheckBytes(const TextCase& test) {
     const Folder folder;
-    EXPECT_EQ(BuildAndList(test.input, test.is_pgn), test.lines);
-}
-
-const bool ARE_LISTINGS_REGISTERED = RegisterCases<Listing>("Book/Keeps", LISTINGS, CheckListing);
-
-TEST_F(Book, ReadsTagsWithBackslashes) {
-    WriteText("in", "[A \"x \\\"y\\\" \\\\z\"]\n[no tag]\n[B \"x\\\"]\n\n[C \"in the moves\"]");
-    std::FILE* file = std::fopen("in", "r");
-    PgnTag tag;
-    std::string tags;
-    while (ReadNextPgnTag(file, tag)) {
-        tags += std::string(tag.name) + ": " + tag.value + "; ";
+    BuildAndList(Unescaped(test.fields[0]));
+    ASSERT_FALSE(test.fields[2].empty());
+    std::ostringstream bytes;
+    for (const char byte : ReadText("out.bk").substr(std::stoul(test.fields[1]))) {
+        bytes << std::hex << std::setw(2) << std::setfill('0') << (byte & 0xFF);
     }
-    std::fclose(file);
-    EXPECT_EQ(tags, "A: x \"y\" \\z; B: x\\; ");
+    EXPECT_EQ(bytes.str().substr(0, test.fields[2].size()), test.fields[2]);
 }
 
-TEST_F(Book, KeepsThirtyPliesOfGamesOfAnyLength) {
-    std::string game;
-    for (int i = 0; i < 300; ++i) {
-        game += " Nf3 Nf6 Ng1 Ng8";
-    }
-    const std::string line = BuildAndList(game + " *", false);
-    EXPECT_EQ(std::count(line.begin(), line.end(), 'N'), 30) << line;
-}
-
-// A process of its own that ends with an error, and leaves the old book and nothing else.
-struct Failure {
-    const char* name;
-    const char* input;
-    void (*act)();
-    const char* message;
-};
-
-void Build() { MakeBook("out.bk", "in", false, 30, 5); }
-
-#ifndef _WIN32 // where no disk can be made to look full
-void BuildOnFullDisk() {
-    const rlimit few_bytes{100, 100};
-    std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &few_bytes);
-    Build();
-}
-#endif
-
-const Failure FAILURES[] = {
-    {"Comments", "e4 {good} e5 *", Build, "illegal move\\): \\{good\\}"},
-    {"Glyphs", "Nf3! $1 *", Build, "illegal move\\): \\$1"},
-    {"JoinedNumbers", "1.e4 e5 *", Build, "illegal move\\): 1.e4"},
-    {"ImpossibleMoves", "e4 e4 *", Build, "illegal move\\): e4"},
-    {"KingIntoCheck", "e3 e5 Ke2 Qg5 Ke3 *", Build, "illegal move\\): Ke3"},
-    {"NoAnswerToCheck", "e4 d6 Bb5 Nf6 *", Build, "illegal move\\): Nf6"},
-    {"NoInput", "", [] { MakeBook("out.bk", "none", true, 30, 5); },
-     "file does not exist\\): none"},
-    {"NoFolder", "e4 *\n", [] { MakeBook("none/out.bk", "in", false, 30, 5); },
-     "cannot write book file\\): none/out.bk"},
-    {"NoBookToList", "", [] { ShowBook("none", "out.txt"); }, "file does not exist\\): none"},
-    {"NoFolderForTheList", "", [] { ShowBook("out.bk", "none/out.txt"); },
-     "cannot write file\\): none/out.txt"},
-#ifndef _WIN32
-    {"FullDisk", "e4 e5 Nf3 *\nd4 *\n", BuildOnFullDisk, "cannot write book file\\): out.bk"},
-    {"FullDiskForTheList", "", [] { ShowBook("out.bk", "/dev/full"); },
-     "cannot write file\\): /dev/full"},
-#endif
-};
-
-void CheckFailure(const Failure& test) {
+// "txt", or "pgn" and a minimum of games; a text, and the listing of its book.
+void CheckListing(const TextCase& test) {
     const Folder folder;
-    BuildAndList("e4 *\n", false);
+    const bool is_pgn = test.fields[0].starts_with("pgn");
+    const int minimum = is_pgn ? std::stoi(test.fields[0].substr(4)) : 5;
+    EXPECT_EQ(BuildAndList(Unescaped(test.fields[1]), is_pgn, minimum), Unescaped(test.fields[2]));
+}
+
+// Runs the action in a process of its own. It must end with the error and leave the old book, and
+// nothing else.
+template <typename Action>
+void ExpectFailure(const std::string& input, const std::string& message, Action act) {
+    const Folder folder;
+    BuildAndList("e4 *\n");
     const std::string old_book = ReadText("out.bk");
-    WriteText("in", test.input);
-    EXPECT_EXIT(test.act(), testing::ExitedWithCode(1), std::string("Error \\(") + test.message);
+    WriteText("in", input);
+    EXPECT_EXIT(act(), testing::ExitedWithCode(1), "Error \\(" + message);
     EXPECT_EQ(ReadText("out.bk"), old_book);
     EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3); // in, out.bk, out.txt
 }
 
-const bool ARE_FAILURES_REGISTERED = RegisterCases<Failure>("Book/Fails", FAILURES, CheckFailure);
-
-#ifndef _WIN32
-// What a person at a terminal is told while a book is built, and how the building ends.
-std::string BuildAtATerminal(bool is_pgn, int status) {
-    int screen = -1;
-    const pid_t builder = forkpty(&screen, nullptr, nullptr, nullptr);
-    if (builder == 0) MakeBook("out.bk", "in", is_pgn, 30, 5), std::exit(0);
-    std::string text;
-    for (char c = 0; read(screen, &c, 1) == 1;) {
-        if (c != '\r') text += c;
-    }
-    int ended = 0;
-    waitpid(builder, &ended, 0);
-    close(screen);
-    EXPECT_EQ(WEXITSTATUS(ended), status);
-    return text;
+// A text, "make BOOK TEXT" or "show BOOK LISTING", and a pattern of the message.
+void CheckFailure(const TextCase& test) {
+    std::istringstream words(test.fields[1]);
+    std::string verb, first, second;
+    words >> verb >> first >> second;
+    ExpectFailure(test.fields[0], test.fields[2], [&] {
+        if (verb == "make") MakeBook(first.c_str(), second.c_str(), false, 30, 5);
+        if (verb == "show") ShowBook(first.c_str(), second.c_str());
+    });
 }
-
-TEST_F(Book, TellsAPersonWhatItBuilt) {
-    WriteText("in", Games(502, "1. e4 e5"));
-    EXPECT_EQ(BuildAtATerminal(true, 0),
-              "500 games read, 99% of the file502 games read, 3 positions kept, out.bk written\n");
-}
-
-TEST_F(Book, TellsAPersonWhereABadMoveStands) {
-    WriteText("in", "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 1-0\n1. d4 d5 2. c4 d4 *\n");
-    EXPECT_EQ(BuildAtATerminal(false, 1), "Error (illegal move): d4\nin game 2 of in, move 2...\n");
-    WriteText("in", Games(500, "1. e4 *\n[White \"Ann\"]\n[Black \"Bob\"]\n\n1. e4 e4"));
-    EXPECT_EQ(BuildAtATerminal(true, 1),
-              "Error (illegal move): e4\nin game 2 of in (Ann - Bob), move 1...\n");
-}
-
-#endif
 
 void ExpectDamaged(const std::string& file) {
     WriteText("bad.bk", file);
@@ -283,20 +135,106 @@ void ExpectDamaged(const std::string& file) {
                 "Error \\(damaged book file\\): bad.bk");
 }
 
+// An offset in a good book, and the number that is written there.
 void CheckDamage(const TextCase& test) {
     const Folder folder;
-    BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);
+    BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n");
     std::string file = ReadText("out.bk");
-    ASSERT_EQ(NumberAt(file, 36), 44);
     const std::int32_t number = std::stoi(test.fields[1]);
     std::memcpy(file.data() + std::stoi(test.fields[0]), &number, 4);
     ExpectDamaged(file);
 }
 
-const bool ARE_DAMAGES_REGISTERED = RegisterFile("Book/Damaged", "damages.txt", CheckDamage);
+std::string NextMove() {
+    Move move;
+    return GetNextBookMove(move) ? WrittenMove(move) : "none";
+}
+
+void StartInBook(const std::string& lines) {
+    BuildAndList(lines);
+    ASSERT_EQ(ReplaceBook("out.bk"), nullptr);
+    engine_state.use_book = 1;
+    NewGame();
+}
+
+// The lines of a book, a game in which "undo" takes back a move and "setup" sets up the initial
+// position, the book's next move, and its moves as the engine prints them; either may be left out.
+void CheckPlay(const TextCase& test) {
+    const Folder folder;
+    StartInBook(Unescaped(test.fields[0]));
+    std::istringstream words(test.fields[1]);
+    for (std::string word; words >> word;) {
+        if (word == "undo") {
+            UndoMove();
+        } else if (word == "setup") {
+            StartAt(INITIAL_FEN);
+        } else {
+            Play(word);
+        }
+    }
+    const std::string& help = test.fields[3];
+    EXPECT_TRUE(help.empty() || book_state.help == Unescaped(help)) << book_state.help;
+    const std::string &next = test.fields[2], found = NextMove();
+    EXPECT_TRUE(next.empty() || next == found) << found;
+}
+
+const bool ARE_CASES_REGISTERED[] = {RegisterFile("Book/Bytes", "book.txt", CheckBytes),
+                                     RegisterFile("Book/Keeps", "book.txt", CheckListing),
+                                     RegisterFile("Book/Fails", "book.txt", CheckFailure),
+                                     RegisterFile("Book/Damaged", "book.txt", CheckDamage),
+                                     RegisterFile("Book/Plays", "book.txt", CheckPlay)};
+
+TEST_F(Book, KeepsThirtyPliesOfGamesOfAnyLength) {
+    std::string game;
+    for (int i = 0; i < 300; ++i) {
+        game += " Nf3 Nf6 Ng1 Ng8";
+    }
+    const std::string line = BuildAndList(game + " *");
+    EXPECT_EQ(std::count(line.begin(), line.end(), 'N'), 30) << line;
+}
+
+#ifndef _WIN32
+TEST_F(Book, FailsOnAFullDisk) {
+    ExpectFailure("e4 e5 Nf3 *\nd4 *\n", "cannot write book file\\): out.bk", [] {
+        const rlimit few_bytes{100, 100};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &few_bytes);
+        MakeBook("out.bk", "in", false, 30, 5);
+    });
+}
+
+// Builds a book at a terminal. Returns the exit status and what is printed.
+std::string BuildAtATerminal(const std::string& input, bool is_pgn) {
+    WriteText("in", input);
+    int screen = -1, status = 0;
+    const pid_t builder = forkpty(&screen, nullptr, nullptr, nullptr);
+    if (builder == 0) MakeBook("out.bk", "in", is_pgn, 30, 5), std::exit(0);
+    std::string text;
+    for (char c = 0; read(screen, &c, 1) == 1;) {
+        if (c != '\r') text += c;
+    }
+    waitpid(builder, &status, 0);
+    close(screen);
+    return std::to_string(WEXITSTATUS(status)) + ": " + text;
+}
+
+TEST_F(Book, ReportsToATerminal) {
+    std::string games;
+    for (int i = 0; i < 502; ++i) {
+        games += "[Event \"?\"]\n\n1. e4 e5 *\n\n";
+    }
+    EXPECT_EQ(BuildAtATerminal(games, true), "0: 500 games read, 99% of the file"
+                                             "502 games read, 3 positions kept, out.bk written\n");
+    EXPECT_EQ(BuildAtATerminal("1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 1-0\n1. d4 d5 2. c4 d4 *\n", false),
+              "1: Error (illegal move): d4\nin game 2 of in, move 2...\n");
+    const std::string players = "[White \"Ann \\\"A\\\"\"]\n[no tag]\n[Black \"B\\\\b\"]\n\n";
+    EXPECT_EQ(BuildAtATerminal("1. e4 *\n" + players + "1. e4 e4", true),
+              "1: Error (illegal move): e4\nin game 2 of in (Ann \"A\" - B\\b), move 1...\n");
+}
+#endif
 
 TEST_F(Book, DamagedInLength) {
-    BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n", false);
+    BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n");
     const std::string good = ReadText("out.bk");
     for (const std::size_t size : {std::size_t{0}, std::size_t{35}, good.size() - 1}) {
         ExpectDamaged(good.substr(0, size));
@@ -304,30 +242,19 @@ TEST_F(Book, DamagedInLength) {
     ExpectDamaged(good + "x");
 }
 
-// A file whose end no offset leads to. One byte less may be too much for the memory.
+// No offset reaches the end of such a file. One byte less may only be too much for the memory.
 TEST_F(Book, TooLarge) {
-    std::ofstream("bad.bk").put(0);
-    fs::resize_file("bad.bk", std::uintmax_t{1} << 31);
-    EXPECT_STREQ(InitializeBook("bad.bk"), "it is too large");
-    fs::resize_file("bad.bk", (std::uintmax_t{1} << 31) - 1);
-    EXPECT_STRNE(InitializeBook("bad.bk"), "it is too large");
+    for (const std::uintmax_t size : {std::uintmax_t{1} << 31, (std::uintmax_t{1} << 31) - 1}) {
+        std::ofstream("bad.bk").put(0);
+        fs::resize_file("bad.bk", size);
+        EXPECT_EQ(std::string(InitializeBook("bad.bk")) == "it is too large", size % 2 == 0);
+    }
     EXPECT_EQ(book.children, nullptr);
 }
 
-// A game in the book of these lines.
 struct BookInPlay : Book {
-    void SetUp() override {
-        BuildAndList("e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 *\nc4 e5 *\n", false);
-        ASSERT_EQ(InitializeBook("out.bk"), nullptr);
-        engine_state.use_book = 1;
-        NewGame();
-    }
+    void SetUp() override { StartInBook("e4 e5 Nf3 Nc6 *\ne4 c5 *\nd4 d5 *\nc4 e5 *\n"); }
 };
-
-std::string NextMove() {
-    Move move;
-    return GetNextBookMove(move) ? WrittenMove(move) : "none";
-}
 
 TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
     std::map<std::string, int> times;
@@ -341,18 +268,8 @@ TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
     }
 }
 
-TEST_F(BookInPlay, TellsItsMoves) {
-    EXPECT_STREQ(book_state.help, " 1. e2e4\n 1. d2d4\n 1. c2c4\n");
-    Play("e4");
-    EXPECT_STREQ(book_state.help, " 1... e7e5\n 1... c7c5\n");
-    Play("e5");
-    engine_state.san_notation = 1;
-    EXPECT_STREQ(WrittenBookHelp(), " 2. Nf3\n");
-    engine_state.san_notation = 0;
-}
-
-// Of two hundred moves, in lines of nine characters.
-TEST_F(BookInPlay, TellsAsManyMovesAsFit) {
+// Two hundred moves, in lines of nine characters.
+TEST_F(BookInPlay, PrintsAsManyMovesAsFit) {
     StartAt("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
     MoveTrieNode node{};
     MoveList moves;
@@ -367,39 +284,11 @@ TEST_F(BookInPlay, TellsAsManyMovesAsFit) {
     FreeMoveTrie(node);
 }
 
-TEST_F(BookInPlay, EndsWithAMoveOutsideUntilItIsTakenBack) {
-    Play("e4 e5 f4");
-    EXPECT_STREQ(book_state.help, " Out of book!\n");
-    EXPECT_EQ(NextMove(), "none");
-    UndoMove();
-    EXPECT_EQ(NextMove(), "g1f3");
-}
-
-// The book's next move is the queen's, and a knight stands there.
-TEST_F(BookInPlay, EndsWithAPromotionToAnotherPiece) {
-    BuildAndList(FORK + "Q Be7 6. Qxa7 *\n", false);
-    ASSERT_EQ(ReplaceBook("out.bk"), nullptr);
-    for (const auto& [piece, move] : {std::pair{"Q", "a8a7"}, {"N", "none"}}) {
-        NewGame();
-        Play("e4 d5 exd5 c6 dxc6 Nf6 cxb7 e6 bxa8=" + std::string(piece) + " Be7");
-        EXPECT_EQ(NextMove(), move) << piece;
-    }
-}
-
-TEST_F(BookInPlay, DoesNotBeginAgainLater) {
-    Play("a3 a6 e4");
-    EXPECT_EQ(NextMove(), "none");
-}
-
-TEST_F(BookInPlay, EndsWithItsLines) {
-    Play("d4 d5");
-    EXPECT_STREQ(book_state.help, " Out of book!\n");
-    EXPECT_EQ(NextMove(), "none");
-}
-
-TEST_F(BookInPlay, EndsWithASetUpPosition) {
-    StartAt(INITIAL_FEN);
-    EXPECT_EQ(NextMove(), "none");
+TEST_F(BookInPlay, PrintsItsMovesInTheFrontEndsNotation) {
+    Play("e4 e5");
+    engine_state.san_notation = 1;
+    EXPECT_STREQ(WrittenBookHelp(), " 2. Nf3\n");
+    engine_state.san_notation = 0;
 }
 
 TEST_F(BookInPlay, CanBeSwitchedOff) {

@@ -16,16 +16,14 @@
 
 namespace {
 
-// Moves are played, and a FEN is written.
+// Plays moves and checks the FEN.
 void CheckFen(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
     EXPECT_EQ(GetBoardFen(), test.fields[2]);
 }
 
-const bool ARE_FENS_REGISTERED = RegisterFile("Fen/Reads", "fen.txt", CheckFen);
-
-// Refused, and nothing changed.
+// A refused FEN changes nothing.
 void CheckRefusal(const TextCase& test) {
     StartAt("r3k2r/8/8/8/4P3/8/8/R3K2R b KQkq e3 0 5");
     Play("e8g8 e1e2");
@@ -37,17 +35,13 @@ void CheckRefusal(const TextCase& test) {
     EXPECT_TRUE(board == before);
 }
 
-const bool ARE_BAD_FENS_REGISTERED = RegisterFile("Fen/Refuses", "badfen.txt", CheckRefusal);
-
-// A token is read, and the move is written in coordinate notation.
+// Reads a token and writes the move in coordinate notation.
 void CheckToken(const TextCase& test) {
     StartAt(test.fields[0]);
     Move move;
     EXPECT_EQ(ParseMove(test.fields[1], move) ? WrittenMove(move) : std::string("none"),
               test.fields[2]);
 }
-
-const bool ARE_TOKENS_REGISTERED = RegisterFile("Notation/Reads", "tokens.txt", CheckToken);
 
 void CheckTyped(const TextCase& test) {
     StartAt(test.fields[0]);
@@ -58,17 +52,13 @@ void CheckTyped(const TextCase& test) {
     EXPECT_EQ(meant, test.fields[2]);
 }
 
-const bool ARE_TYPED_REGISTERED = RegisterFile("Notation/Typed", "typed.txt", CheckTyped);
-
 void CheckRefused(const TextCase& test) {
     StartAt(test.fields[0]);
     EXPECT_TRUE(FindTypedMoves(test.fields[1]).empty());
     EXPECT_EQ(WrittenRefusal(test.fields[1]), test.fields[2]);
 }
 
-const bool ARE_REFUSED_REGISTERED = RegisterFile("Notation/Refused", "refused.txt", CheckRefused);
-
-// A move is written in coordinate notation and in SAN.
+// Writes a move in coordinate notation and in SAN.
 void CheckWritten(const TextCase& test) {
     StartAt(test.fields[0]);
     Move move;
@@ -77,10 +67,7 @@ void CheckWritten(const TextCase& test) {
     EXPECT_EQ(WrittenSan(move), test.fields[2]);
 }
 
-const bool ARE_WRITTEN_MOVES_REGISTERED =
-    RegisterFile("Notation/Writes", "written.txt", CheckWritten);
-
-// Moves are played, and the game says to the front end that it is over, or nothing.
+// Plays moves and checks what is printed at the end of the game, if it has ended.
 void CheckEnding(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
@@ -91,9 +78,35 @@ void CheckEnding(const TextCase& test) {
     EXPECT_EQ(game_state.game_over, !wanted.empty());
 }
 
-const bool ARE_ENDINGS_REGISTERED = RegisterFile("Finish/Ends", "endings.txt", CheckEnding);
+// A position in which black has only king moves behind a wall of pawns, the move from which on
+// white has enough time to win, and the move at which the engine resigns, or 0.
+void CheckResignation(const TextCase& test) {
+    StartAt(test.fields[0]);
+    engine_state.depth_limit = Plies(3);
+    engine_state.ponder = engine_state.use_random = 0;
+    int resigned_at = 0;
+    for (int move = 1; move <= 8 && resigned_at == 0; ++move) {
+        game_state.opponent_time = move < std::stoi(test.fields[1]) ? 2999 : 3000;
+        testing::internal::CaptureStdout();
+        MakeEngineMove();
+        const std::string output = testing::internal::GetCapturedStdout();
+        if (output.find("resign") != std::string::npos) resigned_at = move;
+        Play(move < 8 ? "K" + std::string(1, static_cast<char>('a' + move)) + "1" : "Kg1");
+    }
+    EXPECT_EQ(resigned_at, std::stoi(test.fields[2]));
+}
 
-// Keys may collide.
+const bool ARE_CASES_REGISTERED[] = {
+    RegisterFile("Fen/Reads", "fen.txt", CheckFen),
+    RegisterFile("Fen/Refuses", "badfen.txt", CheckRefusal),
+    RegisterFile("Notation/Reads", "tokens.txt", CheckToken),
+    RegisterFile("Notation/Typed", "typed.txt", CheckTyped),
+    RegisterFile("Notation/Refused", "refused.txt", CheckRefused),
+    RegisterFile("Notation/Writes", "written.txt", CheckWritten),
+    RegisterFile("Finish/Ends", "endings.txt", CheckEnding),
+    RegisterFile("Finish/Resigns", "resignations.txt", CheckResignation)};
+
+// Keys can collide.
 TEST(Finish, RepetitionLooksAtTheBoards) {
     StartAt("4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     Play("Rh2 Kd8 Rh3 Kd7 Rh4 Kd6");
@@ -108,43 +121,7 @@ TEST(Finish, MateScores) {
     EXPECT_FALSE(IsMateEval(MATE_EVAL_THRESHOLD) || IsMateEval(-MATE_EVAL_THRESHOLD));
 }
 
-// The engine's move at which it resigns, or 0. Black has nothing but moves of its king behind a
-// wall of pawns; from a move on white has enough time to win, before it has not.
-struct Resignation {
-    const char* name;
-    const char* fen;
-    int long_clock_from;
-    int resigns_at;
-};
-
-const Resignation RESIGNATIONS[] = {
-    {"AfterFiveHopelessMoves", "4k3/p1p1p1p1/P1P1P1P1/8/8/8/Q7/K7 b - - 0 1", 1, 5},
-    {"NotWhileTheOpponentHasNoTime", "4k3/p1p1p1p1/P1P1P1P1/8/8/8/Q7/K7 b - - 0 1", 9, 0},
-    {"CountsFromTheFirstHopelessMove", "4k3/p1p1p1p1/P1P1P1P1/8/8/8/Q7/K7 b - - 0 1", 4, 8},
-    {"NotWhenLittleMaterialBehind", "4k3/p1pNp1p1/P1P1P1P1/8/8/1R6/8/K7 b - - 0 1", 1, 0},
-    {"NotWhenThePawnsAreWorthLittle", "4k3/p1p1p1p1/P1P1P1P1/P1P1P1P1/8/R7/8/K7 b - - 0 1", 1, 0},
-};
-
-void CheckResignation(const Resignation& test) {
-    StartAt(test.fen);
-    engine_state.depth_limit = Plies(3);
-    engine_state.post_thinking = engine_state.ponder = engine_state.use_random = 0;
-    int resigned_at = 0;
-    for (int move = 1; move <= 8 && resigned_at == 0; ++move) {
-        game_state.opponent_time = move < test.long_clock_from ? 2999 : 3000;
-        testing::internal::CaptureStdout();
-        MakeEngineMove();
-        const std::string said = testing::internal::GetCapturedStdout();
-        if (said.find("resign") != std::string::npos) resigned_at = move;
-        Play(move < 8 ? "K" + std::string(1, static_cast<char>('a' + move)) + "1" : "Kg1");
-    }
-    EXPECT_EQ(resigned_at, test.resigns_at);
-}
-
-const bool ARE_RESIGNATIONS_REGISTERED =
-    RegisterCases<Resignation>("Finish/Resigns", RESIGNATIONS, CheckResignation);
-
-// A position has the same key however it came about.
+// A position has the same key, set up or reached by moves.
 TEST(Fen, GivesTheKeyThatMovesGive) {
     for (const char* const moves :
          {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {
@@ -154,16 +131,6 @@ TEST(Fen, GivesTheKeyThatMovesGive) {
         StartAt(GetBoardFen());
         EXPECT_EQ(board.zobrist_key, key) << moves;
     }
-}
-
-TEST(Game, NewGameForgetsTheOldOne) {
-    StartAt("startpos");
-    const std::string fen = GetBoardFen();
-    Play("e2e4");
-    game_state.engine_time = 100;
-    NewGame();
-    EXPECT_EQ(GetBoardFen(), fen);
-    EXPECT_EQ(game_state.engine_time, UNKNOWN_CLOCK);
 }
 
 TEST(History, FillsAndEmpties) {

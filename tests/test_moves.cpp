@@ -1,12 +1,10 @@
-// Generation order, making and unmaking, legality.
-#include "cases.h"
+// Making and unmaking moves, and the hash key.
 #include "consistency.h"
 #include "support.h"
 
 #include "board/utility.h"
 #include "game/gamestate.h"
 #include "game/history.h"
-#include "moves/generate.h"
 #include "moves/makemove.h"
 #include "notation/fen.h"
 #include "notation/notation.h"
@@ -17,45 +15,8 @@
 
 namespace {
 
-void CheckOrder(const TextCase& test) {
-    StartAt(test.fields[0]);
-    EXPECT_EQ(LegalMoves(), test.fields[1]);
-}
-
-const bool ARE_ORDERS_REGISTERED = RegisterFile("Moves/Order", "order.txt", CheckOrder);
-
-TEST(Moves, BitsAreCounted) {
-    for (std::uint32_t set = 0; set < POP_COUNT_SIZE; ++set) {
-        ASSERT_EQ(POP_COUNT[set], static_cast<std::uint32_t>(std::popcount(set))) << set;
-    }
-}
-
-TEST(Moves, KingCapturesAlone) {
-    StartAt("4k3/8/8/8/8/8/8/K3R2r b - - 0 1");
-    board.side_to_move = WHITE; // as if black had left its king in check
-    MoveList list;
-    GenerateCaptures(list, nullptr);
-    ASSERT_EQ(list.count, 1); // and not the rook
-    EXPECT_EQ(TypeOf(list.moves[0].captured), KING);
-}
-
-TEST(Moves, EnPassantIsOverAfterANullMove) {
-    StartAt("4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1");
-    Play("e2e4");
-    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
-    MakeNullMove();
-    EXPECT_EQ(board.zobrist_xor, 0u);
-    UnMakeNullMove();
-    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
-}
-
-TEST(Moves, EnPassantThatUncoversTheKingIsNotInTheKey) {
-    StartAt("8/8/8/8/R2p3k/8/4P3/4K3 w - - 0 1");
-    Play("e2e4");
-    EXPECT_EQ(board.zobrist_xor, 0u);
-}
-
-// Keys are decided on the board before the move. There the rook itself stands on the king's square.
+// The keys to change are chosen on the board before the move, where the rook is on the king's
+// square.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
     StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
     const std::uint64_t key = board.zobrist_key;
@@ -65,8 +26,8 @@ TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
                                            PieceKey(WHITE, ROOK, 12));
 }
 
-// Random games from several starts: after every move all records agree with a recomputation, the
-// position written as FEN reads as the same one, and taking back restores everything.
+// Random games from several starts. After every move all records agree with a recomputation.
+// Undoing the game restores every position, and the last position's FEN reads as the same position.
 TEST(Moves, RandomGames) {
     const char* const starts[] = {
         INITIAL_FEN,

@@ -1,5 +1,4 @@
-// Levels for people: what they see, what they always win, and that the strong ones leave nothing to
-// chance.
+// Levels for people: what they see, what they always win, and where they vary.
 #include "cases.h"
 #include "support.h"
 
@@ -15,6 +14,7 @@
 #include "search/hash.h"
 #include "search/records.h"
 
+#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -22,18 +22,12 @@ namespace {
 
 std::vector<std::int32_t> ToLevels(const std::string& text) {
     std::istringstream words(text);
-    std::vector<std::int32_t> levels;
-    for (std::int32_t level; words >> level;) {
-        levels.push_back(level);
-    }
-    return levels;
+    return {std::istream_iterator<std::int32_t>(words), {}};
 }
 
 std::string MoveOfLevel(std::int32_t elo) {
     Move move, reply;
-    engine_state.post_thinking = 0;
     FindMoveOfLevel(elo, move, reply, {.depth = Plies(20), .clock = {}});
-    engine_state.post_thinking = 1;
     return WrittenMove(move);
 }
 
@@ -50,7 +44,7 @@ void CheckSight(const TextCase& test) {
     }
 }
 
-// The bare king flees by a search of its own.
+// The bare king is played by the same level.
 void CheckWin(const TextCase& test) {
     for (const std::int32_t elo : ToLevels(test.fields[1])) {
         StartAt(test.fields[0]);

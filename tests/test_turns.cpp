@@ -1,4 +1,4 @@
-// The engine's turn, seen from inside: what it leaves in the records and in the tables.
+// The engine's turn: what it leaves in the records and in the tables.
 #include "support.h"
 
 #include "board/position.h"
@@ -14,13 +14,13 @@
 
 namespace {
 
-constexpr std::int32_t KEPT_DEPTH = 2000; // no search stores as deep
+constexpr std::int32_t KEPT_DEPTH = 2000; // deeper than any search stores
 constexpr std::int32_t KEPT_EVAL = 900'000;
 
-// White draws by checking for ever, and has nothing else.
+// White has nothing but a perpetual check.
 const char* const PERPETUAL = "6k1/6p1/8/7Q/8/8/qr6/7K w - - 0 1";
 
-// The engine's move without its words.
+// Plays the engine's move and drops its output.
 void MakeMoveSilently() {
     engine_state.ponder = 0;
     engine_state.depth_limit = Plies(4);
@@ -30,8 +30,8 @@ void MakeMoveSilently() {
     engine_state.ponder = 1;
 }
 
-// The engine makes its move after the moves. Whether the position that its opponent had before is
-// then a draw for the tables. The entry that tells has a bound that no search can use.
+// Plays the moves and the engine's. Returns true if the tables then call the position before the
+// opponent's last move a draw. The entry that shows it has a bound that no search can use.
 bool IsDrawForcedAfter(const char* fen, const char* moves) {
     StartAt(fen);
     Play(moves);
@@ -45,8 +45,8 @@ bool IsDrawForcedAfter(const char* fen, const char* moves) {
 TEST(Turns, RepetitionIsADrawInLaterSearches) {
     EXPECT_TRUE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7 e8h5 h7g8"));
     EXPECT_EQ(board.zobrist_ply_number, 5);
-    EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // not yet a repetition
-    // the engine repeats the position because it must, and is lost all the same
+    EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // no repetition yet
+    // The engine repeats the position because it must, but is lost all the same.
     EXPECT_FALSE(IsDrawForcedAfter("1r6/8/8/8/8/8/8/K6k w - - 0 1", "a1a2 h1h2 a2a1 h2h1"));
 }
 

@@ -1,12 +1,10 @@
-// The seam to Windows, on pipes and files as Windows has them.
+// The Windows platform layer, on pipes and files of Windows.
 #include "platform/enforce.h"
 #include "platform/system.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <ratio>
 #include <string>
 #include <thread>
 
@@ -16,7 +14,7 @@ namespace {
 
 const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt"; // a name outside every code page
 
-// Standard input and output are pipes whose other ends the test holds.
+// Standard input and output are pipes. The test holds their other ends.
 struct System : testing::Test {
     HANDLE old_input = GetStdHandle(STD_INPUT_HANDLE), old_output = GetStdHandle(STD_OUTPUT_HANDLE);
     HANDLE input = nullptr, typing = nullptr, reading = nullptr, output = nullptr;
@@ -79,7 +77,7 @@ TEST_F(System, CountsWhatWaitsInAPipe) {
     EXPECT_FALSE(IsHungUp());
 }
 
-TEST_F(System, SeesTheEndOfTheInputBehindWhatIsLeft) {
+TEST_F(System, SeesTheEndOfTheInputAfterWhatIsLeft) {
     Type("go");
     HangUp(typing);
     EXPECT_TRUE(IsHungUp());
@@ -88,7 +86,7 @@ TEST_F(System, SeesTheEndOfTheInputBehindWhatIsLeft) {
     EXPECT_EQ(Read(), "");
 }
 
-// In a process of its own, as the system stays watched.
+// In a process of its own, because the output stays watched after a read.
 TEST_F(System, WaitsForInputNoLongerThanSomebodyListens) {
     const auto wait = [this] {
         std::thread front_end([this] { HangUp(reading); });
@@ -97,14 +95,6 @@ TEST_F(System, WaitsForInputNoLongerThanSomebodyListens) {
         std::_Exit(has_ended ? EXIT_SUCCESS : EXIT_FAILURE);
     };
     EXPECT_EXIT(wait(), testing::ExitedWithCode(EXIT_SUCCESS), "");
-}
-
-TEST_F(System, EndsLinesAsWindowsDoes) {
-    WriteOutput("a\n\nb\r\n");
-    char room[100];
-    DWORD got = 0;
-    ReadFile(reading, room, sizeof room, &got, nullptr);
-    EXPECT_EQ(std::string(room, got), "a\r\n\r\nb\r\r\n");
 }
 
 TEST_F(System, ReadsFilesToTheirEnd) {
@@ -120,7 +110,7 @@ TEST_F(System, ReadsFilesToTheirEnd) {
     std::filesystem::remove("in");
 }
 
-// Last, as the output stays watched once something was read.
+// Last, because the output stays watched after a read.
 TEST_F(System, SeesThatNobodyListens) {
     EXPECT_EQ(WaitingInput(), 0);
     HangUp(reading);
@@ -153,45 +143,12 @@ TEST(Files, HaveTheSameBytesUnderAnyName) {
     EXPECT_TRUE(MoveIntoPlace(name, "old"));
     EXPECT_FALSE(FileExists(name));
     std::filesystem::remove("old");
-    EXPECT_FALSE(IsPlainFile("\xE4")) << "which is no UTF-8";
+    EXPECT_FALSE(IsPlainFile("\xE4")) << "not UTF-8";
     EXPECT_FALSE(FileExists("\xE4"));
     EXPECT_TRUE(FileExists("."));
     EXPECT_FALSE(IsPlainFile("."));
     EXPECT_EQ(ReadWhole("."), "");
     EXPECT_EQ(OpenFile(".", FileUse::LOG), nullptr);
-}
-
-// Another clock is read inside and outside of it.
-TEST(Clock, RunsInTicksOfAHundredNanoseconds) {
-    using Clock = std::chrono::steady_clock;
-    using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
-    const Clock::time_point outer = Clock::now();
-    const std::uint64_t before = SystemTime();
-    const Clock::time_point inner = Clock::now();
-    while (Clock::now() - inner < std::chrono::milliseconds(20)) {
-    }
-    const Clock::duration least = Clock::now() - inner;
-    const Ticks passed(SystemTime() - before);
-    EXPECT_GE(passed + Ticks(1), least);
-    EXPECT_LE(passed, Clock::now() - outer + Ticks(1));
-}
-
-TEST(Memory, IsZeroedForTables) {
-    constexpr std::size_t SIZE = 5'000'000;
-    char* const table = static_cast<char*>(AllocateTable(SIZE));
-    ASSERT_NE(table, nullptr);
-    EXPECT_EQ(table[0], 0);
-    EXPECT_EQ(table[SIZE - 1], 0);
-    table[SIZE - 1] = 1;
-    FreeTable(table, SIZE);
-    EXPECT_EQ(AllocateTable(std::size_t{1} << 60), nullptr);
-}
-
-TEST(CommandLineWords, AreFoundWithoutTheOnesHandedIn) {
-    const auto words = CommandLineWords(0, nullptr);
-    ASSERT_FALSE(words.empty());
-    EXPECT_NE(std::string(words[0]).find("korvane_tests"), std::string::npos);
-    EXPECT_TRUE(std::filesystem::is_directory(ProgramFolder()));
 }
 
 } // namespace
