@@ -21,6 +21,11 @@ RunBuild() {
     local preset=$1 targets=$2
     shift 2
     cd "$root" || return
+    # CMake refuses a folder that another generator made, or that was copied from elsewhere.
+    if ! grep -qsxF "# For build in directory: $root/build/$preset" "build/$preset/CMakeCache.txt" ||
+        [ ! -e "build/$preset/build.ninja" ]; then
+        rm -rf "build/$preset/CMakeCache.txt" "build/$preset/CMakeFiles"
+    fi
     if [ $# -gt 0 ] || [ ! "build/$preset/build.ninja" -nt CMakePresets.json ]; then
         cmake --preset "$preset" "$@" || return
     fi
