@@ -29,7 +29,7 @@ void Fail(Tally& tally, std::string_view what, std::string_view line) {
     ++tally.failed;
 }
 
-// One field "Dn count" of a line.
+// Checks one field "Dn count" of a line.
 void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
                 Tally& tally) {
     const std::string_view depth_word = NextWord(field);

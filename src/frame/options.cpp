@@ -17,7 +17,8 @@ std::string MessageOf(std::string_view text) {
 
 std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
-// The first argument's value: behind its "=", or the next argument if that is no option.
+// Returns the first argument's value: the text after "=", or the next argument if that is not an
+// option.
 std::string_view TakeValue(std::span<const Option> options,
                            std::span<const char* const>& arguments) {
     const std::string_view argument = arguments.front();

@@ -23,11 +23,11 @@ struct AllowedOption {
     bool is_required;
 };
 
-// The program's invocation name without its directory, cut to its size; stands in every message.
+// The program's invocation name without its directory, cut to its size; used in error messages.
 extern char MY_FILE_NAME[FILE_NAME_SIZE];
 void SetMyFileName(std::string_view invocation);
 
-// Index of the first option whose name the argument has, alone or in front of "=value"; -1: none.
+// Returns the index of the first option that the argument names, alone or before "=value", or -1.
 int GetOptionIndex(std::span<const Option> options, std::string_view argument);
 bool IsKnownOption(std::span<const Option> options, std::string_view argument);
 bool IsPresentOption(std::span<const Option> options, std::string_view name);
@@ -35,16 +35,16 @@ bool IsPresentOption(std::span<const Option> options, std::string_view name);
 // Stores a value, cut to its field, and marks the option present.
 void SetOptionValueByName(std::span<Option> options, std::string_view name, std::string_view value);
 
-// The value in a static buffer; empty when the option was not given.
+// Returns the value in a static buffer; empty if the option was not given.
 const char* GetOptionValueByName(std::span<const Option> options, std::string_view name);
 
-// Marks the options that the arguments name, and no others, and stores their values. A fatal error
-// for an argument that is no option, or for an option without its value.
+// Sets `present` and the value of each option from the arguments. An unknown argument or a missing
+// value is a fatal error.
 void ReadArguments(std::span<Option> options, std::span<const char* const> arguments);
 
-// A fatal error unless all required options of these are present, and none but these.
+// Ends the program with an error unless all required options and no unlisted ones are present.
 void EnsureOptionConfiguration(std::span<const Option> options,
                                std::span<const AllowedOption> allowed);
 
-// Ends the program over a value that an option cannot have.
+// Ends the program with an error: the value is invalid for the option.
 [[noreturn]] void RefuseOptionValue(std::string_view name, std::string_view value);

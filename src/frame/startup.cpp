@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr std::int32_t BOOK_MAX_PLIES = 30; // of a game that go into a book
+constexpr std::int32_t BOOK_MAX_PLIES = 30; // of each game that a book keeps
 constexpr std::int32_t BOOK_MIN_COUNT = 5;  // games in which a move must occur
 
 constexpr std::uint8_t SWITCH = 1;
@@ -37,7 +37,8 @@ Option options[] = {
     {"--format", "", VALUE, 0},     {"-f", "", VALUE, 0},           {"-o", "", VALUE, 0},
 };
 
-// Every line is filled with blanks to its width, "%s" standing for the program's name uncounted.
+// Lines are padded with blanks to this width. A line with "%s", the program's name, is padded to
+// NAMED_WIDTH without counting the name.
 constexpr int PLAIN_WIDTH = 79;
 constexpr int NAMED_WIDTH = 69;
 constexpr std::string_view USAGE[] = {
@@ -70,10 +71,10 @@ void PrintUsage() {
     }
 }
 
-// A copy, because the next look-up uses the buffer again.
+// Returns a copy, because the next look-up overwrites the static buffer.
 std::string ValueOf(std::string_view option) { return GetOptionValueByName(options, option); }
 
-// The value of a file option, or the default book's name when it was not given.
+// Returns the value of a file option, or the default book's name if it was not given.
 std::string BookNameOf(std::string_view option) {
     return IsPresentOption(options, option) ? ValueOf(option) : DEFAULT_BOOK_NAME;
 }
@@ -113,7 +114,7 @@ struct Action {
     void (*run)();
 };
 
-// The first that is present runs and ends the program.
+// The first action that is present runs and ends the program.
 constexpr Action ACTIONS[] = {{"--version", RunVersion},
                               {"--help", RunHelp},
                               {"--make-book", RunMakeBook},
@@ -134,7 +135,7 @@ void ApplySettings() {
     if (IsPresentOption(options, "--verbose")) engine_state.verbose = 1;
 }
 
-// Play goes on without a book that is missing or cannot be used.
+// A missing or unusable book is not an error: the engine plays without it.
 void LoadBook() {
     if (!engine_state.use_book) return;
     const std::string name = std::string("\"") + DEFAULT_BOOK_NAME + "\".";

@@ -82,8 +82,8 @@ void RunConversation() {
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
     InitializeTables();
-    SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels play differently every time
-    engine_state.use_random = 0;                          // the best move is that of the best line
+    SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels vary their moves from run to run
+    engine_state.use_random = 0; // so that the best move is the first of the last line
     InitializeHashTable(engine_state.hash_size);
     InitializeUciOptions();
     ForgetGame();

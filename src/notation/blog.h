@@ -1,11 +1,11 @@
-// The plain text logs: a summary line a game, and a line a rejected command.
+// The plain text logs: one summary line per game, one line per rejected command.
 #pragma once
 
 #include "notation/portable.h"
 
 #include <string_view>
 
-// Appends the game's summary to GameLog. The tags must stand under their real colours.
+// Appends the game's summary to GameLog. The tags must be under the real colours.
 void BlogGame(const PgnGameInfo& info);
 
 // Appends a message to ErrorLog.

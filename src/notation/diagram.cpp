@@ -10,7 +10,7 @@ namespace {
 constexpr const char* SYMBOLS[COLOURS][PIECE_TYPES] = {{"", "♙", "♘", "♔", "", "♗", "♖", "♕"},
                                                        {"", "♟", "♞", "♚", "", "♝", "♜", "♛"}};
 
-// A terminal's colours, of 256: squares by what they show, and the pieces on them.
+// Colours of a 256-colour terminal: squares by state, then pieces by side.
 constexpr int CHECKED = 160;
 constexpr int MOVED = 100;
 constexpr int DARK = 95;
@@ -26,7 +26,7 @@ bool IsCheckedKing(int square) { return square == KingSquare(board.side_to_move)
 
 std::string WrittenPiece(Piece piece, const DiagramStyle& style) {
     if (piece == NO_PIECE) return style.is_coloured ? " " : ".";
-    // Filled symbols read better, and colours tell the sides apart.
+    // In colour both sides use the filled symbols, which are easier to read.
     if (style.is_unicode) {
         return SYMBOLS[style.is_coloured ? BLACK : ColourOf(piece)][TypeOf(piece)];
     }

@@ -1,4 +1,4 @@
-// The board as a picture of text, for a person.
+// The board as text, for a person.
 #pragma once
 
 #include <string>
@@ -9,5 +9,5 @@ struct DiagramStyle {
     bool is_flipped;  // black below
 };
 
-// Nine lines, each with its line feed: the ranks, and the files' letters.
+// Returns nine lines, each with its line feed: the eight ranks and the file letters.
 std::string WrittenDiagram(const DiagramStyle& style);

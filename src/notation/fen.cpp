@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* FEN_LOG = "GameLog.fen";
 
-// Larger counters become this one, so that counting on from them cannot overflow.
+// Counters are clamped to this value so that later increments cannot overflow.
 constexpr std::int32_t MAX_COUNTER = 100'000;
 
 constexpr int PAWN_RANK[COLOURS] = {RANK_2, RANK_7};
@@ -32,7 +32,7 @@ Piece PlacedPiece(char letter, int square) {
     return is_unmoved ? unmoved : unmoved | MOVED_FLAG;
 }
 
-// Eight ranks of eight squares, from rank 8 down.
+// Reads eight ranks of eight squares, from rank 8 down.
 bool ReadPlacement(std::string_view text, Fen& fen) {
     std::ranges::fill(fen.board, NO_PIECE);
     int file = FILE_A;
@@ -60,9 +60,9 @@ bool ReadSide(std::string_view text, Fen& fen) {
     return text == "w" || text == "b";
 }
 
-// Each letter at most once. The squares of its king and rook may be empty. An enemy piece on them
-// is refused, because castling does not check the colour of unmoved pieces. So is a king on the
-// rook's square, because an unmoved king is assumed to be on its home square.
+// Accepts each letter at most once. The home squares of king and rook may be empty. An enemy piece
+// there is refused, because castling does not check the colour of unmoved pieces. So is a king on
+// the rook's square, because an unmoved king is assumed to be on its home square.
 bool ReadCastling(std::string_view text, Fen& fen) {
     std::size_t read = text == "-" ? 1 : 0;
     for (const Colour colour : {WHITE, BLACK}) {
@@ -82,7 +82,7 @@ bool ReadCastling(std::string_view text, Fen& fen) {
     return read > 0 && read == text.size();
 }
 
-// The square passed over by a pawn that has just made its double step.
+// Reads the square that a double step has just passed over.
 bool ReadEnPassant(std::string_view text, Fen& fen) {
     fen.en_passant = NO_SQUARE;
     if (text == "-") return true;
@@ -97,7 +97,7 @@ bool ReadEnPassant(std::string_view text, Fen& fen) {
            fen.board[to] == (UnmovedPiece(pusher, PAWN) | MOVED_FLAG);
 }
 
-// A missing number gets its default.
+// Reads digits; an empty word gets the default `missing`.
 bool ReadCounter(std::string_view word, std::int32_t missing, std::int32_t& value) {
     value = missing;
     if (word.empty()) return true;
@@ -120,7 +120,8 @@ void PlacePieces(const Fen& fen) {
     NewEvaluation();
 }
 
-// The side to move could take the king. Tries the position on the board and restores that.
+// True if the side to move could take the king. Sets up the position on the board for the test and
+// restores the board afterwards.
 bool IsKingLeftInCheck(const Fen& fen) {
     const Position before = board;
     board = {};
@@ -145,7 +146,7 @@ const char* FaultOfPosition(const Fen& fen) {
     return nullptr;
 }
 
-// Reads the fields in turn, up to the first that is at fault.
+// Reads the fields in order. Returns the fault of the first invalid one, or null.
 const char* ReadFields(std::string_view text, Fen& fen) {
     text = text.substr(0, FEN_SIZE - 1);
     CopyText(fen.text, text);

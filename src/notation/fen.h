@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-// Room of a FEN text with its closing NUL.
+// Size of a FEN text with its closing NUL.
 inline constexpr std::size_t FEN_SIZE = 256;
 
 inline constexpr const char* INITIAL_FEN =
@@ -19,29 +19,28 @@ inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k
 struct Fen {
     Piece board[SQUARES]; // pieces with castling rights and pawns at home are unmoved
     Colour side;
-    bool castling[COLOURS][CASTLE_SIDES]; // the letter is there, its rook perhaps not
+    bool castling[COLOURS][CASTLE_SIDES]; // as the letters claim; the rook may be missing
     int en_passant;                       // the square passed over, or NO_SQUARE
     std::int32_t half_moves;              // since the last pawn push or capture
     std::int32_t full_move;               // number of the next move
     char text[FEN_SIZE];                  // the text itself
 };
 
-// Reads a text, which is cut to FEN_SIZE, and leaves the board as it was. Returns false, with an
-// undefined record, if it is not a playable position.
+// Reads a text, which is cut to FEN_SIZE, without changing the board. Returns false, with an
+// undefined record, if the text is not a playable position.
 bool ReadFen(std::string_view text, Fen& fen);
 
-// What is wrong with a text, in words for a person; null when it is a playable position.
+// Returns a message for a person on why the text is not a playable position, or null if it is one.
 const char* FindFenFault(std::string_view text);
 
-// The text shows a board without any piece, which no game can begin from.
+// True if the text describes a board without pieces.
 bool IsEmptyBoard(std::string_view text);
 
-// Puts the position on the board, with its key as the first of the key history, and with what the
-// game record knows of it: the double step that led here, if one did, and the fifty-move count.
-// Everything else of the game is the caller's.
+// Sets up the board and starts the key history with its key. Sets the en passant double step and
+// the fifty-move count in the game record. The caller sets all other records of the game.
 void PlacePosition(const Fen& fen);
 
-// The position as FEN, in a static buffer.
+// Returns the position as FEN, in a static buffer.
 const char* GetBoardFen();
 
 // Appends the position to the log of final positions.

@@ -16,15 +16,15 @@ namespace {
 constexpr int MOVE_TEXT_SIZE = 32;
 constexpr int NO_HINT = -1;
 
-// What a token says about a move; squares stay NO_SQUARE when it names none.
+// The parts of a move that a token names; a square that it does not name is NO_SQUARE.
 struct MoveWish {
     int from = NO_SQUARE;
     int to = NO_SQUARE;
     PieceType promotion = NO_PIECE_TYPE;
 };
 
-// NO_SQUARE for a square off the board, which names no move. Its number could be that of another
-// square: i1 would be a2.
+// Returns NO_SQUARE for a square off the board, whose index could be that of another square: i1
+// would be a2.
 int ReadSquare(char file, char rank) {
     if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
     return SquareOf(FileByChar(file), RankByChar(rank));
@@ -42,7 +42,7 @@ MoveWish ReadCastling(std::string_view text) {
     return {from, SquareOf(is_long ? FILE_C : FILE_G, RankOf(from))};
 }
 
-// Pseudo-legal captures or quiet moves, as a piece move in SAN distinguishes them.
+// Generates pseudo-legal captures or quiet moves: the moves among which SAN tells pieces apart.
 void GenerateCandidates(bool is_capture, MoveList& list) {
     if (is_capture) {
         GenerateCaptures(list, LastMove());
@@ -51,7 +51,7 @@ void GenerateCandidates(bool is_capture, MoveList& list) {
     }
 }
 
-// The from square of the first legal move of the type that agrees with the hints.
+// Returns the from-square of the first legal move of the type that matches the hints.
 int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_hint) {
     MoveList list;
     GenerateCandidates(is_capture, list);
@@ -65,7 +65,7 @@ int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_h
     return NO_SQUARE;
 }
 
-// Read from the end: marks, to square, capture mark, hints; the piece letter stands at 0.
+// Reads from the end: marks, to-square, capture mark, hints. The piece letter is at index 0.
 MoveWish ReadPieceMove(std::string_view text) {
     std::size_t i = text.size() - 1;
     while (i > 0 && !IsDigit(text[i])) {
@@ -87,7 +87,7 @@ MoveWish ReadPieceMove(std::string_view text) {
     return wish;
 }
 
-// The promotion type named by '=' and an upper-case letter at the place.
+// Returns the promotion type given by '=' and an upper-case letter at the index `place`.
 PieceType ReadPromotion(std::string_view text, std::size_t place) {
     if (text.size() <= place + 1 || text[place] != '=' || !IsUpperCase(text[place + 1])) {
         return NO_PIECE_TYPE;
@@ -122,7 +122,7 @@ MoveWish ReadToken(std::string_view text) {
     return {};
 }
 
-// A text that is built character by character in a static buffer.
+// A move text under construction.
 struct MoveText {
     int length;
     char text[MOVE_TEXT_SIZE];
@@ -138,7 +138,7 @@ void AddSquare(MoveText& text, int square) {
     AddChar(text, CharByRank(RankOf(square)));
 }
 
-// The letter, what sets the mover apart from others of its kind, the capture mark, the target.
+// Adds the letter, the file or rank that distinguishes the piece, the capture mark and the target.
 void AddPieceMove(MoveText& text, const Move& move) {
     MoveList list;
     bool needs_file = false;

@@ -7,17 +7,17 @@
 #include <cstdint>
 #include <string_view>
 
-// The text begins like a move in coordinate notation.
+// True if the text begins like a move in coordinate notation.
 bool IsInCan(std::string_view text);
 
-// Finds the move of the side to move that one token, of either notation, names in the position.
-// False, and `move` untouched, when there is none. The move may leave the own king to be taken. The
-// reading is lenient: a promotion without a letter is to a queen, what begins with O is castling,
-// and with file and rank both given the letter of the piece is ignored.
+// Finds the move of the side to move that a token of either notation names. Returns false, and
+// leaves `move` unchanged, if there is none. The move may leave the king in check. Parsing is
+// lenient: a promotion without a letter is to a queen, a token that begins with O is castling, and
+// the piece letter is ignored if both file and rank of the from-square are given.
 bool ParseMove(std::string_view text, Move& move);
 
-// The text of a move of the position, in a static buffer for each notation. WrittenMove uses the
-// current output notation.
+// Return the text of a move, in a static buffer for each notation. The board must show the position
+// before the move. WrittenMove uses the current output notation.
 const char* WrittenSan(const Move& move);
 const char* WrittenCoordinates(const Move& move);
 const char* WrittenMove(const Move& move);

@@ -29,7 +29,7 @@ constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Roun
                                      "White",    "Black",     "Result",    "WhiteElo",
                                      "BlackElo", "WhiteType", "BlackType", "Time"};
 
-// Calls for every move of the playable part, in its position, with whether it is the first.
+// Calls visit(move, is_first) for each move of the playable part, in the position before the move.
 template <typename Visit>
 void ForEachMove(std::span<const Move> moves, Visit visit) {
     const GameState saved = game_state;
@@ -44,7 +44,7 @@ void ForEachMove(std::span<const Move> moves, Visit visit) {
     game_state = saved;
 }
 
-// Calls with the moves of the game in play while the board shows the game's start.
+// Calls visit(moves) with the moves of the game in play while the board shows its start.
 template <typename Visit>
 void VisitFromStart(Visit visit) {
     const GameState saved = game_state;
@@ -70,7 +70,7 @@ void WriteLocalTime(char (&text)[TIME_TEXT_SIZE], const char* format) {
     }
 }
 
-// The index of the tag of that name, or tag_count.
+// Returns the index of the tag with this name, or tag_count.
 std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
     std::int32_t i = 0;
     while (i < info.tag_count && info.tags[i].name != name) {
@@ -79,19 +79,19 @@ std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
     return i;
 }
 
-// The longest header line that is read. A longer one loses its end, and so is no tag.
+// Longer header lines are cut and so are not read as tags.
 constexpr std::size_t HEADER_LINE_SIZE = 512;
 
 constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
 
 bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// UTF-8 files of some systems begin with these three bytes.
+// Some UTF-8 files begin with these three bytes.
 bool IsOfByteOrderMark(int c) { return c == 0xEF || c == 0xBB || c == 0xBF; }
 
 int NextChar(std::FILE* file) { return std::getc(file); }
 
-// Reads the rest of a line into the buffer, cut to it and without white space at its end.
+// Reads the rest of a line, cut to the buffer, and drops trailing white space.
 std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
     std::size_t length = 0;
     for (int c = NextChar(file); c != EOF && c != '\n'; c = NextChar(file)) {
@@ -103,13 +103,13 @@ std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
     return {buffer.data(), length};
 }
 
-// Looks at the next character and leaves it there.
+// Returns the next character without taking it.
 int PeekChar(std::FILE* file) {
     const int c = NextChar(file);
     return std::ungetc(c, file);
 }
 
-// [Name "Value"], with a backslash before a quote or backslash in the value.
+// Reads [Name "Value"], in which a backslash precedes each quote or backslash of the value.
 bool ReadTag(std::string_view line, PgnTag& tag) {
     constexpr std::string_view CLOSING = "\"]";
     const std::size_t blank = line.find(' ');
@@ -128,8 +128,8 @@ bool ReadTag(std::string_view line, PgnTag& tag) {
     return true;
 }
 
-// Reads a token of characters other than white space; its length in the buffer, 0 at the file's
-// end.
+// Reads the next token, which ends at white space. Returns its length in the buffer, or 0 at the
+// end of the file.
 std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     std::size_t length = 0;
     int c = NextChar(file);
@@ -139,7 +139,7 @@ std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     for (; c != EOF && !IsWhiteSpace(c); c = NextChar(file)) {
         if (length < token.size() - 1) token[length++] = static_cast<char>(c);
     }
-    if (c != EOF) std::ungetc(c, file); // the line's end may be asked for
+    if (c != EOF) std::ungetc(c, file); // the caller may read the line end
     token[length] = '\0';
     return length;
 }

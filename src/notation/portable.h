@@ -39,11 +39,11 @@ extern PgnGameInfo pgn_game_info;
 const char* PgnDate();
 const char* PgnTime();
 
-// Stores a value under a name, in a new entry if need be. Texts are cut to their fields; a tag for
-// which there is no room is dropped.
+// Stores a value under a name, in a new entry if necessary. Texts are cut to their fields; a new
+// tag is dropped if the table is full.
 void SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value);
 
-// The value stored under a name, or "?", in a static buffer.
+// Returns the value stored under a name, or "?", in a static buffer.
 const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name);
 
 // Exchanges the values of two tags; a missing one reads as "?".
@@ -51,19 +51,19 @@ void SwapPgnTagValuesByNames(PgnGameInfo& info, std::string_view a, std::string_
 
 void DefaultPgnTagValues(PgnGameInfo& info);
 
-// Puts the tags of the two players under their real colours. Once only: a second call undoes it.
+// Moves the tags of the players to their real colours. A second call would undo this.
 void CorrectPgnTagValues(PgnGameInfo& info);
 
-// An empty header with the default tags.
+// Resets the header to the default tags.
 void NewPgnGameInfo();
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
 
-// Writes a token after a blank, or on a new line where the width would be reached. Null: the next
-// token begins a line.
+// Writes a token after a blank, or on a new line if the line would reach the width. A null token
+// makes the next one begin a line.
 void WriteNextPgnToken(std::FILE* file, int width, const char* token);
 
-// The number of a ply's move, "12." for white and "12..." for black, in a static buffer.
+// Returns the move number of a ply, "12." for White and "12..." for Black, in a static buffer.
 const char* WrittenMoveNumber(std::int32_t ply);
 
 // The layout of a move list.
@@ -74,13 +74,12 @@ struct MoveListStyle {
     const char* (*written)(const Move& move);
 };
 
-// Writes the moves, which start from the position. Ends after a move that ends the game, and
-// before one that is illegal. Position and game record are the same afterwards; no line end is
-// written.
+// Writes the moves from the current position. Stops after a move that ends the game and before an
+// illegal one. Restores the position and the game record; writes no line end.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
-// The moves, which start from the position, on one line, each after a blank. It ends where
-// WritePgnMoveList ends.
+// Returns the moves from the current position on one line, each after a blank. Stops like
+// WritePgnMoveList.
 std::string WrittenLine(std::span<const Move> moves);
 
 // The log of games.
@@ -92,27 +91,27 @@ void WriteGameSoFar(std::FILE* file);
 // Appends the game in play to a PGN file, with this result. Returns false if it cannot be written.
 bool AppendGameSoFar(const char* file_name, const char* result);
 
-// Appends a game to the file. The board shows the game's starting position. False when the file
-// cannot be written.
+// Appends a game to the file. The board must show the game's starting position. Returns false if
+// the file cannot be written.
 bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves);
 
-// Reading of game files, PGN or plain lines of moves, tag by tag and token by token. Comments,
-// variations and glyphs are not understood.
+// Game files, PGN or plain lines of moves, are read tag by tag and token by token. Comments,
+// variations and glyphs are not supported.
 
 // Size of a move token with its NUL; a longer one is cut.
 inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
 
-// Skips white space and a byte-order mark before a game; false at the end of the file.
+// Skips white space and a byte-order mark before a game. Returns false at the end of the file.
 bool SkipToNextGame(std::FILE* file);
 
-// Reads the header's next tag line into the entry, cut to its fields. False at the first line
-// that does not begin with '[', an empty one for instance; it belongs to the moves. Lines that
-// begin with '[' but are not tags are skipped, and so is a tag longer than the line buffer.
+// Reads the next tag of the header into the entry, cut to its fields. Returns false at the first
+// line that does not begin with '[', such as an empty one; the moves begin there. Skips lines that
+// begin with '[' but are not tags, and tags longer than the line buffer.
 bool ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
-// Reads the next move token, past move numbers; false at a result token or the end of the file,
-// which end the game.
+// Skips move numbers and reads the next move token. Returns false at the end of the game: a result
+// token or the end of the file.
 bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
 
-// Drops the rest of the line.
+// Skips the rest of the line.
 void SkipLine(std::FILE* file);

@@ -13,25 +13,24 @@ void CopyText(std::span<char> field, std::string_view text);
 
 std::string InLowerCase(std::string_view text);
 
-// Takes the white space that the text begins with.
+// Drops the white space at the start of the text.
 void SkipWhiteSpace(std::string_view& text);
 
-// Takes the next word, of characters other than white space, from the text; empty at its end.
+// Takes the next word, which ends at white space, from the text. Returns an empty word at the end.
 std::string_view NextWord(std::string_view& text);
 
-// Takes the words up to the one that is given, which is dropped, or all; one blank stands between
-// them.
+// Takes the words before the word `end`, which is dropped, or all words if the text does not
+// contain it. Returns them joined by single blanks.
 std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 
-// Takes the decimal number, with or without sign, that the text begins with; a number beyond
-// 32 bits is clamped. False, and both as they were, when the text begins with none.
+// Takes the decimal number, with or without a sign, at the start of the text; a number beyond
+// 32 bits is clamped. Returns false, and changes nothing, if the text begins with anything else.
 bool TakeNumber(std::string_view& text, std::int32_t& value);
 
-// Reads the number that the word begins with, whatever follows it.
+// Reads the number at the start of the word; characters after it are ignored.
 bool ReadNumber(std::string_view word, std::int32_t& value);
 
-// Reads a word that is a number without sign, and nothing else. False, and the value as it was, for
-// any other.
+// Reads a word of digits only. Returns false, and leaves the value unchanged, for any other word.
 bool ReadWholeNumber(std::string_view word, std::int32_t& value);
 
 constexpr bool IsUpperCase(char c) { return c >= 'A' && c <= 'Z'; }
@@ -40,10 +39,10 @@ constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr char LowerCase(char c) { return IsUpperCase(c) ? static_cast<char>(c - 'A' + 'a') : c; }
 constexpr char UpperCase(char c) { return IsLowerCase(c) ? static_cast<char>(c - 'a' + 'A') : c; }
 
-// By type; 'z' for a type that does not exist.
+// Indexed by type; 'z' marks unused types.
 inline constexpr char PIECE_CHARACTERS[PIECE_TYPES] = {'z', 'P', 'N', 'K', 'z', 'B', 'R', 'Q'};
 
-// The type that a letter of either case names, or NO_PIECE_TYPE.
+// Returns the type of an upper-case or lower-case piece letter, or NO_PIECE_TYPE.
 constexpr PieceType PieceByChar(char c) {
     for (const PieceType type : {PAWN, KNIGHT, KING, BISHOP, ROOK, QUEEN}) {
         if (PIECE_CHARACTERS[type] == UpperCase(c)) return type;

@@ -29,7 +29,7 @@ std::string_view WithoutMoveNumber(std::string_view text) {
     return text;
 }
 
-// The characters that name pieces and squares; castling in capital letters.
+// Keeps only the characters of pieces and squares; 0 and o become the O of castling.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
     text = WithoutMoveNumber(text);
@@ -45,7 +45,7 @@ std::string WrittenSquare(std::int32_t square) {
     return {CharByFile(FileOf(square)), CharByRank(RankOf(square))};
 }
 
-// Every way to write the move, without marks.
+// Returns every spelling of the move, without marks.
 std::vector<std::string> Spellings(const Move& move) {
     const std::string from = WrittenSquare(move.from), to = WrittenSquare(move.to);
     if (move.castle) {
@@ -69,7 +69,7 @@ std::vector<std::string> Spellings(const Move& move) {
     return spellings;
 }
 
-// The moves of the list that a text without marks can mean: as it is written, else in any case.
+// Returns the moves of the list that match the text exactly or, if there are none, in any case.
 std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     std::vector<Move> exact, in_any_case;
     for (const Move& move : list) {
@@ -82,7 +82,7 @@ std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     return exact.empty() ? in_any_case : exact;
 }
 
-// A square, with no more around it than moves have; or castling.
+// True if the text is castling, or contains a square and is no longer than a move.
 bool LooksLikeMove(const std::string& typed) {
     if (typed == SHORT_CASTLING || typed == LONG_CASTLING) return true;
     constexpr std::size_t LONGEST = 6;
@@ -109,7 +109,7 @@ const char* ReasonAgainstCastling(bool is_long) {
     return "the king would pass an attacked square";
 }
 
-// Why a move that the pieces' rules allow leaves the king to be taken.
+// Returns why a pseudo-legal move is illegal.
 std::string ReasonAgainst(const Move& move) {
     if (TypeOf(move.piece) == KING) return "the king would be in check";
     if (IsCheck()) return "you are in check";

@@ -18,8 +18,8 @@ constexpr std::int32_t DEPTH = 5; // plies
 constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
 
-// In centipawns for each square that the bare king cannot go to, and for each step of the bare king
-// from the centre, and of the kings towards each other.
+// Centipawns for each square denied to the bare king, for each step of the bare king from the
+// centre, and for each step of the kings towards each other.
 constexpr std::int32_t FENCE_BONUS = 25;
 constexpr std::int32_t EDGE_BONUS = 50;
 constexpr std::int32_t CLOSENESS_BONUS = 20;
@@ -29,13 +29,13 @@ std::int32_t Distance(int a, int b) {
     return std::abs(FileOf(a) - FileOf(b)) + std::abs(RankOf(a) - RankOf(b));
 }
 
-// From the nearest of the four squares in the middle.
+// Counts from the nearest of the four central squares.
 std::int32_t DistanceFromCentre(int square) {
     return std::max(3 - FileOf(square), FileOf(square) - 4) +
            std::max(3 - RankOf(square), RankOf(square) - 4);
 }
 
-// How many squares around the king the winner holds.
+// Counts the squares around the bare king that the winner controls.
 template <Colour WINNER>
 std::int32_t HeldSquares() {
     const int king = KingSquare(Opponent(WINNER));
@@ -48,7 +48,7 @@ std::int32_t HeldSquares() {
     return held;
 }
 
-// The mop-up evaluation, from the side to move's point of view.
+// Returns the mop-up evaluation in centipawns, from the side to move's point of view.
 std::int32_t EvaluateMopUp(Colour winner) {
     const Colour loser = Opponent(winner);
     const std::int32_t score =
@@ -59,20 +59,20 @@ std::int32_t EvaluateMopUp(Colour winner) {
     return board.side_to_move == winner ? score : -score;
 }
 
-std::int32_t first_key = 0; // of the game's positions that can come back
+std::int32_t first_key = 0; // first key index of a position that can recur
 
-// The game has been here before: nobody makes headway by going back.
+// True if the position occurred before; a repetition makes no progress.
 bool IsRepeated() {
     const std::uint64_t* const first = zobrist_keys + first_key;
     const std::uint64_t* const now = zobrist_keys + board.zobrist_ply_number;
     return std::find(first, now, board.zobrist_key) != now;
 }
 
-// The score of a mate after this many plies; the engine counts to the capture of the king.
+// Returns the score of a mate after this many plies; the engine counts to the capture of the king.
 std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - Plies(plies + 1); }
 
-// Alpha-beta search over all legal moves. A mate scores MATE_EVAL and the depth left, so that a
-// faster one scores higher.
+// Alpha-beta search over all legal moves. A mate scores MATE_EVAL plus the remaining depth, so
+// that a faster one scores higher.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                     const Move& last_move) {
     if (IsInsufficientMaterial() || IsRepeated()) return DRAW_EVAL;

@@ -1,13 +1,13 @@
-// Elementary endings: what wins against the bare king, for levels whose search does not see so far.
+// Elementary endings against the bare king, for levels that do not search deep enough to win them.
 #pragma once
 
 #include "board/move.h"
 
 #include <cstdint>
 
-// The opponent has the bare king, and the side to move a queen or a rook.
+// True if the opponent has a bare king and the side to move a queen or a rook.
 bool IsElementaryWin();
 
-// Finds a move that drives the king to the edge and mates, and returns its score. Only in such an
-// ending; it searches five plies at most, for some hundredths of a second.
+// Finds a move that drives the king to the edge or mates, and returns its score. Requires
+// IsElementaryWin. Searches at most five plies, which takes a few hundredths of a second.
 std::int32_t FindMopUpMove(Move& move);

@@ -19,7 +19,7 @@ void BeginAtInitialPosition() {
     NewStateHistory();
 }
 
-// The book knows no game that begins elsewhere than at the initial position.
+// Leaves the book, whose lines all begin at the initial position.
 void BeginAt(const Fen& fen) {
     ForgetMoves();
     PlacePosition(fen);
@@ -53,6 +53,6 @@ void RestartGame() {
     }
     Fen fen;
     [[maybe_unused]] const bool is_read = ReadFen(pgn_game_info.fen, fen);
-    assert(is_read); // it was accepted once
+    assert(is_read); // ReadFen accepted it before
     BeginAt(fen);
 }

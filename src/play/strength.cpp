@@ -19,15 +19,15 @@
 
 namespace {
 
-// From these levels on every move is searched, and the whole book is known.
+// From these levels on, every move is searched and the whole book is used.
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
-// Below that, a level knows the first plies of the book.
+// Lower levels use only the first plies of the book.
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
-// The nodes of the first and the last level that search; they grow by the same factor in between.
+// The node limits of levels 1800 and 2400, rising geometrically between them.
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
@@ -41,8 +41,9 @@ struct NoiseLevel {
     double limit;
 };
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
-constexpr NoiseLevel HIGHEST = {1.0, 10, 50}; // that of the first searching level
-constexpr double ATTENTION_GROWTH = 1.2; // slower than the level at first, so that steps are even
+constexpr NoiseLevel HIGHEST = {1.0, 10, 50}; // at FIRST_SEARCHING_ELO
+constexpr double ATTENTION_GROWTH =
+    1.2; // exponent: grows slowly at first, so that the steps in strength are even
 constexpr std::int32_t GLANCE_PLIES = 2;
 constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // below the move
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
@@ -64,7 +65,7 @@ std::uint64_t NodesOf(std::int32_t elo) {
     return static_cast<std::uint64_t>(FIRST_NODES * std::pow(LAST_NODES / FIRST_NODES, share));
 }
 
-// A number from 0 up to 1.
+// Returns a random number from 0 to 1.
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
 // Scores each move by a short search. Moves not reached before a stop get UNSEARCHED_EVAL.
@@ -82,7 +83,7 @@ void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     analyze_info.depth = GLANCE_PLIES;
 }
 
-// The index of a random move; the less a move loses, the more likely it is.
+// Returns the index of a random move; the less a move loses, the likelier it is picked.
 std::int32_t PickByLoss(std::span<const std::int32_t> scores, const NoiseLevel& noise) {
     const std::int32_t best = std::ranges::max(scores);
     double weights[MAX_MOVES];
@@ -121,7 +122,7 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
-        ResetSearchInfo(limits); // it counts no nodes
+        ResetSearchInfo(limits); // FindMopUpMove counts no nodes
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }

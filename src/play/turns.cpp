@@ -47,7 +47,7 @@ EngineChoice ChooseMove() {
     return choice;
 }
 
-// Asked after the engine's move.
+// Must be called after the engine's move.
 bool IsHopeless(std::int32_t score) {
     const Colour opponent = board.side_to_move;
     const Colour engine = Opponent(opponent);
@@ -66,7 +66,7 @@ void RecordEngineMove(const EngineChoice& choice) {
     game_state.hopeless = IsHopeless(choice.score);
 }
 
-// Board, game record and book follow a move that the engine did not choose.
+// Plays a move that the engine did not choose on the board, in the game record and in the book.
 void FollowMove(const Move& move) {
     MakeForceMove(move);
     SetNextBookMove(move);
@@ -84,8 +84,8 @@ void MakeEngineMove() {
     CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
     MakeMove(choice.move);
     RecordEngineMove(choice);
-    // A draw by repetition is near. In the tables the position before the opponent's last move
-    // becomes a draw, so that later searches see it coming.
+    // A draw by repetition is near. Store the position before the opponent's last move as a draw,
+    // so that later searches find it in the transposition tables.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
         ForceHashTable(zobrist_keys[board.zobrist_ply_number - 2], 0);
     }

@@ -6,30 +6,30 @@
 #include <cstdint>
 #include <string_view>
 
-// Chooses the engine's move, from the book or by searching, plays and announces it, and ponders
-// afterwards if that is wanted. Without a legal move, or in a history that is full, it only notes
-// that the engine has this colour.
+// Chooses the engine's move from the book or by searching, plays and announces it, then ponders if
+// pondering is on. Only records the engine's colour if there is no legal move or the history is
+// full.
 void MakeEngineMove();
 
 // Finds the legal move that a token of either notation names. Returns false, with `move` undefined,
 // if there is none or the history is full.
 bool FindLegalMove(std::string_view token, Move& move);
 
-// Plays a legal move without an answer and without a test for the end of the game: board, game
-// record, book and history follow. The history must not be full.
+// Plays a legal move: updates the board, game record, book and history. Neither replies nor tests
+// for the end of the game. The history must not be full.
 void PlayMove(const Move& move);
 
-// Plays the user's move, a token in either notation. False, after a complaint to the front end,
-// when it is not legal.
+// Plays the user's move, a token in either notation. If it is not legal, reports that to the front
+// end and returns false.
 bool MakeUserMove(std::string_view token);
 
 // Announces the end of the game to the front end if it has come. `last_move` is the last move
 // played or null.
 void CheckEndOfGame(const Move* last_move);
 
-// Thinks on the opponent's time until a command comes or the search ends by itself.
+// Searches on the opponent's time until a command ends the search or it completes.
 void PonderMove();
 
-// Thinks about the position, in analyze mode without a limit, until a command comes or the search
-// ends by itself.
+// Searches the position, without a limit in analyze mode, until a command ends the search or it
+// completes.
 void AnalyzePosition();

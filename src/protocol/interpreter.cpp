@@ -26,19 +26,19 @@ namespace {
 
 constexpr std::uint64_t CENTISECONDS_PER_SECOND = 100;
 
-// The engine accepts a draw when its last score is worse.
+// The engine accepts a draw if its last score is below this (centipawns).
 constexpr std::int32_t DRAW_ACCEPT_EVAL = -101;
 
 constexpr std::size_t RESULT_SIZE = 64;
 constexpr std::size_t STATUS_SIZE = 160;
 
-// The text behind the blank that ends a command's name.
+// Returns the text after the blank that ends a command's name.
 std::string_view TextOf(std::string_view arguments) {
     return arguments.substr(std::min<std::size_t>(1, arguments.size()));
 }
 
-// Takes a number, after white space; false, and the value as it was, when there is none. Whatever
-// follows the number is the next argument, with or without a blank between them.
+// Skips white space and takes a number. Returns false, and leaves the value unchanged, if there is
+// none. The next argument may follow without a blank.
 bool TakeArgument(std::string_view& arguments, std::int32_t& value) {
     SkipWhiteSpace(arguments);
     return TakeNumber(arguments, value);
@@ -76,7 +76,7 @@ void CarryOutProtover(std::string_view) {
     SendCommand("feature done=1");
 }
 
-// Notes that the front end has accepted the feature that the arguments name.
+// Records that the front end has accepted the feature that the arguments name.
 void ReceiveFeature(std::string_view arguments) {
     arguments.remove_prefix(std::min<std::size_t>(1, arguments.size()));
     const std::string_view name = NextWord(arguments);
@@ -104,7 +104,7 @@ void CarryOutPlayOther(std::string_view) {
 }
 
 // "level MOVES BASE INCREMENT". Moves and base time are not used, because the front end sends the
-// clocks before every move. The increment is in seconds. Like a clock it is widened with its sign.
+// clocks before every move. The increment is in seconds. Like a clock it is sign-extended.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
@@ -116,15 +116,15 @@ void CarryOutLevel(std::string_view arguments) {
     game_state.time_increment = static_cast<std::uint64_t>(increment) * CENTISECONDS_PER_SECOND;
 }
 
-// A depth beyond MAX_DEPTH_PLIES becomes MAX_DEPTH_PLIES: a search line has no room for more.
+// Clamps the depth to MAX_DEPTH_PLIES, the capacity of a search line.
 void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
     if (!TakeArgument(arguments, plies)) return;
     engine_state.depth_limit = Plies(std::clamp(plies, 0, MAX_DEPTH_PLIES));
 }
 
-// A clock comes as a signed number and is widened with its sign, so that an overdrawn one becomes
-// huge: the engine then thinks without a limit, as it does before a clock is told.
+// Sign-extends the clock (centiseconds), so that a negative one becomes huge: the engine then
+// searches without a limit, as it does before the first clock command.
 void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
     if (TakeArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
@@ -152,8 +152,8 @@ void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
-// The logs get the tags of the players' real colours. Writing the moves replays them, so the game
-// goes back to its start. There it stays, and nothing can be taken back.
+// Logs the game with the tags under the players' real colours. Writing the moves replays them from
+// the starting position. The game stays there, so no move can be taken back.
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
@@ -176,8 +176,8 @@ void CarryOutResult(std::string_view arguments) {
     if (!engine_state.force_mode && !engine_state.analyze_mode) LogGame();
 }
 
-// Some front ends pause an analysis by setting up an empty board. The search has ended by then, and
-// nothing else happens.
+// Some front ends pause an analysis by setting up an empty board. That has already ended the
+// search, so it needs no further action.
 void CarryOutSetBoard(std::string_view arguments) {
     const std::string_view fen = TextOf(arguments);
     if (IsEmptyBoard(fen)) return;
@@ -217,7 +217,7 @@ void CarryOutAnalyze(std::string_view) {
 
 void CarryOutExit(std::string_view) { engine_state.analyze_mode = 0; }
 
-// Until the game is logged, the opponent's data stand in the Black tags.
+// The Black tags contain the opponent's data until the game is logged.
 void CarryOutName(std::string_view arguments) { SetTag("Black", TextOf(arguments)); }
 
 void CarryOutRating(std::string_view arguments) {
@@ -234,7 +234,7 @@ void CarryOutIcs(std::string_view arguments) {
 
 void CarryOutComputer(std::string_view) { SetTag("BlackType", "program"); }
 
-// The status line of the search that runs.
+// Sends the status line of the running search.
 void SendStatus(std::string_view) {
     analyze_info.elapsed = CurrentTimeU64() - search_info.start_time;
     analyze_info.nodes = search_info.nodes;
@@ -245,13 +245,13 @@ void SendStatus(std::string_view) {
     SendCommand(line);
 }
 
-// Whatever line comes next ends the pause and is lost.
+// Waits for any line and discards it.
 void WaitForNextLine(std::string_view) {
     CommandLine next;
     ReceiveCommand(next);
 }
 
-// What commands do during a search: on the engine's own time, pondering, analysing.
+// Rows of behaviour during a search: on the engine's own time, pondering, analysing.
 using enum Match;
 using enum Hearing;
 constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};
@@ -262,12 +262,12 @@ constexpr DuringSearch EASY{EXACT, ANSWER, ANSWER_AND_STOP, ANSWER};
 constexpr DuringSearch BOOK{EXACT, DROP, ANSWER, ANSWER};
 constexpr DuringSearch HINT{EXACT, DROP, ANSWER, DROP};
 
-// The first row that matches is carried out.
+// The first matching row is used.
 constexpr Command COMMANDS[] = {
     {"xboard", EXACT, Ignore},
     {"protover 2", EXACT, CarryOutProtover},
     {"accepted", PREFIX, ReceiveFeature},
-    {"rejected", PREFIX, Ignore}, // the engine keeps to the protocol as it announced it
+    {"rejected", PREFIX, Ignore}, // the announced features apply nevertheless
     {"new", EXACT, CarryOutNew, TO_STOP},
     {"random", EXACT, Ignore},
     {"force", EXACT, CarryOutForce, TO_STOP},
@@ -300,7 +300,7 @@ constexpr Command COMMANDS[] = {
     {"computer", EXACT, CarryOutComputer},
     {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
     {"resume", EXACT, Ignore},
-    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends by it and hands it to nobody
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // ends the main loop, which does not parse it
 };
 
 void AnswerUnknown(std::string_view line) {

@@ -1,5 +1,5 @@
 // The command interpreter of the Chess Engine Communication Protocol, version 2. A row of the
-// command table holds a command's name, and what it does idle and during a search.
+// command table contains a command's name and its behaviour, both idle and during a search.
 #pragma once
 
 #include <cstdint>
@@ -9,23 +9,23 @@
 // How a line is compared with a command's name.
 enum class Match : std::uint8_t { EXACT, PREFIX };
 
-// What becomes of a command that comes during a search.
+// The treatment of a command that arrives during a search.
 enum class Hearing : std::uint8_t {
-    WAIT,            // stays for the main loop, which gets it after the search
-    STOP,            // ends the search and stays for the main loop
-    ANSWER,          // is taken and carried out; the search goes on
-    ANSWER_AND_STOP, // is taken and carried out, and ends the search
-    DROP             // is taken and forgotten; the search goes on
+    WAIT,            // left for the main loop, which reads it after the search
+    STOP,            // ends the search; left for the main loop
+    ANSWER,          // taken and carried out; the search continues
+    ANSWER_AND_STOP, // taken and carried out; ends the search
+    DROP             // taken and ignored; the search continues
 };
 
 struct DuringSearch {
-    Match match; // a search is ended by the first letters alone; the main loop reads more strictly
+    Match match; // may be looser than Command::match: a prefix can end a search
     Hearing on_own_time;
     Hearing pondering;
     Hearing analysing;
 };
 
-// What most commands do.
+// The most common rows.
 inline constexpr DuringSearch TO_WAIT{Match::EXACT, Hearing::WAIT, Hearing::WAIT, Hearing::WAIT};
 inline constexpr DuringSearch TO_STOP{Match::PREFIX, Hearing::STOP, Hearing::STOP, Hearing::STOP};
 inline constexpr DuringSearch TO_REPLY{Match::EXACT, Hearing::ANSWER, Hearing::ANSWER,
@@ -33,25 +33,25 @@ inline constexpr DuringSearch TO_REPLY{Match::EXACT, Hearing::ANSWER, Hearing::A
 
 using CommandHandler = void (*)(std::string_view arguments);
 
-// A row of the command table. The handlers get the arguments, from the end of the name on.
+// A row of the command table. Handlers get the text after the name.
 struct Command {
     std::string_view name;
     Match match;
     CommandHandler carry_out; // when no search runs
     DuringSearch during_search = TO_WAIT;
-    // The same during a search; null: as carry_out. The position is somewhere in the tree then, and
-    // the handler must not read it. Generation, making of moves and FEN assert that nobody does.
+    // Handler during a search; null: carry_out. It must not read the position, which is inside the
+    // tree then; move generation, move making and FEN output assert this.
     CommandHandler answer = nullptr;
 };
 
-// The line has the name, as a whole or at its beginning.
+// True if the line equals the name (EXACT) or begins with it (PREFIX).
 inline bool IsMatch(std::string_view line, std::string_view name, Match match) {
     return match == Match::EXACT ? line == name : line.starts_with(name);
 }
 
-// All commands; the search polls for them too.
+// Returns all commands; PollCommands reads the same table.
 std::span<const Command> CommandTable();
 
-// Carries out one command line, thinking included if the command starts it. An unknown line gets an
-// error line.
+// Carries out one command line, including any search that it starts. Answers an unknown line with
+// an error line.
 void ParseCommand(const char* line);

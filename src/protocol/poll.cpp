@@ -22,17 +22,18 @@ namespace {
 
 constexpr std::uint64_t LAST_THOUGHT = 50; // centiseconds
 
-std::int32_t last_timestamp = 0; // of the waiting line judged last
-std::uint8_t last_pondering = 0; // whether that was while pondering
+std::int32_t last_timestamp = 0; // of the pending line that was examined last
+std::uint8_t last_pondering = 0; // that was while pondering
 std::uint8_t last_answer = 0;    // that line ended the search
 
-std::uint64_t hung_up_at = 0; // when the front end was first seen to be gone; 0: it is there
+std::uint64_t hung_up_at =
+    0; // when the front end was first found gone, in centiseconds; 0: present
 
-CommandLine line; // the one being judged
+CommandLine line; // the line being examined
 
-// The front end has hung up, or nothing is left to read. A search without a limit then ends at
-// once. Searches on the engine's clock still get half a second in all, for lines that were piped
-// in. A waiting line hides what comes behind it, but not this.
+// True if the search must end because the front end has hung up or the input is at its end. A
+// search without a limit ends at once. Searches on the engine's clock get half a second in all, for
+// piped input. A held line hides later lines, not a hang-up.
 bool IsFrontEndGone() {
     if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) {
         hung_up_at = 0;
@@ -43,14 +44,14 @@ bool IsFrontEndGone() {
     return engine_state.pondering || engine_state.analyze_mode || now - hung_up_at > LAST_THOUGHT;
 }
 
-// What the row says of the search that runs.
+// Returns the row's entry for the kind of search that is running.
 Hearing HearingOf(const Command& command) {
     const DuringSearch& during = command.during_search;
     if (engine_state.pondering) return during.pondering;
     return engine_state.analyze_mode ? during.analysing : during.on_own_time;
 }
 
-// Rows that wait are passed over, so that a row further down may match.
+// Skips rows that wait, so that a later row may match.
 const Command* FindCommand() {
     const std::span<const Command> commands = CommandTable();
     const auto command = std::ranges::find_if(commands, [](const Command& row) {
@@ -84,7 +85,7 @@ bool PollCommands() {
         last_answer = hearing == Hearing::STOP;
         if (hearing == Hearing::STOP) return true;
         if (hearing == Hearing::WAIT) return IsFrontEndGone();
-        ReceiveCommand(line); // takes the line that was looked at
+        ReceiveCommand(line); // takes the line that was peeked at
         if (hearing != Hearing::DROP) Answer(*command);
         if (hearing == Hearing::ANSWER_AND_STOP) return true;
     }

@@ -1,15 +1,15 @@
-// The command poll: the front end is heard while the search thinks.
+// Polling the front end during a search, and thinking lines.
 #pragma once
 
 #include "search/records.h"
 
-// Looks at the waiting lines and treats each as its row of the command table says; a line without a
-// row waits. True: the search must stop.
+// Handles pending lines by the "during search" column of the command table, up to the first that
+// must wait; a line without a row waits. Returns true if the search must stop.
 bool PollCommands();
 
-// Prints a thinking line, unless the front end wants none: plies, score, centiseconds, nodes,
-// moves.
+// Prints a thinking line unless they are off: plies, centipawns, centiseconds, nodes, moves.
 void PrintThinking(const SearchLine& line);
 
-// Writes the root move into analyze_info, for the status line. Always true: the search may go on.
+// Records the root move in analyze_info for the status line. Always returns true: the search
+// continues.
 bool NoteRootMove(const Move& move);

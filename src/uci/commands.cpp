@@ -37,14 +37,15 @@ void CarryOutNewGame(std::string_view) { ForgetGame(); }
 
 void Ignore(std::string_view) {}
 
-// The board from white's side, the position as FEN and its hash key.
+// Prints the board from White's side, the position as FEN and its hash key.
 void ShowBoard(std::string_view) {
     char key[32];
     std::snprintf(key, sizeof key, "%016" PRIx64, board.zobrist_key);
     Tell(WrittenDiagram({}) + "Fen: " + GetBoardFen() + "\nKey: " + key);
 }
 
-// Reads a depth between the bounds; a missing one is the default, a wrong one is told.
+// Reads a depth within the bounds. A missing one leaves the default in `depth`; an invalid one is
+// reported.
 bool ReadDepth(std::string_view arguments, std::int32_t least, std::int32_t most,
                std::int32_t& depth) {
     const std::string_view word = NextWord(arguments);

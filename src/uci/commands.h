@@ -8,7 +8,7 @@
 // True if the line contains a command.
 bool IsCommand(std::string_view line);
 
-// Carries out a line, including the thinking that it starts. Words before the command are skipped.
+// Carries out a line, including any search that it starts. Skips words before the command.
 // Returns false if the program must end.
 bool CarryOutLine(std::string_view line);
 

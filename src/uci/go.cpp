@@ -29,15 +29,15 @@
 namespace {
 
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
-constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before root moves are told one by one
+constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before each root move is reported
 
-// The overhead of so many moves is kept back from the clock.
+// The overhead of this many moves is reserved from the clock.
 constexpr std::int64_t MOVES_TO_COME = 80;
 
-// A flood of lines must not keep the search from looking at the clock.
-constexpr int LINES_A_LOOK = 32;
+// Limits the lines per poll, so that a flood of lines cannot keep the search from the clock.
+constexpr int LINES_PER_POLL = 32;
 
-// What "go" asks for. Times are in milliseconds.
+// The arguments of "go". Times are in milliseconds.
 struct Request {
     bool is_infinite = false;
     bool is_pondering = false;
@@ -48,19 +48,19 @@ struct Request {
     std::int64_t depth = 0;     // plies; 0: none
     std::int64_t nodes = 0;     // 0: none
     std::int64_t mate = 0;      // moves; 0: none
-    MoveList moves;             // to be searched; none: all
+    MoveList moves;             // the root moves to search; empty: all
 };
 
-// The search that runs.
+// The running search.
 struct Thinking {
     bool is_stopped;
     bool is_infinite;
     bool is_pondering;
     bool is_measuring;
     std::int64_t start;     // of the search, in milliseconds
-    std::int64_t clock_run; // since when its limits of time count
-    std::int64_t move_time; // 0: none
-    std::int64_t last_look; // at the input, in milliseconds
+    std::int64_t clock_run; // start of its time limits, in milliseconds
+    std::int64_t move_time; // milliseconds; 0: none
+    std::int64_t last_poll; // last poll of the input, in milliseconds
     std::optional<TimeLeft> clock;
     Move last_reported_move; // the first move of the last reported line
 };
@@ -102,16 +102,16 @@ void HearLine(std::string_view line) {
 }
 
 bool IsStopWanted() {
-    thinking.last_look = Milliseconds();
+    thinking.last_poll = Milliseconds();
     std::string line;
-    for (int i = 0; i < LINES_A_LOOK && !thinking.is_stopped; ++i) {
+    for (int i = 0; i < LINES_PER_POLL && !thinking.is_stopped; ++i) {
         if (IsLineReturned() || !TakeLine(line)) break;
         HearLine(line);
     }
     return thinking.is_stopped || IsTimeUp();
 }
 
-// In centipawns or, when one side mates, in moves until then.
+// Returns the score in centipawns or, for a forced mate, in moves.
 std::string WrittenScore(std::int32_t score) {
     if (!IsMateEval(score)) return "cp " + std::to_string(score);
     return "mate " + std::to_string(MovesToMate(score));
@@ -144,10 +144,10 @@ bool MayGoOn(const Move& move) {
              " currmovenumber " +
              std::to_string(analyze_info.moves_total - analyze_info.moves_left));
     }
-    return !(now == thinking.last_look ? IsTimeUp() : IsStopWanted());
+    return !(now == thinking.last_poll ? IsTimeUp() : IsStopWanted());
 }
 
-// Reads a number if there is one; what lies outside the range is the range's end.
+// Takes a number and clamps it to the range. Returns false if there is none.
 bool ReadCount(std::string_view& text, std::int64_t& count) {
     std::string_view rest = text;
     const std::string_view word = NextWord(rest);
@@ -159,12 +159,12 @@ bool ReadCount(std::string_view& text, std::int64_t& count) {
     return true;
 }
 
-// A limit is at least 1, whatever was told.
+// Reads a limit and raises it to at least 1.
 void ReadLimit(std::string_view& text, std::int64_t& limit) {
     if (ReadCount(text, limit)) limit = std::max<std::int64_t>(limit, 1);
 }
 
-// Reads moves as far as there are some; the legal ones count.
+// Takes the moves at the start of the text and keeps the legal ones.
 void ReadMoves(std::string_view& text, MoveList& moves) {
     for (std::string_view rest = text, word; IsInCan(word = NextWord(rest)); text = rest) {
         Move move;
@@ -199,7 +199,7 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
                                       MILLISECONDS_PER_CENTISECOND);
 }
 
-// The clock of the side to move, without what the way to the front end will take of it.
+// Returns the clock of the side to move less the time reserved for overhead.
 std::optional<TimeLeft> ClockOf(const Request& request) {
     if (!request.has_clock[board.side_to_move]) return {};
     const std::int64_t clock = request.clock[board.side_to_move];
@@ -208,7 +208,7 @@ std::optional<TimeLeft> ClockOf(const Request& request) {
                     ToCentiseconds(request.increment[board.side_to_move])};
 }
 
-// A mate in n moves is looked for a move deeper, as the search passes over some moves.
+// Searches for a mate in n moves one move deeper, because the search prunes some moves.
 std::int32_t DepthOf(const Request& request) {
     std::int64_t plies = MAX_DEPTH_PLIES;
     if (request.mate > 0)
@@ -230,7 +230,7 @@ void StartThinking(const Request& request) {
     thinking = {};
     thinking.is_infinite = request.is_infinite;
     thinking.is_pondering = request.is_pondering;
-    thinking.start = thinking.clock_run = thinking.last_look = Milliseconds();
+    thinking.start = thinking.clock_run = thinking.last_poll = Milliseconds();
     if (request.move_time > 0) {
         thinking.move_time =
             std::max<std::int64_t>(request.move_time - uci_options.move_overhead, 1);
@@ -239,14 +239,13 @@ void StartThinking(const Request& request) {
     SetFakeMove(thinking.last_reported_move);
 }
 
-// A game is played, and nothing analysed.
+// True if this is a move in a game, not analysis.
 bool IsPlaying(const Request& request) {
     return !uci_options.analyse_mode && !request.is_infinite && request.moves.count == 0 &&
            request.mate == 0;
 }
 
-// The book serves whoever plays by time or nodes. A depth is asked for by somebody who wants to see
-// the search.
+// Book moves are for searches limited by time or nodes; "go depth" is meant to show the search.
 bool IsBookWanted(const Request& request) {
     return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
            (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
@@ -256,9 +255,9 @@ std::int32_t LevelOf(const Request& request) {
     return uci_options.limit_strength && IsPlaying(request) ? uci_options.elo : FULL_STRENGTH;
 }
 
-// Searches for a move and reports it if it is not that of the last line: a level may pick another,
-// and so may a search that ends within an iteration or finds all others lost. A level's move is
-// always reported. If the best move loses to a mate, the distance is unknown.
+// Searches for a move and reports it unless the last line has reported it. It may differ if the
+// search stops within an iteration or finds all other moves lost. A level's move is always
+// reported. If the best move loses to a mate, the distance is unknown.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const std::int32_t level = LevelOf(request);
     const std::int32_t score =
@@ -272,7 +271,7 @@ void ChooseBySearch(const Request& request, Choice& choice) {
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    // A reply that is not legal may be expected too: one that draws before the king can be taken.
+    // The expected reply can be illegal: the search may score a draw before the king is captured.
     const Move moves[] = {choice.move, choice.expected_reply};
     if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";

@@ -21,10 +21,10 @@ enum class DuringSearch : std::uint8_t {
 // the commands are above "go".
 extern DuringSearch (*hear_line)(std::string_view line);
 
-// Carries out "go" with its limits. It ends with one line "bestmove". An infinite search and one on
-// the opponent's time send that only after the front end has ended them.
+// Carries out "go" with its limits and sends one line "bestmove" at the end. An infinite search or
+// a ponder search sends it only after the front end has ended the search.
 void Go(std::string_view arguments);
 
-// Polls the front end during a measurement. Only "stop" ends that; other commands that would end a
-// search, and the end of the input, wait until it is done.
+// Polls the front end during a measurement, which only "stop" ends. Other commands that would end a
+// search, and the end of the input, wait until the measurement is done.
 void ListenWhileMeasuring();

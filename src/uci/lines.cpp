@@ -13,13 +13,13 @@ namespace {
 constexpr std::size_t BLOCK_SIZE = 4096;
 constexpr std::size_t MAX_LINE_SIZE = std::size_t{1} << 20;
 
-std::string received;     // and not yet taken
-std::size_t searched = 0; // bytes of it that hold no line feed
+std::string received;     // bytes not yet taken
+std::size_t searched = 0; // length of the prefix without a line feed
 std::string returned;
 bool is_returned = false;
-bool has_ended = false; // no more input will come
+bool has_ended = false; // the input is at its end
 
-// Takes what the input has, waiting if it has nothing.
+// Reads the available input; waits if there is none.
 void Receive() {
     char block[BLOCK_SIZE];
     const std::size_t count = ReadInput(block);
@@ -29,7 +29,8 @@ void Receive() {
     received.append(block, count);
 }
 
-// The line is all before the line feed, without a carriage return.
+// Takes the text before the next line feed, without a carriage return. Returns false if there is no
+// whole line.
 bool CutLine(std::string& line) {
     const std::size_t end = received.find('\n', searched);
     if (end == std::string::npos) {
@@ -50,7 +51,7 @@ bool TakeReturnedLine(std::string& line) {
     return true;
 }
 
-// What stands behind the last line feed is a line too.
+// Returns the text after the last line feed as a line, then QUIT_LINE.
 void EndInput(std::string& line) {
     line = received.empty() ? QUIT_LINE : received;
     received.clear();

@@ -1,31 +1,31 @@
-// The lines between the program and a UCI front end.
+// Input and output lines of a UCI front end.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-// The line that also stands for the end of standard input, time and again.
+// Also returned for every read after the end of standard input.
 inline constexpr std::string_view QUIT_LINE = "quit";
 
-// Takes the next line if a whole one is there; it never waits for the rest of one. A line may be of
-// any sensible length: what one of more than a megabyte has beyond that is lost.
+// Takes the next line if a whole one is available; never waits. A line of more than a megabyte
+// loses its excess.
 bool TakeLine(std::string& line);
 
 // Takes the next line, waiting for it.
 void WaitForLine(std::string& line);
 
-// Gives a line back, to be the next one that is taken.
+// Puts a line back; the next call that takes a line returns it.
 void ReturnLine(std::string_view line);
 bool IsLineReturned();
 
-// Forgets all input, for a conversation that begins anew.
+// Discards all pending input, for a new conversation.
 void ForgetLines();
 
-// Sends a line at once and whole; the line end is added here.
+// Sends a line immediately, with a line end.
 void Tell(std::string_view line);
 
-// Tells a person what is wrong with a line; no program needs to know.
+// Sends a message for a person as "info string".
 void TellInfo(std::string_view text);
 
-// Gets what TellInfo tells instead of the front end; null: the front end gets it.
+// If not null, gets the messages of TellInfo instead of the front end.
 extern void (*info_listener)(std::string_view text);

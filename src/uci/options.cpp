@@ -35,7 +35,7 @@ struct UciOption {
     std::string_view name;
     Kind kind;
     Value standard;
-    std::int32_t least, most; // of a spin
+    std::int32_t least, most; // bounds of a spin
     void (*set)(const Value& value);
 };
 
@@ -52,14 +52,14 @@ void ClearHash(const Value&) { NewHashTable(); }
 
 void SetOwnBook(const Value& value) { uci_options.own_book = value.number != 0; }
 
-// A name without a path is also looked for beside the program.
+// Looks for the book in the current folder, then relative to the folder of the program.
 std::string FindBook(std::string_view name) {
     const std::string here(name);
     const std::string beside = NameOf(PathOf(ProgramFolder()) / PathOf(here));
     return !IsPlainFile(here.c_str()) && IsPlainFile(beside.c_str()) ? beside : here;
 }
 
-// Why the file cannot be the book, or null.
+// Loads the book. Returns an error message, or null.
 const char* LoadBook(const std::string& file_name) {
     if (!FileExists(file_name.c_str())) return "there is no such file";
     const char* error = ReplaceBook(file_name.c_str());
@@ -74,13 +74,13 @@ void SetBookFile(const Value& value) {
     } else if (const char* error = LoadBook(FindBook(value.text))) {
         TellInfo("Cannot use the book " + std::string(value.text) + ": " + error);
     }
-    RestoreGame(); // its place in the book is another now
+    RestoreGame(); // finds its place in the new book
 }
 
 void SetOverhead(const Value& value) { uci_options.move_overhead = value.number; }
 void SetAnalyseMode(const Value& value) { uci_options.analyse_mode = value.number != 0; }
 
-// What a stronger player has learnt must not help the level.
+// Clears the tables, so that results of a stronger search do not help the level.
 void SetLimitStrength(const Value& value) {
     uci_options.limit_strength = value.number != 0;
     NewHashTable();
@@ -91,7 +91,7 @@ void SetElo(const Value& value) {
     NewHashTable();
 }
 
-// NOLINTNEXTLINE(cert-err58-cpp): without memory for this text no program starts.
+// NOLINTNEXTLINE(cert-err58-cpp): without memory for this text the program cannot start.
 const std::string ABOUT =
     std::string(PROGRAM_NAME) + " " + std::string(PROGRAM_VERSION) + " " + std::string(AUTHORSHIP);
 
@@ -99,7 +99,7 @@ using enum Kind;
 const UciOption OPTIONS[] = {
     {"Hash", SPIN, {DEFAULT_HASH_SIZE, {}}, MIN_HASH_SIZE, MAX_HASH_SIZE, SetHash},
     {"Clear Hash", BUTTON, {}, 0, 0, ClearHash},
-    {"Ponder", CHECK, {}, 0, 0, Ignore}, // "go" tells when to ponder
+    {"Ponder", CHECK, {}, 0, 0, Ignore}, // no effect: "go ponder" starts pondering
     {"OwnBook", CHECK, {1, {}}, 0, 0, SetOwnBook},
     {"Book File", STRING, {0, DEFAULT_BOOK_NAME}, 0, 0, SetBookFile},
     {"Move Overhead", SPIN, {DEFAULT_OVERHEAD, {}}, 0, MAX_OVERHEAD, SetOverhead},
@@ -121,7 +121,7 @@ std::string Declaration(const UciOption& option) {
     }
 }
 
-// Front ends do not agree on the case of names.
+// Ignores case, which differs between front ends.
 bool IsSameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, LowerCase, LowerCase);
 }
@@ -132,7 +132,7 @@ std::string_view Trim(std::string_view text) {
     return text.substr(0, text.find_last_not_of(BLANKS) + 1);
 }
 
-// Reads the value; false when the option cannot have it.
+// Reads the value. Returns false if it is invalid for the option.
 bool ReadValue(const UciOption& option, std::string_view text, Value& value) {
     value = {0, text};
     switch (option.kind) {

@@ -7,18 +7,19 @@
 struct UciOptions {
     bool own_book;
     bool analyse_mode;          // no book, and no level
-    bool is_debugging;          // "debug on": lines without a command are told
-    std::int32_t move_overhead; // milliseconds of every move that the front end takes for itself
+    bool is_debugging;          // "debug on": report lines without a command
+    std::int32_t move_overhead; // milliseconds reserved per move for communication delay
     bool limit_strength;
     std::int32_t elo;
 };
 extern UciOptions uci_options;
 
-// The defaults, and the default book where there is one.
+// Sets the defaults and loads the default book if it exists.
 void InitializeUciOptions();
 
 // Declares the options to the front end.
 void TellOptions();
 
-// Carries out "setoption name NAME [value VALUE]". What cannot be set is told, and changes nothing.
+// Carries out "setoption name NAME [value VALUE]". An invalid option or
+// value is reported and changes nothing.
 void SetUciOption(std::string_view arguments);

@@ -29,7 +29,7 @@ bool Begin(const std::string& fen) {
     return true;
 }
 
-// Plays the moves as far as they are legal; the first that is not, or an empty word.
+// Plays moves up to the first illegal one. Returns that one, or an empty word if all were played.
 std::string_view PlayMoves(std::string_view moves) {
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
         Move move;
@@ -39,14 +39,14 @@ std::string_view PlayMoves(std::string_view moves) {
     return {};
 }
 
-// A game that goes on from the one in force needs only its new moves.
+// True if the game extends the current one, so that only the new moves need to be played.
 bool IsContinued(const Setup& setup) {
     return setup.fen == in_force.fen && setup.moves.starts_with(in_force.moves) &&
            (in_force.moves.empty() || setup.moves.size() == in_force.moves.size() ||
             setup.moves[in_force.moves.size()] == ' ');
 }
 
-// What is wrong with the game; empty when it is set up.
+// Sets up the game. Returns an error message, or an empty text.
 std::string Apply(const Setup& setup) {
     std::string_view moves = setup.moves;
     if (IsContinued(setup)) {
@@ -74,7 +74,7 @@ void SetUpGame(std::string_view arguments) {
             TellInfo("Illegal position: ");
             return;
         }
-        // Told as a FEN it is the initial position all the same, which the book knows.
+        // The initial position given as FEN counts as startpos, so that the book is used.
         if (setup.fen == INITIAL_FEN) setup.fen.clear();
     } else if (kind == "startpos") {
         TakeWordsBefore(arguments, "moves");
@@ -102,6 +102,6 @@ void RestoreGame() {
     in_force = {};
     Begin("");
     [[maybe_unused]] const std::string error = Apply(setup);
-    assert(error.empty()); // it was accepted once
+    assert(error.empty()); // it was accepted before
     in_force = setup;
 }

@@ -1,19 +1,20 @@
-// The game that a UCI front end tells: where it begins, and its moves.
+// The game that a UCI front end sets up: its starting position and moves.
 #pragma once
 
 #include "board/move.h"
 
 #include <string_view>
 
-// Finds the legal move that the word names in coordinate notation, to the letter.
+// Finds the legal move whose coordinate notation is exactly the word. Returns false if there is
+// none.
 bool FindMove(std::string_view word, Move& move);
 
-// Sets up the game of "position startpos|fen FEN [moves MOVE...]". When the position is not
-// playable or a move is not legal, the front end is told, and the game of before stays.
+// Sets up the game of "position startpos|fen FEN [moves MOVE...]". If the position
+// is not playable or a move is not legal, reports that and keeps the previous game.
 void SetUpGame(std::string_view arguments);
 
-// Forgets the game; the tables are emptied.
+// Discards the game and clears the tables.
 void ForgetGame();
 
-// Sets up the game once more, after something else has used the board.
+// Sets up the same game again, after other code has used the board.
 void RestoreGame();
