@@ -5,6 +5,7 @@
 #include "board/score.h"
 #include "board/utility.h"
 #include "game/enginestate.h"
+#include "game/finish.h"
 #include "game/gamestate.h"
 #include "moves/makemove.h"
 #include "notation/notation.h"
@@ -92,7 +93,7 @@ void NoteLine(const SearchLine& line) {
     std::ostringstream text;
     text << line.plies << ' ' << line.score << ' ' << search_info.nodes;
     std::int32_t ply = game_state.ply_count + pgn_game_info.first_ply;
-    for (const Move& move : line.moves) {
+    for (const Move& move : PlayablePart(line.moves)) {
         const bool is_white = ply % 2 != 0;
         if (is_white || &move == line.moves.data()) text << ' ' << WrittenMoveNumber(ply);
         text << ' ' << WrittenMove(move);
