@@ -15,6 +15,16 @@
 
 namespace {
 
+TEST(Moves, EnPassantIsOverAfterANullMove) {
+    StartAt("4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1");
+    Play("e2e4");
+    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
+    MakeNullMove();
+    EXPECT_EQ(board.zobrist_xor, 0u);
+    UnMakeNullMove();
+    EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
+}
+
 // The keys to change are chosen on the board before the move, where the rook is on the king's
 // square.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
