@@ -72,11 +72,11 @@ void CarryOutBench(std::string_view arguments) {
 
 struct UciCommand {
     std::string_view name;
-    DuringSearch during_search;
+    LineEffect during_search;
     void (*carry_out)(std::string_view arguments); // the arguments follow the name
 };
 
-using enum DuringSearch;
+using enum LineEffect;
 constexpr UciCommand COMMANDS[] = {
     {"uci", ANSWER, CarryOutUci},
     {"debug", ANSWER, CarryOutDebug},
@@ -122,7 +122,7 @@ bool CarryOutLine(std::string_view line) {
     return !command || command->name != QUIT_LINE;
 }
 
-DuringSearch HearDuringSearch(std::string_view line) {
+LineEffect HearDuringSearch(std::string_view line) {
     std::string_view arguments;
     const UciCommand* const command = FindCommand(line, arguments);
     if (!command) return ANSWER;

@@ -13,4 +13,4 @@ bool IsCommand(std::string_view line);
 bool CarryOutLine(std::string_view line);
 
 // The hear_line of "go": carries out the commands that are answered during a search.
-DuringSearch HearDuringSearch(std::string_view line);
+LineEffect HearDuringSearch(std::string_view line);

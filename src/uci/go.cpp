@@ -94,10 +94,10 @@ void OnPonderHit() {
 
 void HearLine(std::string_view line) {
     switch (hear_line(line)) {
-    case DuringSearch::ANSWER: return;
-    case DuringSearch::STOP: thinking.is_stopped = true; return;
-    case DuringSearch::PONDER_HIT: OnPonderHit(); return;
-    case DuringSearch::WAIT: EndForWaiting(line); return;
+    case LineEffect::ANSWER: return;
+    case LineEffect::STOP: thinking.is_stopped = true; return;
+    case LineEffect::PONDER_HIT: OnPonderHit(); return;
+    case LineEffect::WAIT: EndForWaiting(line); return;
     }
 }
 
@@ -282,7 +282,7 @@ void TellBestMove(const Choice& choice) {
 
 } // namespace
 
-DuringSearch (*hear_line)(std::string_view line) = nullptr;
+LineEffect (*hear_line)(std::string_view line) = nullptr;
 
 const SearchHost UCI_HOST = {.must_stop = IsStopWanted,
                              .may_go_on = MayGoOn,

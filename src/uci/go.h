@@ -10,7 +10,7 @@
 extern const SearchHost UCI_HOST;
 
 // The effect of a line that arrives during a search.
-enum class DuringSearch : std::uint8_t {
+enum class LineEffect : std::uint8_t {
     ANSWER,     // carried out at once
     STOP,       // ends the search
     PONDER_HIT, // the opponent has played the expected move
@@ -19,7 +19,7 @@ enum class DuringSearch : std::uint8_t {
 
 // Returns the effect of a line, after carrying it out if that is ANSWER. Set at start-up, because
 // the commands are above "go".
-extern DuringSearch (*hear_line)(std::string_view line);
+extern LineEffect (*hear_line)(std::string_view line);
 
 // Carries out "go" with its limits and sends one line "bestmove" at the end. An infinite search or
 // a ponder search sends it only after the front end has ended the search.
