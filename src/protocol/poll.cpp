@@ -91,12 +91,12 @@ bool PollCommands() {
     }
 }
 
-void PrintThinking(const SearchLine& line) {
+void PrintThinking(const SearchLine& found) {
     if (!engine_state.post_thinking) return;
-    std::printf("%2d%8d%8" PRIu64 "%11" PRIu64 "   ", line.plies, line.score,
+    std::printf("%2d%8d%8" PRIu64 "%11" PRIu64 "   ", found.plies, found.score,
                 CurrentTimeU64() - search_info.start_time, search_info.nodes);
     const std::int32_t first_ply = game_state.ply_count + pgn_game_info.first_ply;
-    WritePgnMoveList(stdout, line.moves, {first_ply, THINKING_WIDTH, nullptr, WrittenMove});
+    WritePgnMoveList(stdout, found.moves, {first_ply, THINKING_WIDTH, nullptr, WrittenMove});
     std::printf("\n");
     FlushOutput();
 }
