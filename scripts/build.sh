@@ -35,8 +35,10 @@ RunBuild() {
 
 # CheckSignature BENCH...: runs it, and fails if its search has not the recorded signature.
 CheckSignature() {
-    local signature recorded
+    local printed signature recorded
     recorded=$(cat "$root/tests/bench.signature")
-    signature=$("$@" | tr -d '\r' | tee /dev/stderr | sed -n 's/^Nodes: //p')
+    printed=$("$@" | tr -d '\r')
+    printf '%s\n' "$printed"
+    signature=$(sed -n 's/^Nodes: //p' <<<"$printed")
     [ "$signature" = "$recorded" ] || { echo "The signature of $* is $signature, not $recorded as recorded." >&2; return 1; }
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
@@ -325,6 +326,7 @@ bool RegisterConversations(const char* file_name) {
             if (std::exchange(has_cases, false)) suites.clear();
             suites.push_back(ToFields(line.substr(6)));
         } else {
+            if (suites.empty()) std::abort(); // a case of no suite
             has_cases = true;
             const Texts fields = ToFields(line);
             for (const Texts& suite : suites) {
@@ -333,5 +335,6 @@ bool RegisterConversations(const char* file_name) {
             }
         }
     }
-    return has_cases;
+    if (!has_cases) std::abort(); // a suite without cases
+    return true;
 }

@@ -94,7 +94,11 @@ void SendText(EngineProcess& engine, std::string_view text) {
     while (!text.empty()) {
         pollfd ends[] = {{engine.input, POLLOUT, 0}, {engine.output.end, POLLIN, 0}};
         if (!IsReady(engine, ends, std::size(ends))) return;
-        if ((ends[1].revents & POLLIN) != 0) ReadMore(engine, engine.output);
+        if ((ends[1].revents & POLLIN) != 0) {
+            ReadMore(engine, engine.output);
+        } else if (ends[1].revents != 0) {
+            Close(engine.output.end); // poll would report it for ever
+        }
         if (ends[0].revents == 0) continue;
         const ssize_t count = write(engine.input, text.data(), text.size());
         if (count < 0 && errno != EAGAIN) return;
@@ -147,7 +151,7 @@ std::string WaitForExit(EngineProcess& engine) {
 }
 
 std::string RunShell(const std::string& directory, pid_t pid, const std::string& command) {
-    const std::string preparation = "cd " + directory + " && PID=" + std::to_string(pid) +
+    const std::string preparation = "cd '" + directory + "' && PID=" + std::to_string(pid) +
                                     " PATH='" + NATIVE_PROGRAMS + "':\"$PATH\" && ";
     std::string printed;
     FILE* const shell = popen((preparation + command).c_str(), "r");

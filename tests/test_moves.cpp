@@ -15,6 +15,12 @@
 
 namespace {
 
+TEST(Moves, EnPassantThatUncoversTheKingIsNotInTheKey) {
+    StartAt("8/8/8/8/R2p3k/8/4P3/4K3 w - - 0 1");
+    Play("e2e4");
+    EXPECT_EQ(board.zobrist_xor, 0u);
+}
+
 TEST(Moves, EnPassantIsOverAfterANullMove) {
     StartAt("4k3/8/8/8/3p4/8/4P3/4K3 w - - 0 1");
     Play("e2e4");

@@ -144,8 +144,7 @@ void LeaveGame() {
 // Writes the header at the first move, when the person's side and the start of the game are known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
-    SetPgnTagValueByName(pgn_game_info, "Black",
-                         PersonName()); // the opponent's tag until the game is logged
+    SetPgnTagValueByName(pgn_game_info, "Black", PersonName()); // the opponent until it is logged
     if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
 }
 

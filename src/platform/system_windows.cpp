@@ -80,10 +80,11 @@ BOOL WINAPI EndInput(DWORD event) {
     if (!is_interrupt) is_closing = true;
     is_input_over = true;
     is_input_over.notify_all();
-    if (is_interrupt) return TRUE;
-    CancelSynchronousIo(main_thread);
-    Sleep(INFINITE);
-    return TRUE;
+    if (is_interrupt || !main_thread) return is_interrupt;
+    constexpr DWORD PERIOD = 100; // milliseconds; the main thread may only be about to read
+    for (;; Sleep(PERIOD)) {
+        CancelSynchronousIo(main_thread);
+    }
 }
 
 std::atomic<bool> is_output_over = false; // its other end has closed

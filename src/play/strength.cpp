@@ -42,8 +42,8 @@ struct NoiseLevel {
 };
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
 constexpr NoiseLevel HIGHEST = {1.0, 10, 50}; // at FIRST_SEARCHING_ELO
-constexpr double ATTENTION_GROWTH =
-    1.2; // exponent: grows slowly at first, so that the steps in strength are even
+// Exponent of the growth of attention: slow at first, so that the steps in strength are even.
+constexpr double ATTENTION_GROWTH = 1.2;
 constexpr std::int32_t GLANCE_PLIES = 2;
 constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // below the move
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
@@ -65,7 +65,7 @@ std::uint64_t NodesOf(std::int32_t elo) {
     return static_cast<std::uint64_t>(FIRST_NODES * std::pow(LAST_NODES / FIRST_NODES, share));
 }
 
-// Returns a random number from 0 to 1.
+// Returns a random number of at least 0 and below 1.
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
 // Scores each move by a short search. Moves not reached before a stop get UNSEARCHED_EVAL.

@@ -20,14 +20,15 @@
 
 namespace {
 
+constexpr int THINKING_WIDTH = 1'000'000;  // a thinking line is never wrapped
 constexpr std::uint64_t LAST_THOUGHT = 50; // centiseconds
 
 std::int32_t last_timestamp = 0; // of the pending line that was examined last
 std::uint8_t last_pondering = 0; // that was while pondering
 std::uint8_t last_answer = 0;    // that line ended the search
 
-std::uint64_t hung_up_at =
-    0; // when the front end was first found gone, in centiseconds; 0: present
+// When the front end was first found gone, in centiseconds; 0: it is present.
+std::uint64_t hung_up_at = 0;
 
 CommandLine line; // the line being examined
 
@@ -66,8 +67,6 @@ void Answer(const Command& command) {
     (command.answer ? command.answer : command.carry_out)(arguments);
     is_position_withheld = false;
 }
-
-constexpr int THINKING_WIDTH = 1'000'000; // a thinking line is never wrapped
 
 } // namespace
 

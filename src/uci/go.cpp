@@ -255,9 +255,9 @@ std::int32_t LevelOf(const Request& request) {
     return uci_options.limit_strength && IsPlaying(request) ? uci_options.elo : FULL_STRENGTH;
 }
 
-// Searches for a move and reports it unless the last line has reported it. It may differ if the
-// search stops within an iteration or finds all other moves lost. A level's move is always
-// reported. If the best move loses to a mate, the distance is unknown.
+// Searches for a move. At a level, reports it if it was scored. At full strength, reports it if the
+// last line began with another move: the search may stop within an iteration or find all other
+// moves lost. A mate is not reported then, because its distance is unknown.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const std::int32_t level = LevelOf(request);
     const std::int32_t score =

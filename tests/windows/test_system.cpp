@@ -151,4 +151,14 @@ TEST(Files, HaveTheSameBytesUnderAnyName) {
     EXPECT_EQ(OpenFile(".", FileUse::LOG), nullptr);
 }
 
+TEST(Memory, IsZeroedForTables) {
+    constexpr std::size_t SIZE = 5'000'000;
+    char* const table = static_cast<char*>(AllocateTable(SIZE));
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table[0], 0);
+    EXPECT_EQ(table[SIZE - 1], 0);
+    FreeTable(table, SIZE);
+    EXPECT_EQ(AllocateTable(std::size_t{1} << 60), nullptr);
+}
+
 } // namespace
