@@ -17,8 +17,8 @@ std::uint64_t PieceKeys(const Piece (&squares)[SQUARES]) {
     return keys;
 }
 
-// Any set of them may stand at the start of a game: a position that is set up brings the keys of
-// all its letters, of which the board may not tell.
+// True if the value is the exclusive or of some castling keys. Any subset is possible: a FEN brings
+// the key of each of its letters, even if the rook is missing.
 bool IsSetOfCastlingKeys(std::uint64_t keys) {
     for (int rights = 0; rights < 16; ++rights) {
         std::uint64_t rest = keys;
@@ -30,15 +30,15 @@ bool IsSetOfCastlingKeys(std::uint64_t keys) {
     return false;
 }
 
-// The castling keys that the hash key held at the start of the game.
+// Returns the castling keys in the hash key at the start of the game.
 std::uint64_t FirstCastlingKeys() {
     const bool is_black = (board.side_to_move == BLACK) != (state_history.count % 2 != 0);
     return zobrist_keys[0] ^ zobrist_xors[0] ^ PieceKeys(state_history.positions[0]) ^
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// The castling keys after the moves of the game. The first move of a king or of a rook changes the
-// keys for which its partner stood unmoved on the board before; any piece on the partner's square
+// Returns the castling keys after the moves of the game. The first move of a king or rook changes
+// the keys whose partner was unmoved before the move; any unmoved piece on the partner's square
 // counts. The capture of a rook changes none.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
@@ -60,7 +60,7 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
     return keys;
 }
 
-// Recomputes everything that follows from the squares; ply, side and en-passant key are given.
+// Recomputes the record from the squares. Ply, side and en-passant key are copied.
 Position ComputePosition(std::uint64_t castling_keys) {
     Position now{};
     now.side_to_move = board.side_to_move;

@@ -1,6 +1,6 @@
 #include "conversation.h"
 
-// GCC 12 sees uninitialised members in its own <regex> when the sanitizers are on.
+// GCC 12 warns about its own <regex> under the sanitizers.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
@@ -41,7 +41,7 @@ void ReplaceAll(std::string& text, std::string_view old, std::string_view by) {
     }
 }
 
-// The parts between the separators; empty ones are none.
+// Splits the text at the separator. Drops empty parts.
 Texts Split(const std::string& text, const std::string& separator) {
     Texts parts;
     for (std::size_t from = 0, end = 0; end != std::string::npos; from = end + separator.size()) {
@@ -51,7 +51,7 @@ Texts Split(const std::string& text, const std::string& separator) {
     return parts;
 }
 
-// "{3 text #}" as "text 1text 2text 3".
+// Expands "{3 text #}" to "text 1text 2text 3".
 std::string Repeat(std::string text) {
     for (std::size_t open = 0; (open = text.find('{', open)) != std::string::npos; ++open) {
         const std::size_t blank = text.find_first_not_of("0123456789", open + 1);
@@ -74,7 +74,7 @@ std::string Repeat(std::string text) {
     return text;
 }
 
-// The bytes that a text with escapes stands for.
+// Replaces the escapes by their bytes.
 std::string ToBytes(const std::string& text) {
     constexpr std::string_view LETTERS = "strn0e", BYTES{" \t\r\n\0", 5};
     std::string bytes;
@@ -94,13 +94,14 @@ std::string ToBytes(const std::string& text) {
     return bytes;
 }
 
-// A pattern when it begins with "~ ", else the line itself.
+// True if the line is the expected text, or matches it as a pattern if it begins with "~ ".
 bool IsLine(const std::string& expected, const std::string& line, std::smatch& groups) {
     if (!expected.starts_with("~ ")) return line == ToBytes(expected);
     return std::regex_match(line, groups, std::regex(expected.substr(2)));
 }
 
-// True when the lines, after this many before them, are those expected. Sets how many were at most.
+// True if the lines match the expected ones, in which "..." matches any number of lines. `before`
+// lines have matched already; `most` gets the largest number that matched in any attempt.
 bool IsTranscript(std::span<const std::string> lines, std::span<const std::string> expected,
                   std::size_t before, std::size_t& most) {
     std::smatch groups;
@@ -184,7 +185,7 @@ void Save(Conversation& talk, const std::string& file_name) {
     }
 }
 
-// The first whose word begins the step carries out the rest of it.
+// The first entry whose word begins a step carries out the rest of the step.
 const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> STEPS[] = {
     {"< ", WaitForLine},
     {"$ ", AddShell},
@@ -200,8 +201,8 @@ const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> S
     {"", SendLine},
 };
 
-// Carries out the steps and returns the transcript. Stops at the first that fails; so does a last
-// one that waits for nothing, since what it does would not be seen.
+// Carries out the steps and returns the transcript. Stops at the first step that fails. A last step
+// that waits for nothing fails too, because its effect would not be seen.
 Texts Converse(const std::string& steps) {
     Conversation talk;
     if (!mkdtemp(talk.directory.data())) return {"no directory for the test"};
@@ -249,7 +250,7 @@ void CheckConversation(const std::string& steps, const std::string& expected,
 
 namespace {
 
-// The text of a case, and the suite that says how to use it.
+// A case and its suite, which has the steps and the transcript.
 struct Script {
     std::string name;
     Texts fields, suite;
@@ -266,7 +267,7 @@ void CheckScript(const Script& script) {
     CheckConversation(fields[1], fields[2], fields[3]);
 }
 
-// The file's lines, those that are continued as one; without comments.
+// Returns the lines of the file without comments. Continued lines are joined.
 Texts ReadLines(const char* file_name) {
     std::istringstream file(ReadCases(file_name));
     Texts lines;
@@ -284,7 +285,7 @@ Texts ReadLines(const char* file_name) {
     return lines;
 }
 
-// The fields between " | ", of which any may be empty.
+// Splits a line at " | ". Fields may be empty.
 Texts ToFields(const std::string& line) {
     Texts fields;
     for (std::size_t from = 0, bar = 0; bar != std::string::npos; from = bar + 2) {
@@ -296,7 +297,7 @@ Texts ToFields(const std::string& line) {
     return fields;
 }
 
-// Puts in the texts of the words.
+// Replaces each defined word by its text.
 void Define(std::string& line, const std::vector<std::pair<std::string, std::string>>& words) {
     const auto is_part = [&](std::size_t at) {
         return at < line.size() && (line[at] == '_' || std::isalpha(line[at]) != 0);

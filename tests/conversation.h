@@ -1,11 +1,11 @@
-// Conversations with programs, written as text: the files tests/cases/*.txt that have suites.
-// tests/cases/protocol.txt explains how they are written.
+// Conversations with programs, written as text in files under tests/cases/. The head of
+// protocol.txt there explains the format.
 #pragma once
 
 #include <string>
 
-// Carries out the steps; the test fails when the transcript is not the expected one. Lines of the
-// transcript that match the pattern are left out.
+// Carries out the steps. The test fails if the transcript differs from the expected one. Lines of
+// the transcript that match the pattern are ignored.
 void CheckConversation(const std::string& steps, const std::string& expected,
                        const std::string& left_out = "");
 

@@ -22,7 +22,7 @@ namespace {
 
 constexpr int PATIENCE = 60'000; // milliseconds without a byte
 
-// Those of this system, and those that are tested.
+// The folders of this system's programs and of the tested programs.
 const std::string NATIVE_PROGRAMS = std::filesystem::path(KORVANE_BINARY).parent_path();
 const std::string PROGRAMS = WINDOWS_PROGRAMS ? WINDOWS_PROGRAMS : NATIVE_PROGRAMS;
 
@@ -31,7 +31,7 @@ void Close(int& end) {
     end = -1;
 }
 
-// False when none of the pipes is ready in time; the program is killed then.
+// Waits until a pipe is ready. Otherwise kills the program, fails the test and returns false.
 bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
     if (engine.budget > 0 && poll(ends, count, PATIENCE) > 0) return true;
     ADD_FAILURE() << "the program does not come to an end";
@@ -39,7 +39,7 @@ bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
     return false;
 }
 
-// Reads what has come; false at the end of the pipe.
+// Reads the available bytes. Returns false at the end of the pipe.
 bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
     char bytes[4096];
     const ssize_t count = read(pipe.end, bytes, sizeof bytes);
@@ -52,7 +52,7 @@ bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
 } // namespace
 
 EngineProcess::EngineProcess(const std::string& command, const std::string& directory) {
-    std::signal(SIGPIPE, SIG_IGN); // a program that has gone fails its own test only
+    std::signal(SIGPIPE, SIG_IGN); // a program that has ended fails only its own test
     std::istringstream stream(PROGRAMS + "/" + command);
     std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
     std::vector<char*> pointers(words.size() + 1, nullptr);
@@ -61,10 +61,10 @@ EngineProcess::EngineProcess(const std::string& command, const std::string& dire
     const bool is_ready =
         pipe2(in, O_CLOEXEC) == 0 && pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
     fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
-    fcntl(in[1], F_SETFL, O_NONBLOCK);  // so that SendText can read meanwhile
+    fcntl(in[1], F_SETFL, O_NONBLOCK);  // SendText also reads
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
-        std::signal(SIGINT, SIG_DFL); // which a background job ignores
+        std::signal(SIGINT, SIG_DFL); // a background job ignores it
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
             execv(words[0].c_str(), pointers.data());

@@ -1,4 +1,4 @@
-// The programs as front ends, people and shells meet them: almost all of it as text.
+// The programs as front ends, people and shells use them. Most cases are text files.
 #include "conversation.h"
 
 #include "search/hash.h"
@@ -16,7 +16,7 @@ const bool HAS_CASES[] = {
     RegisterConversations("commandline.txt"), RegisterConversations("play.txt"),
 };
 
-// With room for one of the two areas of memory.
+// There is memory for only one of the two tables.
 void StartWithLittleMemory() {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
