@@ -33,7 +33,7 @@ constexpr std::uint32_t SLOTS = 1024;
 
 bool is_exit_caught = false;
 std::jmp_buf exit_point;
-int exit_status = 0;     // the status that was caught, or -1
+int exit_status = 0;     // passed to exit(); -1 if the function returned
 unsigned first_file = 0; // the lowest free descriptor when the action began
 
 // Poisons the slots that a small table leaves unused.
@@ -63,7 +63,7 @@ extern "C" [[noreturn]] void __wrap_exit(int status) {
     CloseFiles(); // files that were open when an action failed
     close_range(first_file, ~0U, 0);
     exit_status = status;
-    std::longjmp(exit_point, 1); // runs no destructors, like exit()
+    std::longjmp(exit_point, 1); // like exit(), does not destroy local objects
 }
 
 // Replaces time(), so that every run of an input is the same.
@@ -77,7 +77,8 @@ extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1";
 // game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::string directory = std::filesystem::temp_directory_path() / "korvane-fuzz-XXXXXX";
-    setenv("TZ", "UTC0", 1); // without it every date would look for the zone's file
+    setenv("TZ", "UTC0",
+           1); // otherwise each conversion of a date would search for the time-zone file
     Require(mkdtemp(directory.data()) != nullptr, "a directory");
     std::filesystem::current_path(directory);
     for (const char* log : {"GameLog", "GameLog.pgn", "GameLog.fen", "ErrorLog"}) {

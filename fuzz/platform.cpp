@@ -18,7 +18,7 @@ constexpr std::size_t PAGE = 4096;
 constexpr int PATIENCE = 4;        // polls after the last read until the input counts as ended
 constexpr int POLLS_OF_PAUSE = 50; // for which PAUSE hides the input
 
-std::size_t most_memory = std::size_t{64} << 20; // the largest table that is allocated
+std::size_t most_memory = std::size_t{64} << 20; // size limit in bytes; larger tables are refused
 std::string_view input;
 int polls = 0; // since the last read
 int polls_left_of_pause = 0;

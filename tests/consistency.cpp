@@ -49,7 +49,7 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
             return piece != NO_PIECE && !IsMoved(piece);
         };
         const int king = move.piece & 0x80 ? 60 : 4;
-        const int right = move.piece & 0x80 ? 2 : 0; // to castle with the rook on the h-file
+        const int right = move.piece & 0x80 ? 2 : 0; // index of the king-side castling key
         if (TypeOf(move.piece) == KING) {
             if (is_unmoved(king + 3)) keys ^= ZOBRIST_KEY_CASTLE[right];
             if (is_unmoved(king - 4)) keys ^= ZOBRIST_KEY_CASTLE[right + 1];

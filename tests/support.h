@@ -1,4 +1,4 @@
-// What the tests share: positions and moves as text.
+// Helpers of the tests: positions and moves as text.
 #pragma once
 
 #include "notation/fen.h"

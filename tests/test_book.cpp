@@ -31,7 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A new directory, which is the working directory while it lives.
+// Makes a new directory, the working directory for the lifetime of the object.
 struct Folder {
     fs::path old_path = fs::current_path();
     fs::path path;
@@ -103,8 +103,8 @@ void CheckListing(const TextCase& test) {
     EXPECT_EQ(BuildAndList(Unescaped(test.fields[1]), is_pgn, minimum), Unescaped(test.fields[2]));
 }
 
-// Runs the action in a process of its own. It must end with the error and leave the old book, and
-// nothing else.
+// Runs the action in a process of its own. It must fail with this message, keep the old book, and
+// create no other file.
 template <typename Action>
 void ExpectFailure(const std::string& input, const std::string& message, Action act) {
     const Folder folder;

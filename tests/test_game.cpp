@@ -121,7 +121,7 @@ TEST(Finish, MateScores) {
     EXPECT_FALSE(IsMateEval(MATE_EVAL_THRESHOLD) || IsMateEval(-MATE_EVAL_THRESHOLD));
 }
 
-// A position has the same key, set up or reached by moves.
+// A position has the same key whether it is set up or reached by moves.
 TEST(Fen, GivesTheKeyThatMovesGive) {
     for (const char* const moves :
          {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {

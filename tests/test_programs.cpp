@@ -16,7 +16,7 @@ const bool HAS_CASES[] = {
     RegisterConversations("commandline.txt"), RegisterConversations("play.txt"),
 };
 
-// There is memory for only one of the two tables.
+// Limits memory so that only one of the two allocations succeeds.
 void StartWithLittleMemory() {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;

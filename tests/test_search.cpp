@@ -25,7 +25,7 @@ namespace {
 constexpr std::uint64_t KEY = 0x123456789ABCDEF0;
 constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // the same slot
 
-// What is known of a key: the score and the index of the best move.
+// Looks up a key. Returns the score and the index of the best move.
 std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                                           std::int32_t depth) {
     std::int32_t index;
@@ -61,7 +61,7 @@ TEST_F(Hash, ForcedScoreIsExactInBothTables) {
     StoreHashTable(KEY, 30, 8, BOUND_UPPER, 3);
     ForceHashTable(KEY, 0);
     EXPECT_EQ(Ask(KEY, 100, 200, 40), (std::pair{0, 7}));
-    // At a greater depth only the move is known, that of the other table.
+    // At a greater depth there is no score, and the move is that of the second table.
     EXPECT_EQ(Ask(KEY, 100, 200, 41), (std::pair{UNKNOWN_EVAL, 3}));
     StoreHashTable(OTHER_KEY, 60, 8, BOUND_LOWER, 5);
     ForceHashTable(OTHER_KEY, 0);
@@ -81,8 +81,8 @@ TEST_F(Hash, ForcedScoreIsOfOnePositionOnly) {
 struct Thought {
     std::string move, reply; // or "none"
     std::int32_t score;
-    std::int32_t depth = 0; // of the last line, and the nodes at it
-    std::uint64_t nodes = 0;
+    std::int32_t depth = 0;  // depth of the last line
+    std::uint64_t nodes = 0; // node count at the last line
     std::string lines;
 };
 Thought thought;
@@ -223,7 +223,8 @@ TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     EXPECT_EQ(nodes, "2336 2388 ");
 }
 
-// Any of two promotions of equal worth may be chosen. The reply captures the piece that was chosen.
+// Either of two promotions of equal worth may be chosen. The reply captures the piece that was
+// chosen.
 TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     StartAt("6k1/8/8/8/8/6P1/1p3PK1/N2Q4 b - - 0 1");
     engine_state.use_random = true;

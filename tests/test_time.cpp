@@ -44,7 +44,7 @@ std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     return FullSearch(-500, 500, 8, 4, LastMove(), nullptr, 0);
 }
 
-// Setting the machine's clock does not change it.
+// Searches use the steady clock, which setting the system time does not change.
 TEST(Time, IsThatOfTheSteadyClock) {
     const auto now = [] {
         using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;

@@ -1,4 +1,4 @@
-// The person at the terminal, as the system knows them.
+// The user's name and files, from the operating system.
 #pragma once
 
 #include <filesystem>

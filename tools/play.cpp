@@ -141,10 +141,12 @@ void LeaveGame() {
     style.is_flipped = is_turned_by_hand && style.is_flipped;
 }
 
-// Writes the header at the first move, when the person's side and the start of the game are known.
+// Sets the header's tags at the first move, when the person's side and the time of the start are
+// known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
-    SetPgnTagValueByName(pgn_game_info, "Black", PersonName()); // the opponent until it is logged
+    SetPgnTagValueByName(pgn_game_info, "Black",
+                         PersonName()); // Black is the opponent until the game is logged
     if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
 }
 

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// A field is undefined unless the flag that makes it valid is set. The book file stores these 32
+// A field that depends on a flag is undefined unless the flag is set. The book file stores these 32
 // bytes in this layout.
 struct Move {
     std::int32_t from; // negative: a fake move, that is, no move

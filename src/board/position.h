@@ -48,7 +48,7 @@ extern Position board;
 // functions that need the game's board assert that this is false.
 extern bool is_position_withheld;
 
-// The keys of the game's and the search line's positions, oldest first, by ply number.
+// The Zobrist keys of the game and of the current search line, indexed by ply number.
 inline constexpr int KEY_HISTORY_SIZE = 4096;
 inline constexpr int MAX_PLY_NUMBER = KEY_HISTORY_SIZE - 1;
 inline constexpr int MAX_LINE_PLIES = 320; // the longest search line

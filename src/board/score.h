@@ -13,8 +13,8 @@ inline constexpr std::int32_t DRAW_EVAL = 0;
 // No score: not in the tables, or a pruning step did not apply.
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
-// Returned by a stopped search. Negated, it is below every score; callers check search_info.stop
-// and discard it.
+// Returned by a stopped search. Negated, it is below every real score; callers check
+// search_info.stop and discard it.
 inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
 // The score of a move that no iteration has searched; below every score.

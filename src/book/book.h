@@ -44,5 +44,5 @@ void SetNextBookMove(const Move& move);
 // The book moves of the position, a line each, or a short notice; in a static buffer.
 const char* WrittenBookHelp();
 
-// Stores that text in book_state.help, cut to the whole lines that fit.
+// Stores the text of WrittenBookHelp in book_state.help, without the lines that do not fit.
 void UpdateBookHelp();

@@ -14,8 +14,9 @@
 
 namespace {
 
-// A node record: the move, the number of children, and their offsets in the file. All integers are
-// little-endian; a node's children with their subtrees follow it without gaps.
+// A node record: the move and the number of children (RECORD_BYTES), then the children's offsets in
+// the file. All integers are little-endian; a node's children with their subtrees follow it without
+// gaps.
 constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;

@@ -32,7 +32,7 @@ inline constexpr std::size_t BOOK_HELP_SIZE = 512;
 
 struct BookState {
     std::uint8_t in_book;      // the game still follows the book
-    const MoveTrieNode* node;  // the position's node
+    const MoveTrieNode* node;  // node of the current position
     char help[BOOK_HELP_SIZE]; // the book moves of the position, as shown to the user
 };
 extern BookState book_state;

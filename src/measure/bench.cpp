@@ -58,7 +58,7 @@ constexpr Start STARTS[] = {
     {"7k/7P/5K2/8/8/8/5p2/5Q2 w - - 0 1", ""},
     {"8/8/8/8/8/5kq1/7R/7K w - - 0 1", ""},
     {"r1bqr1k1/ppp2ppp/8/4n3/2B1N2Q/8/PPP2PPP/2KR3R w - - 0 14", ""},
-    // en passant, as the last move and soon
+    // en passant, possible at once and later in the search
     {"4k3/1p1p4/8/2P1P3/1pP5/8/P2P4/4K3 b - c3 0 1", ""},
     {"rnbqkbnr/ppp1pppp/8/8/3p4/4P3/PPPPNPPP/RNBQKB1R w KQkq - 0 4", "c2c4"},
     // races of pawns, and promotions to less than a queen

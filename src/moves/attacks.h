@@ -76,7 +76,8 @@ inline bool IsMaybeIllegal(const Move& move, Bitboard from_squares) {
     return (BIT_RANK[move.from] & from_squares) || move.en_passant;
 }
 
-// True if the side to move could capture the enemy king, so that the last move was illegal.
+// True if the side to move could capture the enemy king, which means that the last move was
+// illegal.
 inline bool HaveKingCaptures() {
     return board.side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }

@@ -15,7 +15,8 @@ constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
-// Each Add function takes the next free slot and returns the one after its last move.
+// Each Add function takes the next free slot and returns the slot after the last move that it
+// added.
 
 Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece promoted) {
     next->from = from;

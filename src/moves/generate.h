@@ -24,12 +24,11 @@ void GenerateCaptures(MoveList& list, const Move* last_move);
 template <Colour US>
 void GenerateNonCaptures(MoveList& list);
 
-// Enemy pieces that can be captured, and the squares that bishops and queens attack along
-// diagonals, rooks and queens along ranks and files.
+// What the second step of GenerateCaptures needs from the first.
 struct Victims {
-    Bitboard squares;
-    Bitboard diagonal;
-    Bitboard straight;
+    Bitboard squares;  // enemy pieces that can be captured
+    Bitboard diagonal; // attacked along diagonals by bishops and queens of the side to move
+    Bitboard straight; // attacked along ranks and files by rooks and queens of the side to move
 };
 
 // GenerateCaptures in two steps, for a caller that can use the first moves early. The first step

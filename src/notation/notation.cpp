@@ -42,7 +42,7 @@ MoveWish ReadCastling(std::string_view text) {
     return {from, SquareOf(is_long ? FILE_C : FILE_G, RankOf(from))};
 }
 
-// Generates pseudo-legal captures or quiet moves: the moves among which SAN tells pieces apart.
+// Generates pseudo-legal captures or quiet moves, the candidates for SAN disambiguation.
 void GenerateCandidates(bool is_capture, MoveList& list) {
     if (is_capture) {
         GenerateCaptures(list, LastMove());
@@ -138,7 +138,8 @@ void AddSquare(MoveText& text, int square) {
     AddChar(text, CharByRank(RankOf(square)));
 }
 
-// Adds the letter, the file or rank that distinguishes the piece, the capture mark and the target.
+// Adds the piece letter, a file or rank if needed for disambiguation, the capture mark and the
+// target.
 void AddPieceMove(MoveText& text, const Move& move) {
     MoveList list;
     bool needs_file = false;

@@ -70,7 +70,7 @@ const char* WrittenMoveNumber(std::int32_t ply);
 struct MoveListStyle {
     std::int32_t first_ply; // ply number of the first move
     int width;
-    const char* trailer; // a last token, or null
+    const char* trailer; // written after the moves, such as the result; or null
     const char* (*written)(const Move& move);
 };
 

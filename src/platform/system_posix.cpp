@@ -204,7 +204,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
     case FileUse::CREATE: return std::fopen(name, "wx");
     case FileUse::LOG: break;
     }
-    // Without O_NONBLOCK a named pipe would wait for a reader.
+    // Without O_NONBLOCK, open would wait for a reader of a named pipe.
     const int file = open(name, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
     return file < 0 ? nullptr : fdopen(file, "a");
 }

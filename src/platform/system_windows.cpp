@@ -87,7 +87,7 @@ BOOL WINAPI EndInput(DWORD event) {
     }
 }
 
-std::atomic<bool> is_output_over = false; // its other end has closed
+std::atomic<bool> is_output_over = false; // the reader of standard output has closed it
 std::atomic<bool> is_reading = false;     // ReadInput waits
 
 // Ends a read when the other end of the output has closed, which nothing else does. A thread of its
@@ -257,7 +257,7 @@ void WriteOutput(std::string_view bytes) {
 
 void FlushOutput() {
     if (std::fflush(stdout) != 0 && GetFileType(Output()) == FILE_TYPE_PIPE) {
-        std::_Exit(EXIT_FAILURE); // its other end has closed
+        std::_Exit(EXIT_FAILURE); // the reader has closed the pipe
     }
 }
 

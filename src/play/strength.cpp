@@ -31,10 +31,10 @@ constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
-// How a lower level plays. It searches some of its moves as the first searching level does. It
-// picks the others at random after a search of two plies, which sees mates in one and captures. A
-// move that loses the tolerance (centipawns) against the best is about a third as likely as the
-// best. A move that loses as much as the limit is not played.
+// The parameters of a level below FIRST_SEARCHING_ELO. It searches some of its moves as that level
+// does, and picks the others at random after a search of two plies, which sees mates in one and
+// captures. A move worse than the best by `tolerance` centipawns is picked about a third as often
+// as the best. A move worse by `limit` centipawns or more is never picked.
 struct NoiseLevel {
     double attention; // share of moves that are searched
     double tolerance;

@@ -23,7 +23,7 @@ void PlayMove(const Move& move);
 // end and returns false.
 bool MakeUserMove(std::string_view token);
 
-// Announces the end of the game to the front end if it has come. `last_move` is the last move
+// If the game has ended, announces that to the front end. `last_move` is the last move
 // played or null.
 void CheckEndOfGame(const Move* last_move);
 

@@ -251,7 +251,8 @@ void WaitForNextLine(std::string_view) {
     ReceiveCommand(next);
 }
 
-// Rows of behaviour during a search: on the engine's own time, pondering, analysing.
+// Behaviour during a search. After the matching rule the columns are: on the engine's own time,
+// pondering, analysing.
 using enum Match;
 using enum Hearing;
 constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};
@@ -300,7 +301,7 @@ constexpr Command COMMANDS[] = {
     {"computer", EXACT, CarryOutComputer},
     {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
     {"resume", EXACT, Ignore},
-    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // ends the main loop, which does not parse it
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends at it and calls no handler
 };
 
 void AnswerUnknown(std::string_view line) {

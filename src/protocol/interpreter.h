@@ -1,5 +1,5 @@
 // The command interpreter of the Chess Engine Communication Protocol, version 2. A row of the
-// command table contains a command's name and its behaviour, both idle and during a search.
+// command table contains a command's name and its behaviour, both when idle and during a search.
 #pragma once
 
 #include <cstdint>

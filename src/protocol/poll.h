@@ -7,7 +7,7 @@
 // must wait; a line without a row waits. Returns true if the search must stop.
 bool PollCommands();
 
-// Prints a thinking line unless they are off: plies, centipawns, centiseconds, nodes, moves.
+// Prints a thinking line if thinking output is on: plies, centipawns, centiseconds, nodes, moves.
 void PrintThinking(const SearchLine& line);
 
 // Records the root move in analyze_info for the status line. Always returns true: the search

@@ -33,7 +33,7 @@ constexpr std::size_t TEXT_SIZE = 128;
 // and need not touch their memory.
 bool is_fresh = false;
 
-// The fields of an entry's data, which fill it. All are signed numbers.
+// The bit fields of an entry's data word, which together use every bit. All are signed numbers.
 struct Field {
     int shift;
     int bits;

@@ -141,8 +141,8 @@ void Iterate(std::int32_t depth) {
     if (search_host.tell_iteration) search_host.tell_iteration(BestLine(plies));
 }
 
-// Returns the first move without randomness; else one of the exact moves at most the margin below
-// the first exact move.
+// Returns the first move if randomness is off. Otherwise picks at random among the moves with exact
+// scores that are at most RANDOM_MARGIN below that of the first such move.
 const RootMove& ChooseRootMove() {
     const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);

@@ -18,7 +18,7 @@ constexpr std::uint64_t ITERATION_GROWTH = 6;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
 
-// A long clock of at least this many increments allows an iteration two sixtieths of the clock plus
+// If a long clock is at least INCREMENTS_IN_CLOCK increments, an iteration may take 2/60 of it plus
 // three increments.
 constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
 constexpr std::uint64_t CLOCK_PARTS = 60;

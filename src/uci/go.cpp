@@ -208,7 +208,8 @@ std::optional<TimeLeft> ClockOf(const Request& request) {
                     ToCentiseconds(request.increment[board.side_to_move])};
 }
 
-// Searches for a mate in n moves one move deeper, because the search prunes some moves.
+// Returns the depth of the search. A mate in n moves gets n + 1 moves, because pruning may hide it
+// at first.
 std::int32_t DepthOf(const Request& request) {
     std::int64_t plies = MAX_DEPTH_PLIES;
     if (request.mate > 0)

@@ -8,7 +8,7 @@
 inline constexpr std::string_view QUIT_LINE = "quit";
 
 // Takes the next line if a whole one is available; never waits. A line of more than a megabyte
-// loses its excess.
+// is cut.
 bool TakeLine(std::string& line);
 
 // Takes the next line, waiting for it.

@@ -7,7 +7,7 @@
 
 namespace {
 
-std::string typed;   // and not yet read
+std::string typed;   // input that was typed but not yet read
 int events = 0;      // that wait
 int quiet_calls = 0; // of QuietConsole
 bool is_asked = false;

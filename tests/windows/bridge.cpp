@@ -1,7 +1,6 @@
-// bridge PROGRAM [WORD]...: runs a program of Windows under Wine on pipes as Windows has them.
-// Those that come from Linux cannot tell how much waits in them. What comes on standard input is
-// handed on, what the program says comes back, and either side's hanging up and the exit status
-// too.
+// bridge PROGRAM [WORD]...: runs a Windows program under Wine, connected by real Windows pipes.
+// Pipes inherited from Linux do not report how many bytes are waiting. Forwards standard input to
+// the program and its output back, and passes on the end of either and the exit status.
 #include <cstdio>
 #include <string>
 #include <thread>
