@@ -27,7 +27,7 @@ inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // A key's entries in the two tables of the full-width search, side by side in one cache line.
 struct alignas(2 * sizeof(HashEntry)) HashEntryPair {
-    HashEntry in_table_2; // deeper entries are kept until they age, see MaxAge
+    HashEntry in_table_2; // replaced by deeper entries, and after a few plies of the game
     HashEntry in_table_1; // always replaced
 };
 
