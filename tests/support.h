@@ -14,8 +14,7 @@ void StartAt(const std::string& fen);
 // Plays moves in either notation, separated by blanks. The test fails at an illegal one.
 void Play(const std::string& moves);
 
-// A search, or a game that the engine plays against itself, and the lines that other programs print
-// for it.
+// A search, or a game of the engine against itself, with the lines that other programs print.
 struct Reference {
     std::string name, fen, text;
     std::int32_t plies = 0;

@@ -17,8 +17,8 @@ inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k
 
 // The contents of a FEN text.
 struct Fen {
-    Piece board[SQUARES]; // the moved flag is clear on pawns at home and on kings and rooks that
-                          // may castle
+    // The moved flag is clear on pawns at home and on kings and rooks that may castle.
+    Piece board[SQUARES];
     Colour side;
     bool castling[COLOURS][CASTLE_SIDES]; // as the letters claim; the rook may be missing
     int en_passant;                       // the square passed over, or NO_SQUARE

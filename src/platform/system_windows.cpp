@@ -66,6 +66,7 @@ bool IsGone(DWORD error) {
 bool is_ended_by_interrupts = false;     // standard input
 std::atomic<bool> is_input_over = false; // an interrupt has ended it
 std::atomic<bool> is_closing = false;    // a closing console, or a logoff, has ended it for good
+std::atomic<bool> is_reading = false;    // ReadInput waits
 HANDLE main_thread = nullptr;
 
 BOOL WINAPI IgnoreInterrupt(DWORD event) {
@@ -83,12 +84,11 @@ BOOL WINAPI EndInput(DWORD event) {
     if (is_interrupt || !main_thread) return is_interrupt;
     constexpr DWORD PERIOD = 100; // milliseconds; the main thread may only be about to read
     for (;; Sleep(PERIOD)) {
-        CancelSynchronousIo(main_thread);
+        if (is_reading) CancelSynchronousIo(main_thread); // never the writing of a log
     }
 }
 
 std::atomic<bool> is_output_over = false; // the reader of standard output has closed it
-std::atomic<bool> is_reading = false;     // ReadInput waits
 
 // Ends a read when the other end of the output has closed, which nothing else does. A thread of its
 // own, because checking both pipes at every poll of the search would take twice the time.

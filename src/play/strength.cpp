@@ -27,7 +27,8 @@ constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
-// The node limits of levels 1800 and 2400, rising geometrically between them.
+// The node limits at FIRST_SEARCHING_ELO and at MAX_ELO; they rise geometrically between these
+// levels.
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 

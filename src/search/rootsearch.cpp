@@ -21,9 +21,9 @@ namespace {
 
 constexpr std::int32_t FIRST_DEPTH = Plies(3);
 constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
-// In centipawns: what a score that is only a bound loses, and within which moves count as equally
-// good.
+// Centipawns that are subtracted from a score that is only a bound.
 constexpr std::int32_t BOUND_PENALTY = 50;
+// Centipawns within which moves count as equally good.
 constexpr std::int32_t RANDOM_MARGIN = 3;
 
 struct RootMove {
