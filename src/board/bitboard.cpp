@@ -33,7 +33,7 @@ namespace {
 
 constexpr int DIAGONALS = 15;
 
-// Unmoved pieces: colour, then the FEN letter.
+// Piece codes of unmoved pieces: W or B for the colour, then the FEN letter of the type.
 constexpr Piece WP = UnmovedPiece(WHITE, PAWN), WN = UnmovedPiece(WHITE, KNIGHT);
 constexpr Piece WB = UnmovedPiece(WHITE, BISHOP), WR = UnmovedPiece(WHITE, ROOK);
 constexpr Piece WQ = UnmovedPiece(WHITE, QUEEN), WK = UnmovedPiece(WHITE, KING);
@@ -45,12 +45,12 @@ constexpr int RankStep(Colour colour) { return PAWN_STEP[colour] / BOARD_SIDE; }
 
 constexpr Bitboard Bit(int number) { return Bitboard{1} << number; }
 
-// The square's bit; 0 off the board.
+// Returns the bit of the square, or 0 if the square is off the board.
 constexpr Bitboard BitAt(int file, int rank) {
     return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
 }
 
-// One of the two families of diagonals: its lines in bit order.
+// The parallel diagonals of one direction, in the order of their bits.
 struct DiagonalSet {
     int length[DIAGONALS];
     int first_bit[DIAGONALS];
@@ -64,8 +64,8 @@ void FillPlainAndFileOrders() {
     }
 }
 
-// Assigns the bits diagonal by diagonal: a1h8 from a1 to h8, each from its lowest rank upwards;
-// a8h1 from a8 to h1, each from its highest rank downwards.
+// Numbers the bits of a rotated order, one diagonal after another. The a1h8 order starts at a1 and
+// goes up each diagonal. The a8h1 order starts at a8 and goes down each diagonal.
 DiagonalSet FillDiagonalOrder(bool is_a1h8) {
     DiagonalSet set{};
     int next_bit = 0;
@@ -111,8 +111,8 @@ void FillLeaperAttacks() {
     }
 }
 
-// Squares attacked by a slider at index `from` of a line: both ways, up to and including the first
-// occupied one.
+// Returns the squares that a slider at index `from` attacks along the line. The first occupied
+// square in each direction is included.
 Bitboard LineMoves(std::span<const int> line, int from, int occupancy) {
     Bitboard moves = 0;
     for (const int step : {-1, 1}) {
@@ -161,8 +161,8 @@ void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* s
     }
 }
 
-// Squares of a file from rank `first` on in steps of `step`, within ranks 2 to 7. A file off the
-// board gives none.
+// Returns the squares of a file on ranks 2 to 7, from rank `first` in steps of `step`. Returns 0 if
+// the file is off the board.
 Bitboard PawnFile(int file, int first, int step) {
     Bitboard squares = 0;
     for (int rank = first; rank >= RANK_2 && rank <= RANK_7; rank += step) {

@@ -1,5 +1,5 @@
-// Operations on bitboards, and the precomputed tables: rotated bit orders, attacks, rays and
-// pawn-structure masks. The tables are filled once at start-up and never written afterwards.
+// Bitboard operations and precomputed tables: rotated bit orders, attacks and pawn-structure masks.
+// The tables are filled once, at start-up.
 #pragma once
 
 #include "board/types.h"
@@ -14,8 +14,8 @@ inline constexpr Bitboard FILE_H_SQUARES = FILE_A_SQUARES << FILE_H;
 inline constexpr Bitboard BACK_RANKS = 0xFF000000000000FF; // ranks 1 and 8
 inline constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
-// Index of the lowest and of the highest set bit. The set must not be empty: std::countr_zero and
-// std::countl_zero would test that.
+// Return the index of the lowest and of the highest set bit. The set must not be empty. The
+// builtins are faster than std::countr_zero and std::countl_zero, which also test for 0.
 inline int FirstBitNumber(Bitboard set) {
     assert(set != 0);
     return __builtin_ctzll(set);
@@ -25,7 +25,7 @@ inline int LastBitNumber(Bitboard set) {
     return SQUARES - 1 - __builtin_clzll(set);
 }
 
-// Number of set bits, by the processor's instruction if the build allows it, else by table.
+// Returns the number of set bits. Builds without the POPCNT instruction use a table.
 inline int PopCount(Bitboard set) {
 #ifdef __POPCNT__
     return std::popcount(set);
@@ -42,10 +42,11 @@ inline int PopFirstBit(Bitboard& set) {
     return square;
 }
 
-// A set of squares in four bit orders. In `rank`, the plain order, bit n is square n. In the three
-// rotated orders the squares of a file or diagonal are adjacent bits: `a1h8` holds the diagonals
-// parallel to a8-h1 (constant file + rank), `a8h1` those parallel to a1-h8 (constant file - rank).
-// One aligned record, so that a few wide instructions update all four.
+// A set of squares in four bit orders. `rank` is the plain order: bit n is square n. In each of the
+// other orders, the squares of a file or diagonal are adjacent bits. `a1h8` is the order for
+// diagonals parallel to a8-h1 (constant file + rank). `a8h1` is the order for diagonals parallel to
+// a1-h8 (constant file - rank). The alignment lets a few vector instructions update all four
+// orders.
 struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard rank;
     Bitboard file;
@@ -61,21 +62,24 @@ inline void Toggle(RotatedSet& set, const RotatedSet& squares) {
     set.a8h1 ^= squares.a8h1;
 }
 
-// The set of one square, in the plain order and in all four.
+// The set that contains only the given square: in the plain order, and in all four orders.
 extern Bitboard BIT_RANK[SQUARES];
 extern RotatedSet BITS[SQUARES];
 
-// The first bit of a square's diagonal in its rotated order, and a mask as long as the diagonal.
+// Shifts and masks that extract the occupancy of a square's diagonal from a bitboard in rotated
+// order: (bitboard >> shift) & mask.
 extern std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
 extern std::uint64_t DIAG_MASK_A1H8[SQUARES];
 extern std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
 extern std::uint64_t DIAG_MASK_A8H1[SQUARES];
 
-// Squares that a slider attacks along one line, by LineIndex. Includes the first piece each way.
+// Index into the MOVES tables: a square, and the occupancy of its rank, file or diagonal.
 inline constexpr int OCCUPANCIES = 256;
 constexpr int LineIndex(int square, std::uint64_t occupancy) {
     return square * OCCUPANCIES + static_cast<int>(occupancy);
 }
+
+// Squares that a slider attacks along one line, including the first piece in each direction.
 extern Bitboard MOVES_RANK[SQUARES * OCCUPANCIES];
 extern Bitboard MOVES_FILE[SQUARES * OCCUPANCIES];
 extern Bitboard MOVES_A1H8[SQUARES * OCCUPANCIES];
@@ -84,30 +88,30 @@ extern Bitboard MOVES_A8H1[SQUARES * OCCUPANCIES];
 extern Bitboard ATTACKS_KNIGHT[SQUARES];
 extern Bitboard ATTACKS_KING[SQUARES];
 extern Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
-extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // rank 4 or 5: the squares beside; else empty
+extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // neighbouring squares on rank 4 or 5; 0 on other ranks
 
-inline constexpr int KING_DISTANCES = 4;                 // rows 1 to 3 are used
-extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];         // the file ahead
-extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // at king distance 1 to d
-extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // at king distance d
+inline constexpr int KING_DISTANCES = 4;                 // distances 1 to 3 are used
+extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];         // squares ahead on the same file
+extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // [d]: squares at king distance 1 to d
+extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // [d]: squares at king distance d
 
-// Pawn structure, all within ranks 2 to 7.
-extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // three files ahead
-extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // neighbouring files ahead
-extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files, level and behind
-extern Bitboard PAWN_ISOLATED[SQUARES];            // both neighbouring files
-extern Bitboard PAWN_DOUBLED[SQUARES];             // the rest of the own file
+// Masks for the pawn structure. They contain only squares on ranks 2 to 7.
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on three files
+extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on the neighbouring files
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files, same rank and behind
+extern Bitboard PAWN_ISOLATED[SQUARES];            // all squares of the neighbouring files
+extern Bitboard PAWN_DOUBLED[SQUARES];             // the other squares of the same file
 
-// The initial board, from a1 to h8, and its bitboards.
+// The initial position from a1 to h8, and its bitboards.
 extern const Piece NEW_POSITION[SQUARES];
 extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
 extern RotatedSet NEW_PIECES_ALL[COLOURS];
 
-// One step of a knight or king: file step and rank step.
+// Moves of the knight and the king: X is the file offset, Y the rank offset.
 inline constexpr std::int32_t KNIGHT_X[] = {1, 2, 2, 1, -1, -2, -2, -1};
 inline constexpr std::int32_t KNIGHT_Y[] = {-2, -1, 1, 2, 2, 1, -1, -2};
 inline constexpr std::int32_t KING_X[] = {0, 1, 1, 1, 0, -1, -1, -1};
 inline constexpr std::int32_t KING_Y[] = {-1, -1, 0, 1, 1, 1, 0, -1};
 
-// Fills all tables of this header; call once, after InitializeUtility.
+// Fills all tables of this header. Call once, after InitializeUtility.
 void InitializeBitBoard();

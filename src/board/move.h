@@ -1,36 +1,37 @@
-// The move record, lists of moves, and predicates that read only the record.
+// The move record, move lists, and predicates that depend only on the move.
 #pragma once
 
 #include "board/types.h"
 
 #include <cstdint>
 
-// A field that depends on a flag is undefined unless the flag is set. The book file stores these 32
-// bytes in this layout.
+// A record with a negative `from` is a fake move, which stands for no move. The en_passant_* fields
+// are defined only if `en_passant` is set, the rook_* fields only if `castle` is set. The book file
+// stores moves in this layout.
 struct Move {
-    std::int32_t from; // negative: a fake move, that is, no move
-    std::int32_t to;   // castling: the king's target; en passant: the empty square moved to
-    Piece piece;       // on `from`, before the move
-    Piece captured;    // on `to`, before the move; NO_PIECE for en passant
-    Piece promoted;    // on `to`, after the move
+    std::int32_t from; // negative in a fake move
+    std::int32_t to;   // the king's target square if castling
+    Piece piece;       // piece on `from` before the move
+    Piece captured;    // piece on `to` before the move; NO_PIECE in an en-passant capture
+    Piece promoted;    // piece on `to` after the move, promoted or not
     std::uint8_t en_passant;
     std::uint8_t castle;
-    std::int32_t en_passant_square; // square and code of the pawn captured en passant
+    std::int32_t en_passant_square; // square of the captured pawn
     std::int32_t en_passant_piece;
-    std::int32_t rook_from; // castling: the rook's squares
+    std::int32_t rook_from;
     std::int32_t rook_to;
 };
 static_assert(sizeof(Move) == 32);
 
 inline constexpr std::int32_t NO_SQUARE = -1;
 
-// Capacity of a move list; far above the pseudo-legal moves of any position.
+// Capacity of a move list. Every position has far fewer pseudo-legal moves.
 inline constexpr int MAX_MOVES = 512;
 
-// Moves in generation order; only the first `count` records are valid.
+// Only the first `count` moves are valid.
 struct MoveList {
     std::int32_t count = 0;
-    std::int32_t prefetched = 0; // first moves whose children the search has prefetched
+    std::int32_t prefetched = 0; // number of leading moves with prefetched hash slots
     Move moves[MAX_MOVES];
 };
 
@@ -39,10 +40,10 @@ inline Move* end(MoveList& list) { return list.moves + list.count; }
 inline const Move* begin(const MoveList& list) { return list.moves; }
 inline const Move* end(const MoveList& list) { return list.moves + list.count; }
 
-// True if the squares are the same; the promotion is ignored.
+// True if both moves have the same squares. Promotions are ignored.
 inline bool IsEqualMove(const Move& a, const Move& b) { return a.from == b.from && a.to == b.to; }
 
-// True if squares and promotion are the same.
+// True if both moves have the same squares and the same promotion.
 inline bool IsSameMove(const Move& a, const Move& b) {
     return IsEqualMove(a, b) && TypeOf(a.promoted) == TypeOf(b.promoted);
 }
@@ -59,7 +60,8 @@ inline bool IsCaptureMove(const Move& move) {
     return move.captured != NO_PIECE || move.en_passant != 0;
 }
 
-// True for a move of a pawn of either colour to rank 1, 2, 7 or 8.
+// True if a pawn moves to its seventh or eighth rank. The colour need not be tested: only black
+// pawns move to ranks 1 and 2.
 inline bool IsPawnToSeventhMove(const Move& move) {
     const int rank = RankOf(move.to);
     return TypeOf(move.piece) == PAWN && (rank <= RANK_2 || rank >= RANK_7);

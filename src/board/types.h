@@ -1,4 +1,4 @@
-// The vocabulary of the whole engine: colours, piece codes, squares and bitboards.
+// Basic types of the engine: colours, piece codes, squares and bitboards.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@ inline constexpr int COLOURS = 2;
 
 constexpr Colour Opponent(Colour colour) { return static_cast<Colour>(colour ^ 1); }
 
-// Bit 2 marks the sliders: types 5 and 7 move along diagonals, types 6 and 7 along ranks and files.
+// Bit 2 marks the sliders. Types 5 and 7 move along diagonals, types 6 and 7 along ranks and files.
 enum PieceType : std::uint8_t {
     NO_PIECE_TYPE = 0,
     PAWN = 1,
@@ -20,8 +20,8 @@ enum PieceType : std::uint8_t {
 };
 inline constexpr int PIECE_TYPES = 8;
 
-// A piece code: the type in bits 0 to 2, the moved flag in bit 3, white in bit 6, black in bit 7;
-// 0 is an empty square. The moved flag carries castling rights and the pawn's double step.
+// A piece code: the type in bits 0 to 2, the moved flag in bit 3, white in bit 6, black in bit 7.
+// An empty square is 0. Castling and the pawn's double step require a clear moved flag.
 using Piece = std::uint8_t;
 inline constexpr Piece NO_PIECE = 0;
 inline constexpr Piece TYPE_BITS = 0x07;
@@ -36,12 +36,12 @@ constexpr Piece UnmovedPiece(Colour colour, PieceType type) {
 }
 constexpr bool IsMoved(Piece piece) { return (piece & MOVED_FLAG) != 0; }
 
-// Index into tables by colour and type, 0 to 15.
+// Indices into tables by colour and type, 0 to 15.
 inline constexpr int PIECE_INDICES = COLOURS * PIECE_TYPES;
 constexpr int PieceIndex(Colour colour, int type) { return colour * PIECE_TYPES + type; }
 constexpr int PieceIndex(Piece piece) { return PieceIndex(ColourOf(piece), TypeOf(piece)); }
 
-// Squares run from a1 = 0 along the ranks to h8 = 63.
+// Squares are numbered rank by rank: a1 = 0, b1 = 1, h8 = 63.
 inline constexpr int SQUARES = 64;
 inline constexpr int BOARD_SIDE = 8;
 inline constexpr int RANK_1 = 0;
@@ -62,18 +62,19 @@ constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
 }
 
-// Index into tables by colour, type and square. An int type and an unsigned result save
+// Index into tables by colour, type and square. An int `type` and an unsigned result avoid
 // conversions in hot code.
 constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
     return static_cast<std::uint32_t>(PieceIndex(colour, type) * SQUARES + square);
 }
 
-// The step of a pawn to the square ahead.
+// Offset from a pawn's square to the square ahead.
 inline constexpr int PAWN_STEP[COLOURS] = {BOARD_SIDE, -BOARD_SIDE};
 
-// The squares from which kings and rooks castle.
 enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
 inline constexpr int CASTLE_SIDES = 2;
+
+// Squares from which kings and rooks castle.
 inline constexpr int KING_HOME[COLOURS] = {SquareOf(FILE_E, RANK_1), SquareOf(FILE_E, RANK_8)};
 inline constexpr int ROOK_HOME[COLOURS][CASTLE_SIDES] = {
     {SquareOf(FILE_H, RANK_1), SquareOf(FILE_A, RANK_1)},
