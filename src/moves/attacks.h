@@ -1,5 +1,5 @@
-// Attack queries: sliding attacks by rotated bitboards, the king-capture test that decides
-// legality, and the tests for castling squares and en-passant rights.
+// Attack queries: sliding attacks by rotated bitboards, the test for a capturable king, and the
+// tests for castling and en passant.
 #pragma once
 
 #include "board/move.h"
@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-// Squares attacked by a rook, bishop or queen on the square. Includes the first piece in each
-// direction, of either colour.
+// Squares attacked by a rook, bishop or queen on the square. The first piece in each direction is
+// included, whatever its colour.
 inline Bitboard RookAttacks(int square) {
     const Bitboard by_rank = board.pieces_all[WHITE].rank | board.pieces_all[BLACK].rank;
     const Bitboard by_file = board.pieces_all[WHITE].file | board.pieces_all[BLACK].file;
@@ -42,7 +42,7 @@ bool IsAttackedBy(int square) {
     const Bitboard queens = PiecesOf(US, QUEEN);
     const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(square);
     const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(square);
-    // Look up the occupancy only if a slider is on a line with the square.
+    // Skip the occupancy look-up if no slider is on a line with the square.
     return (straight && (RookAttacks(square) & straight)) ||
            (diagonal && (BishopAttacks(square) & diagonal)) ||
            (ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT)) ||
@@ -56,10 +56,10 @@ bool IsKingCapturableBy() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
-// From-squares of moves that may be illegal: all when in check; else the king's and those of pieces
-// that may be pinned, the first on each line from the king along which an enemy slider could
-// attack. En-passant captures may be illegal from any square, because they take two pieces off a
-// line.
+// Returns a set of from-squares. Pseudo-legal moves from all other squares are legal, except
+// en-passant captures. In check, the set is the whole board. Otherwise it contains the king and
+// every piece that may be pinned. En-passant captures may always be illegal, because they remove
+// two pieces from a line.
 template <Colour US>
 Bitboard MaybeIllegalFrom() {
     constexpr Colour THEM = Opponent(US);
@@ -76,15 +76,15 @@ inline bool IsMaybeIllegal(const Move& move, Bitboard from_squares) {
     return (BIT_RANK[move.from] & from_squares) || move.en_passant;
 }
 
-// True if the side to move could capture the enemy king, which means that the last move was
-// illegal.
+// True if the side to move could capture the enemy king. The last move was then illegal.
 inline bool HaveKingCaptures() {
     return board.side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
-// True if the opponent of the side to move attacks the square, which prevents castling across it.
+// True if the opponent of the side to move attacks the square. A castling king must not start on,
+// cross or reach such a square.
 bool PreventedCastle(int square);
 
 // True if the move is a double step that an enemy pawn can legally capture en passant. Call after
-// the move is on the board and before side_to_move changes.
+// the pawn has moved on the board and before side_to_move changes.
 bool IsEnPassantEnablingMove(const Move& move);

@@ -8,15 +8,14 @@
 
 namespace {
 
-// Victims, other than the king, in generation order.
+// Types of captured pieces in generation order. Captures of the king are generated separately.
 constexpr PieceType PIECES_TO_CAPTURE[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
-// Each Add function takes the next free slot and returns the slot after the last move that it
-// added.
+// The Add functions write moves from slot `next` on. They return the slot after the last move.
 
 Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece promoted) {
     next->from = from;
@@ -50,7 +49,7 @@ Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) 
     return next;
 }
 
-// Captures of the piece on the square, which must be a victim.
+// Adds the captures of the piece on the square, which must be in victims.squares.
 template <Colour US>
 Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
     const Piece captured = board.position[square];
@@ -86,8 +85,8 @@ Move* AddEnPassant(Move* next, const Move& last_move) {
     return next;
 }
 
-// The enemy pieces that US attacks. Most are not attacked, so this saves most searches for
-// attackers.
+// Returns the enemy pieces that US attacks. The generator then looks for attackers of these pieces
+// only, which saves time.
 template <Colour US>
 Victims FindVictims() {
     const Bitboard pawns = PiecesOf(US, PAWN);
@@ -110,15 +109,15 @@ Victims FindVictims() {
     return {board.pieces_all[Opponent(US)].rank & attacked, diagonal, straight};
 }
 
-// Castling to one side, as steps from the king's home square.
+// Castling to one side. All values are offsets from the king's home square.
 struct CastlingWay {
     int rook_to, king_to;
-    int empty[3]; // squares between king and rook; 0: unused
+    int empty[3]; // squares between king and rook; 0 marks an unused element
 };
 constexpr CastlingWay CASTLING_WAYS[CASTLE_SIDES] = {{1, 2, {1, 2, 0}}, {-1, -2, {-1, -2, -3}}};
 
-// True if the squares between are empty, the rook is unmoved and the king crosses no attacked
-// square.
+// True if the squares between king and rook are empty, the rook is unmoved, and the king crosses no
+// attacked square.
 bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
     for (const int step : way.empty) {
         if (step != 0 && board.position[king + step] != NO_PIECE) return false;
@@ -144,7 +143,7 @@ Move* AddCastling(Move* next) {
     return next;
 }
 
-// Adds the targets in an order that puts forward moves first for either side.
+// Adds moves to the target squares, forward moves first for both colours.
 template <Colour US>
 Move* AddQuiet(Move* next, int from, Bitboard targets) {
     while (targets) {
@@ -189,7 +188,7 @@ void EndListAt(MoveList& list, const Move* end) {
     assert(list.count <= MAX_MOVES);
 }
 
-// The victims of the most valuable type. At least one victim must not be a king.
+// Returns the victims of the most valuable type. There must be a victim other than the king.
 template <Colour US>
 Bitboard MostValuable(Bitboard victims) {
     const PieceType* type = PIECES_TO_CAPTURE;

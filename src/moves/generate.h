@@ -1,39 +1,40 @@
-// Generation of pseudo-legal moves: they may leave the own king in check.
-// The order is part of the contract: the hash tables store moves as indices into it.
+// Generates pseudo-legal moves, which may leave the mover's own king in check. The order of
+// generation must not change, because the hash tables store moves as indices in this order.
 #pragma once
 
 #include "board/move.h"
 
 #include <cstdint>
 
-// Fills the list with the captures, capture promotions and en-passant captures of the side to move,
-// most valuable victim first and for each victim the least valuable attacker first. King captures
-// come first and, when there are any, alone but for en-passant captures. `last_move`, the move that
-// led here or null, decides en passant.
+// Fills the list with all captures of the side to move, including capture promotions. The most
+// valuable victim comes first, and for each victim the least valuable attacker. En-passant captures
+// come last. If the enemy king can be captured, the only other moves are en-passant captures.
+// `last_move` is the move that led to the position, or null. En passant is generated if that move
+// was a double step.
 void GenerateCaptures(MoveList& list, const Move* last_move);
 
-// Appends castling, quiet piece moves and pawn advances with promotions, in that order.
+// Appends castling, quiet piece moves, and pawn advances with promotions, in that order.
 void GenerateNonCaptures(MoveList& list);
 
-// Captures, then the other moves.
+// Fills the list with the captures, followed by the other moves.
 void GenerateAllMoves(MoveList& list, const Move* last_move);
 
-// The same for a known side to move.
+// Faster variants for callers that know the side to move, US.
 template <Colour US>
 void GenerateCaptures(MoveList& list, const Move* last_move);
 template <Colour US>
 void GenerateNonCaptures(MoveList& list);
 
-// What the second step of GenerateCaptures needs from the first.
+// Result of GenerateFirstCaptures and input of GenerateOtherCaptures.
 struct Victims {
-    Bitboard squares;  // enemy pieces that can be captured
-    Bitboard diagonal; // attacked along diagonals by bishops and queens of the side to move
-    Bitboard straight; // attacked along ranks and files by rooks and queens of the side to move
+    Bitboard squares;  // attacked enemy pieces whose captures are not yet in the list
+    Bitboard diagonal; // squares that bishops and queens attack along diagonals
+    Bitboard straight; // squares that rooks and queens attack along ranks and files
 };
 
-// GenerateCaptures in two steps, for a caller that can use the first moves early. The first step
-// generates the captures of one victim and returns the other victims (none if the first is a king);
-// the second adds their captures and en passant.
+// GenerateCaptures in two steps, so that a caller can use the first moves early. The first step
+// fills the list with the captures of one victim and returns the other victims, or none if the
+// victim is the king. The second step appends the captures of the other victims, then en passant.
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list);
 template <Colour US>

@@ -13,9 +13,10 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// The castling keys that the first move of a king or rook changes: those whose other piece was
-// unmoved before the move. An unmoved rook on the king's home square counts as its own other piece.
-// Call after the move is on the board and before a castling rook moves.
+// Returns the castling keys that the first move of a king or rook changes. A key changes only if
+// the piece on the other home square of that castling was unmoved. A FEN may put an unmoved rook on
+// the king's home square. This rook then counts as the unmoved king. Call after the move is on the
+// board and before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -36,7 +37,8 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
     return keys;
 }
 
-// Moves the mover in its sets and its square sum: step 1 makes the move, step -1 unmakes it.
+// Moves the piece in the bitboards and in piece_square_eval. `step` is 1 to make the move, -1 to
+// unmake it.
 template <Colour US>
 [[gnu::always_inline]] inline void ToggleMover(int from, int to, int type, int promoted, int step) {
     Toggle(board.pieces_all[US], BITS[from]);
@@ -47,8 +49,8 @@ template <Colour US>
         step * (PieceSquareEval(US, promoted, to) - PieceSquareEval(US, type, from));
 }
 
-// Restores (step 1) or removes (step -1) the captured piece, except in `position`, which the caller
-// updates.
+// Restores (step 1) or removes (step -1) the captured piece in the bitboards, sums and counts. The
+// caller updates board.position.
 template <Colour THEM>
 [[gnu::always_inline]] inline void ToggleVictim(int type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);
@@ -57,14 +59,15 @@ template <Colour THEM>
     board.pieces_on_board[THEM] += step * (type != PAWN);
 }
 
-// Counts the promoted piece instead of the pawn (step 1), or the reverse (step -1).
+// Updates pieces_on_board and piece_weight_eval for a promotion. `step` is 1 to make the move, -1
+// to unmake it.
 template <Colour US>
 void CountPromotion(int promoted, int step) {
     board.pieces_on_board[US] += step;
     board.piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
-// Makes or unmakes the rook's part of castling; returns the change of the key.
+// Moves the castling rook and flips its moved flag. Returns the change of the hash key.
 template <Colour US>
 std::uint64_t MoveCastlingRook(int from, int to) {
     TogglePieceOnBitBoard(US, ROOK, from);
@@ -75,8 +78,8 @@ std::uint64_t MoveCastlingRook(int from, int to) {
     return PieceKey(US, ROOK, from) ^ PieceKey(US, ROOK, to);
 }
 
-// The rare parts of a move: castling, lost castling rights, en passant, promotion. Kept out of line
-// for speed.
+// Makes the rare parts of a move: castling, lost castling rights, en passant, promotion. Not
+// inlined, because this makes MakeMove faster.
 template <Colour US>
 [[gnu::noinline]] void MakeSpecial(const Move& move) {
     constexpr Colour THEM = Opponent(US);

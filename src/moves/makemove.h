@@ -1,4 +1,5 @@
-// Making and unmaking moves on the position, in strict last-in first-out order, and legality.
+// Makes and unmakes moves on `board`, and tests whether moves are legal. Moves must be unmade in
+// reverse order.
 #pragma once
 
 #include "board/move.h"
@@ -6,13 +7,13 @@
 
 #include <cstdint>
 
-// Makes a pseudo-legal move of the side to move; does not test its legality.
+// Makes a pseudo-legal move of the side to move. Does not test whether the move is legal.
 void MakeMove(const Move& move);
 
-// Unmakes the last move made; `move` must be the same record.
+// Unmakes the last move. `move` must be unchanged since MakeMove.
 void UnMakeMove(const Move& move);
 
-// The same for a known mover US.
+// Faster variants for callers that know the mover's colour, US.
 template <Colour US>
 void MakeMove(const Move& move);
 template <Colour US>
@@ -21,19 +22,20 @@ void UnMakeMove(const Move& move);
 // True if the pseudo-legal move does not leave the mover's king in check.
 bool IsLegalMove(const Move& move);
 
-// Fills the list with the legal moves of the side to move, in generation order.
+// Fills the list with the legal moves of the side to move, in generation order. `last_move` is the
+// move that led to the position, or null.
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move);
 
-// The null move: the side to move passes, which ends an en-passant right.
+// A null move: the side to move passes, and the right to capture en passant ends.
 void MakeNullMove();
 void UnMakeNullMove();
 
-// The key after a null move.
 inline std::uint64_t KeyAfterNullMove() {
     return board.zobrist_key ^ board.zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
 }
 
-// The likely key after the move: ignores castling and en passant. For prefetching only.
+// Returns the hash key after the move, without the changes by castling, castling rights and en
+// passant. Use only for prefetching.
 template <Colour US>
 std::uint64_t LikelyKeyAfter(const Move& move) {
     std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, TypeOf(move.piece), move.from) ^
