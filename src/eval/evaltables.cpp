@@ -8,7 +8,7 @@
 
 namespace {
 
-// White's table, as printed: rank 8 on top, file a on the left.
+// A piece-square table for white in reading order: a8 first, h1 last.
 using Diagram = std::array<std::int32_t, SQUARES>;
 
 // clang-format off

@@ -1,20 +1,20 @@
-// Scoring tables of the evaluation, in centipawns, and the position's two incremental sums.
+// Piece values and piece-square tables, in centipawns.
 #pragma once
 
 #include "board/types.h"
 
 #include <cstdint>
 
-// Value of each piece type. No sum includes the king's.
+// Value of each piece type. The king's value is never added to a sum.
 inline constexpr std::int32_t PIECE_WEIGHT[PIECE_TYPES] = {0, 100, 300, 1'000'000,
                                                            0, 300, 500, 900};
 
-inline constexpr int GAME_PHASES = 3; // many pieces, some, few
+inline constexpr int GAME_PHASES = 3; // phase 0 has the most pieces, phase 2 the fewest
 
-// By (piece index) * 64 + square; the rows of kings and queens are 0.
+// Index: PieceSquareIndex. All values of kings and queens are 0.
 extern std::int32_t PIECE_SQUARE_EVAL[PIECE_INDICES * SQUARES];
 
-// By (colour * GAME_PHASES + phase) * 64 + square.
+// Index: (colour * GAME_PHASES + phase) * SQUARES + square.
 extern std::int32_t KING_PIECE_SQUARE_EVAL[COLOURS * GAME_PHASES * SQUARES];
 
 inline std::int32_t PieceSquareEval(Colour colour, int type, int square) {
@@ -25,11 +25,12 @@ inline std::int32_t KingPieceSquareEval(Colour colour, int phase, int square) {
     return KING_PIECE_SQUARE_EVAL[(colour * GAME_PHASES + phase) * SQUARES + square];
 }
 
-// Copies a table of 64 values with its ranks reversed.
+// Copies a table of 64 values and reverses the order of the ranks.
 void ReverseBoard(const std::int32_t* source, std::int32_t* destination);
 
-// Fills both tables, the black halves by mirroring the white ones. Call once, at start-up.
+// Fills both piece-square tables. The values for black mirror those for white. Call once, at
+// start-up.
 void InitializeEvaluate();
 
-// Computes piece_weight_eval and piece_square_eval from the board.
+// Computes board.piece_weight_eval and board.piece_square_eval from the pieces on the board.
 void NewEvaluation();

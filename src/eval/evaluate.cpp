@@ -5,7 +5,9 @@
 
 namespace {
 
-// Centipawns for each piece or pawn that is counted.
+// Evaluation terms, in centipawns. The _OPEN terms apply if the enemy has a rook and no pawn ahead
+// on the file. ISOLATED_OPEN replaces ISOLATED. BACKWARD_OPEN is added to the term for backward
+// pawns.
 constexpr std::int32_t SHELTER_NEAR = 12;
 constexpr std::int32_t SHELTER_FAR = 5;
 constexpr std::int32_t DANGER = -12;
@@ -14,19 +16,19 @@ constexpr std::int32_t PASSED = 24;
 constexpr std::int32_t PASSED_PROTECTED = 32;
 constexpr std::int32_t DOUBLED = -12;
 constexpr std::int32_t ISOLATED = -15;
-constexpr std::int32_t ISOLATED_OPEN = -33; // on a file where an enemy rook can attack it
+constexpr std::int32_t ISOLATED_OPEN = -33;
 constexpr std::int32_t BACKWARD_EDGE = -5;
 constexpr std::int32_t BACKWARD = -12;
-constexpr std::int32_t BACKWARD_OPEN = -15; // added where an enemy rook can attack it
+constexpr std::int32_t BACKWARD_OPEN = -15;
 
-// The phase, by the number of pieces other than pawns, kings included.
+// Returns the game phase, 0 to 2. Kings count as pieces, pawns do not.
 int GamePhase() {
     const std::int32_t pieces = board.pieces_on_board[WHITE] + board.pieces_on_board[BLACK];
     if (pieces > 8) return 0;
     return pieces >= 4 ? 1 : 2;
 }
 
-// Own pawns that shelter the king, and enemy pieces near it.
+// Scores the pawn shelter of the king and the enemy pieces near the king.
 template <Colour US>
 std::int32_t KingSafety(int king) {
     constexpr Colour THEM = Opponent(US);
@@ -62,16 +64,16 @@ std::int32_t PawnStructure() {
     return score;
 }
 
-// Cache of pawn-structure scores: most positions of a tree share their pawn structure.
+// A cache of pawn-structure scores. Many positions of a search tree have the same pawns.
 struct PawnEntry {
-    Bitboard white; // pawns; bit 0, never a pawn's, is set if there is a rook
+    Bitboard white; // white pawns; bit 0 (a1) is set if white has a rook
     Bitboard black;
     std::int32_t score;
 };
 constexpr int PAWN_SLOT_BITS = 11;
 PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 
-// Kept out of line, which makes the look-up faster.
+// Not inlined, because this makes cache hits faster.
 [[gnu::noinline]] void Fill(PawnEntry& entry, Bitboard white, Bitboard black) {
     entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
 }
@@ -87,7 +89,7 @@ std::int32_t PawnScore() {
     return entry.score;
 }
 
-// The score of one colour without its pawn structure.
+// Returns the score of one colour without the pawn structure.
 template <Colour US>
 std::int32_t EvaluateColour(int phase) {
     const int king = KingSquare(US);
