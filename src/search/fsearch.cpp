@@ -20,33 +20,33 @@
 
 namespace {
 
-constexpr std::int32_t REPETITION_WINDOW = 30; // plies of key history searched
+constexpr std::int32_t REPETITION_WINDOW = 30; // in plies
 
-// The depths and plies at which each step applies.
+// Limits for the steps of a node. Depths and plies are in quarter-plies.
 constexpr std::int32_t HORIZON_MAX_DEPTH = Plies(1) - 1;
 constexpr std::int32_t NULL_MOVE_MIN_DEPTH = Plies(3);
 constexpr std::int32_t PRUNING_MIN_PLY = Plies(3);
 constexpr std::int32_t FUTILITY_MAX_DEPTH = Plies(4);
 constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
-constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // centipawns
-constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // other than pawns, kings included
+constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // in centipawns
+constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // both sides; kings count, pawns do not
 
-// The steps of a node and their functions. Callees are defined before their callers.
-//  1. Poll the limits and the host               Search
-//  2. Draws by repetition or material            IsDraw
-//  3. Transposition tables                       ProbeHashTable
-//  4. Horizon                                    QuiescenceSearch
-//  5. An illegal last move loses                 SearchInterior
-//  6. Null move                                  SearchNullMove
-//  7. Reverse futility pruning                   ReverseFutility
-//  8. Generate the captures                      SearchNode
-//  9. Internal iterative deepening               DeepenInternally
-// 10. Search the captures, then the other moves  SearchMoves
-// 11.   Extensions                               ChildDepth
-// 12.   Principal-variation search               SearchMove
-// 13. Stalemate, and the result into the tables  EndNode
+// The steps of a node, and the function for each step. Every function is defined before its
+// callers.
+//  1. Poll the limits and the host                     Search
+//  2. Detect draws by repetition or material           IsDraw
+//  3. Probe the hash tables                            ProbeHashTable
+//  4. Start the quiescence search at the horizon       QuiescenceSearch
+//  5. End the node if the last move was illegal        SearchInterior
+//  6. Try a null move                                  SearchNullMove
+//  7. Reverse futility pruning                         ReverseFutility
+//  8. Generate the captures                            SearchNode
+//  9. Internal iterative deepening                     DeepenInternally
+// 10. Search the captures, then the other moves        SearchMoves
+// 11.   Extend the depth of a move                     ChildDepth
+// 12.   Search a move by principal-variation search    SearchMove
+// 13. Detect stalemate and store the result            EndNode
 
-// One node of the search.
 struct Node {
     std::int32_t alpha;
     std::int32_t beta;
@@ -55,21 +55,21 @@ struct Node {
     const Move* last_move;
     PvLine* pv;
     std::uint8_t extended;
-    std::int32_t hash_index;   // the hash move's index, in generation order
-    bool raised_alpha = false; // some move has
+    std::int32_t hash_index;   // index of the hash move in generation order
+    bool raised_alpha = false; // true once a move has raised alpha
     std::int32_t best = -MATE_EVAL;
-    std::int32_t best_index = NO_MOVE_INDEX; // in generation order
+    std::int32_t best_index = NO_MOVE_INDEX; // index of the best move in generation order
 };
 
 template <Colour US>
 std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
                     const Move* last_move, PvLine* pv, std::uint8_t extended);
 
-// The lines of the nodes on the search line, by ply.
+// Principal variations of the nodes on the current search line, indexed by ply.
 PvLine pv_lines[MAX_LINE_PLIES];
 
-// True if the position occurs for the third time within the window. A position cannot recur in
-// fewer than four plies.
+// True if the position occurs for the third time within the last REPETITION_WINDOW plies. A
+// position cannot occur again in fewer than four plies.
 bool IsRepetition() {
     int occurrences = 1;
     const std::int32_t oldest = std::max(0, board.zobrist_ply_number - REPETITION_WINDOW);
@@ -97,13 +97,15 @@ bool IsNullMoveAllowed(const Node& node) {
            Evaluate<US>() >= node.beta;
 }
 
-// The null move takes a ply; the search after it is reduced by one to three more.
+// Returns the depth of the search after a null move: one ply less for the null move itself, and a
+// further reduction of one to three plies.
 std::int32_t NullMoveDepth(std::int32_t depth) {
     if (depth < Plies(4)) return depth - Plies(2);
     return depth < Plies(8) ? depth - Plies(3) : depth - Plies(4);
 }
 
-// The side to move passes. Returns a score of at least beta, or UNKNOWN_EVAL.
+// Returns the score of the null move if the score is at least beta and not a mate score. Otherwise
+// returns UNKNOWN_EVAL.
 template <Colour US>
 std::int32_t SearchNullMove(const Node& node) {
     assert(!search_info.null_move);
@@ -128,7 +130,8 @@ bool IsFutilityAllowed(const Node& node) {
            !IsKingCapturableBy<Opponent(US)>();
 }
 
-// Margins above beta, in centipawns: to cut at once, and to reduce the depth.
+// Margins above beta, in centipawns. A static score beyond `cut` ends the node. A static score
+// beyond `reduce` reduces the depth by one ply.
 struct FutilityMargins {
     std::int32_t cut;
     std::int32_t reduce;
@@ -140,8 +143,8 @@ FutilityMargins MarginsAt(std::int32_t depth) {
     return {900, 700};
 }
 
-// Reverse futility pruning: far above beta, cut, or reduce node.depth. Returns the score that ends
-// the node, or UNKNOWN_EVAL.
+// Reverse futility pruning: if the static score is far above beta, ends the node or reduces
+// node.depth. Returns the score of the node, or UNKNOWN_EVAL if the search of the node must go on.
 template <Colour US>
 std::int32_t ReverseFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
@@ -153,7 +156,7 @@ std::int32_t ReverseFutility(Node& node) {
     return QuiescenceSearch<US>(node.alpha, node.beta, node.ply, node.last_move);
 }
 
-// Internal iterative deepening: a shallower search finds the hash move.
+// Internal iterative deepening: searches the node to a lower depth to find a hash move.
 template <Colour US>
 void DeepenInternally(Node& node) {
     const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
@@ -167,15 +170,16 @@ void DeepenInternally(Node& node) {
     }
 }
 
-// True if the last move captured a piece of its own value. Not for en passant, whose `captured` is
-// empty and so has the value 0.
+// True if the last move captured a piece of the same value as the capturing piece. False for
+// en-passant captures, because their `captured` field is empty.
 bool IsEqualTrade(const Move* last_move) {
     return last_move &&
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
 }
 
-// The depth after a move that has been made: one ply less, or the same for a check, a recapture and
-// a pawn move to the seventh or eighth rank.
+// Returns the depth for the child after `move`, which has been made. Checks, recaptures and pawn
+// moves to the seventh or eighth rank are extended by one ply, so the child has the depth of the
+// node.
 template <Colour US>
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
     const bool is_extended = (is_recapturing && move.to == node.last_move->to) ||
@@ -183,8 +187,8 @@ std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing)
     return is_extended ? node.depth : node.depth - QUARTER_PLIES;
 }
 
-// Principal-variation search: once a move has raised alpha, the others get a zero window first, and
-// the full window only if they beat alpha in it.
+// Principal-variation search: after a move has raised alpha, the other moves are first searched
+// with a zero window. A move that beats alpha is searched again with the full window.
 template <Colour US>
 std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, PvLine* child_pv) {
     const std::int32_t ply = node.ply + QUARTER_PLIES;
@@ -197,8 +201,9 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-// The index of a searched move in generation order: the hash move and the first one were swapped.
-// An index outside the list (a key collision) is passed on; readers ignore it.
+// Converts the index of a searched move to generation order: the hash move and the first move were
+// swapped. After a key collision, the hash index and the result may be outside the list. Readers of
+// the hash tables ignore such an index.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -207,7 +212,8 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
 
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
-// Searches a batch of moves; their indices in generation order begin at `base`.
+// Searches the moves of the list. `base` is the index of the first of these moves in generation
+// order.
 template <Colour US>
 LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
@@ -230,8 +236,8 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // Deliberately the index as searched, which after the swap with the hash move is not
-            // that in generation order. The recorded node counts depend on it.
+            // The stored index deliberately ignores the swap with the hash move: a corrected index
+            // would change the node counts that the tests expect.
             StoreHashTable(board.zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
@@ -239,10 +245,11 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     return LoopEnd::ALL_SEARCHED;
 }
 
-// The score of a node whose moves have all been searched; the last batch had `count` of them.
+// Stores and returns the score of a node after the search of its moves. `count` is the length of
+// the last move list.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // Without a legal move every move loses the king one ply later, which the score shows. An empty
-    // last batch proves nothing, because captures may have come before it; IsStalemate decides.
+    // If no move is legal, every move loses the king one ply later, and `best` is the score of that
+    // loss. If the last move list is empty, there may be no move at all. IsStalemate then decides.
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
@@ -251,23 +258,23 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
     return node.best;
 }
 
-// The steps from 8 on: generates, orders and searches the moves. The hash move comes first, the
-// others as generated. Non-captures are generated when the captures did not cut, or when the hash
-// move is one.
+// Performs the steps from 8 on: generates and searches the moves. The hash move changes places with
+// the first move. Non-captures are generated after the search of the captures. If the hash move is
+// a non-capture, they are generated before.
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
-    // Step 8
+    // Step 8: generate the captures
     MoveList list;
     GenerateCapturesAhead<US, true>(list, node.last_move);
 
-    // Step 9
+    // Step 9: internal iterative deepening
     if (node.depth >= IID_MIN_DEPTH && node.hash_index < 0 && !search_info.null_move &&
         !search_info.iid) {
         DeepenInternally<US>(node);
         if (search_info.stop) return STOPPED_EVAL;
     }
 
-    // Step 10
+    // Step 10: search the captures, then the other moves
     const bool has_all_moves = node.hash_index >= list.count;
     if (has_all_moves) GenerateNonCaptures<US>(list);
     PutHashMoveFirst(list, node.hash_index);
@@ -281,17 +288,17 @@ std::int32_t SearchNode(Node& node) {
     }
     if (end == LoopEnd::STOPPED) return STOPPED_EVAL;
 
-    // Step 13
+    // Step 13: detect stalemate and store the result
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
-// The steps from 5 on, for a node above the horizon that the tables do not answer.
+// Performs the steps from 5 on, for a node above the horizon without a usable hash entry.
 template <Colour US>
 std::int32_t SearchInterior(Node& node) {
-    // Step 5
+    // Step 5: end the node if the last move was illegal
     if (IsKingCapturableBy<US>()) return MATE_EVAL - node.ply;
 
-    // Step 6
+    // Step 6: try a null move
     if (node.depth >= NULL_MOVE_MIN_DEPTH && !search_info.null_move) {
         PrefetchKey<true>(KeyAfterNullMove());
     }
@@ -301,7 +308,7 @@ std::int32_t SearchInterior(Node& node) {
         if (score != UNKNOWN_EVAL) return score;
     }
 
-    // Step 7
+    // Step 7: reverse futility pruning
     if (IsFutilityAllowed<US>(node)) {
         const std::int32_t score = ReverseFutility<US>(node);
         if (score != UNKNOWN_EVAL) return score;
@@ -319,18 +326,18 @@ std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, s
     assert(last_move || search_info.null_move);
 
     if (pv) pv->length = 0;
-    // Step 1
+    // Step 1: poll the limits and the host
     if (++search_info.nodes >= search_info.next_poll && MustStop()) return STOPPED_EVAL;
 
-    // Step 2
+    // Step 2: detect draws by repetition or material
     if (IsDraw()) return DRAW_EVAL;
 
-    // Step 3
+    // Step 3: probe the hash tables
     std::int32_t hash_index = NO_MOVE_INDEX;
     const std::int32_t known = ProbeHashTable(board.zobrist_key, alpha, beta, depth, hash_index);
     if (known != UNKNOWN_EVAL) return known;
 
-    // Step 4
+    // Step 4: start the quiescence search at the horizon
     if (depth <= HORIZON_MAX_DEPTH || ply >= search_info.max_ply) {
         return QuiescenceSearch<US>(alpha, beta, ply, last_move);
     }

@@ -24,16 +24,16 @@ constexpr std::uint32_t MEGABYTE = 1 << 20;
 constexpr std::uint32_t TABLES = 3;
 
 constexpr std::int32_t MATE_BOUND = MATE_EVAL_THRESHOLD + 1;
-constexpr std::int32_t MATE_BOUND_DEPTH = 2000; // above the depth of any search
-constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // plies for which a deeper entry is kept
+constexpr std::int32_t MATE_BOUND_DEPTH = 2000; // above every search depth
+constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // in plies of the game
 
 constexpr std::size_t TEXT_SIZE = 128;
 
-// The tables are all zeros, as they were allocated. The first NewHashTable comes before any search
-// and need not touch their memory.
+// True from the allocation of the tables until NewHashTable. The tables are still all zeros, so
+// NewHashTable need not clear them.
 bool is_fresh = false;
 
-// The bit fields of an entry's data word, which together use every bit. All are signed numbers.
+// A bit field of an entry's data word. All fields are signed. Together they fill the word.
 struct Field {
     int shift;
     int bits;
@@ -68,14 +68,15 @@ constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bou
            Packed(MOVE_INDEX, move_index) | Packed(AGE, age);
 }
 
-// A cleared slot must not match any position. Key 0 belongs to slot 0 only, so slot 0 gets key 1,
-// which belongs to slot 1.
+// Key of an empty entry in slot 0. Empty entries in the other slots have key 0. An empty entry thus
+// matches no position: key 0 belongs to slot 0, and key 1 belongs to slot 1.
 constexpr std::uint64_t UNUSED_KEY = 1;
 
 std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }
 std::size_t EntryBytes() { return std::size_t{hash_table_size} * sizeof(HashEntry); }
 
-// One table's part of a probe.
+// Returns the score of the entry if it is usable for the window and depth, else UNKNOWN_EVAL. Sets
+// `move_index` if the key matches and the bound is not an upper bound.
 std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t alpha,
                         std::int32_t beta, std::int32_t depth, std::int32_t& move_index) {
     if (entry.key != key) return UNKNOWN_EVAL;
@@ -90,14 +91,15 @@ std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t 
     }
 }
 
-// A deeper entry is kept against its own position, and for four game plies against others.
+// True if the entry must not be replaced: it is deeper than `depth`, and it has the same key or is
+// at most MAX_AGE_DIFFERENCE plies of the game old.
 bool IsToKeep(const HashEntry& entry, std::uint64_t key, std::int32_t depth) {
     if (Read(DEPTH, entry.data) <= depth) return false;
     return entry.key == key ||
            std::abs(Read(AGE, entry.data) - game_state.ply_count) <= MAX_AGE_DIFFERENCE;
 }
 
-// False if there is no memory for all.
+// Allocates all tables. Returns false if there is not enough memory.
 bool AllocateTables(std::int32_t megabytes) {
     assert(megabytes >= MIN_HASH_SIZE && megabytes <= MAX_HASH_SIZE);
     const std::uint32_t bytes = static_cast<std::uint32_t>(megabytes) * MEGABYTE;
@@ -142,7 +144,7 @@ bool ResizeHashTable(std::int32_t megabytes) {
 }
 
 std::int32_t HashFullness() {
-    constexpr std::uint32_t SAMPLE = 1000; // no table is smaller
+    constexpr std::uint32_t SAMPLE = 1000; // every table has more entries
     return static_cast<std::int32_t>(
         std::count_if(hash_tables_1_2, hash_tables_1_2 + SAMPLE,
                       [](const HashEntryPair& pair) { return pair.in_table_1.key > UNUSED_KEY; }));

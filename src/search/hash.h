@@ -1,4 +1,4 @@
-// The transposition tables: search results of positions, by hash key.
+// The hash tables (transposition tables) store search results of positions by hash key.
 #pragma once
 
 #include "board/move.h"
@@ -13,76 +13,77 @@ enum Bound : std::uint8_t {
     BOUND_LOWER = 2 // the true score is at least the stored one
 };
 
-// Index of a move in its node's move list, in generation order.
+// Means that there is no move. Other move indices count the moves of a node in generation order.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
 struct HashEntry {
     std::uint64_t key;
-    std::uint64_t data; // score, depth, bound, move index and age, packed
+    std::uint64_t data; // score, depth, bound, move index and age
 };
 
-// Megabytes are converted as if an entry took 24 bytes (it takes 16), so that the tree does not
-// depend on the layout.
+// In bytes. Converts a size in megabytes to a number of entries. The real size of an entry is 16
+// bytes. A fixed nominal size makes the search independent of the layout of an entry.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
-// A key's entries in the two tables of the full-width search, side by side in one cache line.
+// The entries of one slot in the two tables of the full-width search. They share a cache line.
 struct alignas(2 * sizeof(HashEntry)) HashEntryPair {
-    HashEntry in_table_2; // replaced by deeper entries, and after a few plies of the game
+    HashEntry in_table_2; // depth-preferred, with ageing
     HashEntry in_table_1; // always replaced
 };
 
-extern HashEntryPair* hash_tables_1_2; // of the full-width search
-extern HashEntry* hash_table_q;        // of the quiescence search: always replaced
-extern std::uint32_t hash_table_size;  // entries in each table, a power of two
+extern HashEntryPair* hash_tables_1_2; // two tables of the full-width search
+extern HashEntry* hash_table_q;        // table of the quiescence search; always replaced
+extern std::uint32_t hash_table_size;  // number of entries in each table, a power of two
 extern std::uint32_t HASH_TABLE_MASK;
 
-// The slot of a key, the same in all tables.
+// Returns the slot of a key, the same in all tables.
 inline std::uint32_t SlotOf(std::uint64_t key) {
     return static_cast<std::uint32_t>(key) & HASH_TABLE_MASK;
 }
 
-// Megabytes of the tables together.
+// Limits for the total size of the tables, in megabytes.
 inline constexpr std::int32_t MIN_HASH_SIZE = 1;
 inline constexpr std::int32_t MAX_HASH_SIZE = 4095;
 
-// Allocates the tables; a fatal error on failure.
+// Allocates the tables. Ends the program with an error message if there is not enough memory.
 void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();
 
-// Replaces the tables by empty ones of another size. False if there is no memory; the tables then
-// keep their size, but are empty too.
+// Replaces the tables by empty tables of another size. Returns false if there is not enough memory:
+// the tables then have the old size, but are also empty.
 bool ResizeHashTable(std::int32_t megabytes);
 
-// Fill level in thousandths, from a sample of the full-width entries.
+// Returns the fill level in thousandths, measured on a sample of the full-width entries.
 std::int32_t HashFullness();
 
 // Empties the tables.
 void NewHashTable();
 
-// Returns a score usable for the window at the depth, or UNKNOWN_EVAL; an exact score may be
-// outside the window. Sets `move_index` to the best move's index or NO_MOVE_INDEX.
+// Returns a stored score that is usable for the window and depth, or UNKNOWN_EVAL if there is none.
+// An exact score may be outside the window. Sets `move_index` to the index of the best move, or to
+// NO_MOVE_INDEX.
 std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                             std::int32_t depth, std::int32_t& move_index);
 void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
                     std::int32_t move_index);
 
-// The same for the quiescence search, without depths.
+// Probe and store for the quiescence search, whose entries have no depth.
 std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                                       std::int32_t& move_index);
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
                               std::int32_t move_index);
 
-// Swaps the move at the index with the first. An index outside the list (a key collision) is
-// ignored.
+// Swaps the move at the index with the first move. Ignores an index outside the list, which a key
+// collision can produce.
 inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
     if (index <= 0 || index >= list.count) return;
     std::swap(list.moves[0], list.moves[index]);
     list.prefetched = 0;
 }
 
-// Stores the score as exact in the full-width entries of the key, if there are any.
+// Changes the full-width entries of the key, if there are any, to an exact score.
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
-// Turns a mate score into a bound that holds at every depth; false if it must not be stored.
-// `depth` may be null.
+// Converts a mate score to a bound that is valid at every depth. Leaves other scores unchanged.
+// Returns false if the score must not be stored. `depth` may be null.
 bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);

@@ -1,5 +1,5 @@
-// Prefetching of table slots. A cache miss costs about as much as searching a few quiet children;
-// misses overlap.
+// Prefetching of hash-table slots. A cache miss costs about as much time as the search of a few
+// quiet positions. Prefetches load several slots at the same time.
 #pragma once
 
 #include "board/move.h"
@@ -12,9 +12,9 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 8;
 
-// Prefetches the slots of a position that will soon be searched: in the quiescence table, which a
-// child at the horizon needs too, and with `IS_FULL` in the full-width tables. Always inlined,
-// because GCC drops calls of functions that only prefetch.
+// Prefetches the hash slots of a position that will soon be searched. `IS_FULL` adds the full-width
+// tables. The quiescence table is always prefetched, because a child may be at the horizon. Always
+// inlined, because GCC drops calls of functions that only prefetch.
 template <bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchKey(std::uint64_t key) {
     const std::uint32_t slot = SlotOf(key);
@@ -26,7 +26,7 @@ template <Colour US, bool IS_FULL>
     PrefetchKey<IS_FULL>(LikelyKeyAfter<US>(move));
 }
 
-// Call before the move at index i is made. Keeps the children of the next PREFETCH_AHEAD moves
+// Call before the move at index `i` is made. Keeps the children of the next PREFETCH_AHEAD moves
 // prefetched.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchChildren(const MoveList& list, std::int32_t i) {
@@ -38,8 +38,8 @@ template <Colour US, bool IS_FULL>
     if (i + PREFETCH_AHEAD < list.count) PrefetchChild<US, IS_FULL>(list.moves[i + PREFETCH_AHEAD]);
 }
 
-// Generates the captures. Prefetches the child of the first before it generates the others, because
-// there is little else to do until the slot arrives.
+// Generates the captures. Prefetches the child of the first capture early, so that the slot is
+// loaded while the other captures are generated.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void GenerateCapturesAhead(MoveList& list, const Move* last_move) {
     const Victims others = GenerateFirstCaptures<US>(list);

@@ -15,11 +15,11 @@
 
 namespace {
 
-// The rest of a node whose stand-pat score, `best`, is below beta.
+// Searches the captures of a node. `best` is the stand-pat score, which is below beta.
 template <Colour US>
 std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
                             const Move* last_move, std::int32_t hash_index, std::int32_t best) {
-    // The last move was illegal. It loses.
+    // The last move was illegal, because it left the king in check.
     if (IsKingCapturableBy<US>()) return MATE_EVAL - ply;
     MoveList list;
     GenerateCapturesAhead<US, false>(list, last_move);
@@ -47,7 +47,7 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
             break;
         }
     }
-    // Deliberately the index as searched, as in the full-width search.
+    // `best_index` deliberately ignores the swap with the hash move, as in the full-width search.
     StoreQuiescenceHashTable(board.zobrist_key, best, bound, best_index);
     return best;
 }

@@ -1,5 +1,5 @@
-// The interface of the search, limits and callbacks, and the records of the running search. The
-// search itself knows no protocol.
+// The interface of the search: limits, callbacks, and the state of the running search. The search
+// does not depend on a protocol.
 #pragma once
 
 #include "board/move.h"
@@ -13,111 +13,110 @@
 #include <optional>
 #include <span>
 
-// Nodes between two polls of the limits and the host, below one root move.
+// Number of nodes between two polls of the limits and the host. Counted from the last poll or the
+// end of the last root move.
 inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
 
-// The limits of a search.
 struct SearchLimits {
-    // The deepest iteration, in quarter-plies; at least three plies are searched.
+    // Depth of the last iteration, in quarter-plies. The minimum is three plies.
     std::int32_t depth;
-    std::optional<TimeLeft> clock; // none: no limit of time
-    std::uint64_t nodes = 0;       // 0: no limit
-    std::span<const Move> moves{}; // the root moves to search; empty: all legal ones
-    bool is_strict = false; // long quiescence searches poll the limits and the host, and stop too
+    std::optional<TimeLeft> clock; // no time limit if empty
+    std::uint64_t nodes = 0;       // node limit; 0 if none
+    std::span<const Move> moves{}; // root moves to search; all legal moves if empty
+    bool is_strict = false;        // true if a stop also ends quiescence searches
 };
 
-// The best line so far; `plies` is the depth of the iteration, the score is in centipawns from the
-// side to move's point of view.
+// A principal variation from the root. `plies` is the depth of the iteration. `score` is in
+// centipawns, from the side to move's point of view.
 struct SearchLine {
     std::int32_t plies;
     std::int32_t score;
     std::span<const Move> moves;
 };
 
-// The callbacks of the search; null ones are not called.
+// Callbacks of the search. Each may be null.
 struct SearchHost {
-    // Must the search stop? Called at the first node and then every NODE_CHECK_INTERVAL nodes below
-    // a root move, sooner at a node limit. A quiescence search is finished first unless the limits
-    // are strict. The board is then somewhere in the tree.
+    // Returns true if the search must stop. Called at the first node and then about every
+    // NODE_CHECK_INTERVAL nodes. `board` is then a position of the search tree. Quiescence searches
+    // call must_stop only if the limits are strict.
     bool (*must_stop)() = nullptr;
-    // May this root move be searched? If not, the search ends. The root is on the board.
+    // Returns true if the root move may be searched. Otherwise the search ends. `board` is the root
+    // position.
     bool (*may_go_on)(const Move& move) = nullptr;
-    // Reports a new best line.
+    // Reports a new principal variation.
     void (*tell_line)(const SearchLine& line) = nullptr;
-    // Reports the best line of a finished iteration.
+    // Reports the principal variation of a completed iteration.
     void (*tell_iteration)(const SearchLine& line) = nullptr;
 };
-extern SearchHost search_host; // set at start-up
+extern SearchHost search_host;
 
-// Depths and plies are in quarter-plies, times in centiseconds.
+// State of the running search. Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
-    std::uint64_t nodes;     // the root included
-    std::uint64_t next_poll; // the node count at which the full-width search polls
-    std::uint64_t
-        poll_slack; // a quiescence search polls this many nodes later, or with NO_POLL never
-    std::uint64_t node_limit; // 0: none
+    std::uint64_t nodes;      // number of nodes, including the root
+    std::uint64_t next_poll;  // node count at which the full-width search polls
+    std::uint64_t poll_slack; // a quiescence search polls this many nodes later; NO_POLL if never
+    std::uint64_t node_limit; // 0 if none
     std::uint64_t start_time;
-    std::uint64_t time_limit;     // the search is stopped after this, or NO_TIME_LIMIT
-    TimeLeft clock;               // for the time between iterations; unused with NO_TIME_LIMIT
-    std::uint8_t stop;            // the search must unwind
-    std::uint8_t stop_quiescence; // so must a quiescence search; never with NO_POLL
-    std::uint8_t null_move;       // a null move is on the line being searched
-    std::uint8_t iid;             // an internal iterative deepening search runs
-    std::int32_t max_ply;         // where full width ends and the quiescence search begins
-    std::int32_t deepest_ply;     // that the iteration's quiescence search has reached
+    std::uint64_t time_limit;     // duration after which the search stops, or NO_TIME_LIMIT
+    TimeLeft clock;               // clock at start_time; unused if time_limit is NO_TIME_LIMIT
+    std::uint8_t stop;            // 1 if the full-width search must return
+    std::uint8_t stop_quiescence; // 1 if quiescence searches must also return
+    std::uint8_t null_move;       // 1 if a null move is on the current search line
+    std::uint8_t iid;             // 1 during internal iterative deepening
+    std::int32_t max_ply;         // nodes at this ply start the quiescence search
+    std::int32_t deepest_ply;     // deepest ply of a quiescence search in this iteration
 };
 inline constexpr std::uint64_t NO_POLL = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
 extern SearchInfo search_info;
 
-// Sets up search_info for a search that begins now. No node is counted yet; the first one polls.
+// Sets up search_info for a search that begins now. The first node polls the limits and the host.
 void ResetSearchInfo(const SearchLimits& limits);
 
-// Gives the running search a clock and starts it.
+// Starts the clock of the running search with the given time.
 void StartClock(const TimeLeft& left);
 
-// Polls the limits, the clock and the host. Sets search_info.stop and returns it.
+// Polls the limits and the host. Sets search_info.stop and returns the new value.
 bool MustStop();
 
 inline bool IsNodeLimitReached() {
     return search_info.node_limit != 0 && search_info.nodes >= search_info.node_limit;
 }
 
-// Puts the next poll an interval ahead, or at the node limit if that is nearer. Called at every
-// poll and after every root move.
+// Schedules the next poll after NODE_CHECK_INTERVAL nodes, or at the node limit if that comes
+// first. Called at every poll and after every root move.
 inline void SchedulePoll() {
-    const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge without a limit
+    const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge if unlimited
     search_info.next_poll = search_info.nodes + std::min(left, NODE_CHECK_INTERVAL);
 }
 
 inline constexpr int MOVE_TEXT_FIELD = 32;
 
-// Progress of the search; times in centiseconds.
+// Progress of the search. Times are in centiseconds.
 struct AnalyzeInfo {
     std::uint64_t elapsed;
     std::uint64_t nodes;
-    std::int32_t depth;              // of the iteration, in whole plies
-    std::int32_t moves_left;         // root moves of the iteration not yet started
-    std::int32_t moves_total;        // legal root moves
-    char move_text[MOVE_TEXT_FIELD]; // the root move being searched; written by the host
+    std::int32_t depth;              // depth of the iteration, in whole plies
+    std::int32_t moves_left;         // root moves that the iteration has not started
+    std::int32_t moves_total;        // number of root moves
+    char move_text[MOVE_TEXT_FIELD]; // current root move, written by the host
 };
 extern AnalyzeInfo analyze_info;
 
-// The longest search line: the depth of the iteration, which the user may ask for, the extensions
-// beyond it (in quarter-plies), and the captures of a quiescence search.
+// Limits for the parts of a search line: the iteration depth, the extensions (in quarter-plies),
+// and the captures of the quiescence search.
 inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
 inline constexpr std::int32_t MAX_EXTRA_PLY = Plies(14);
 inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;
 static_assert(MAX_DEPTH_PLIES + MAX_EXTRA_PLY / QUARTER_PLIES + MAX_CAPTURES_IN_A_ROW <
               MAX_LINE_PLIES);
 
-// A principal variation.
 struct PvLine {
     std::int32_t length;
     Move moves[MAX_LINE_PLIES];
 };
 
-// Sets the line to the move, followed by the child's line.
+// Sets `pv` to the move followed by the principal variation of the child.
 inline void TakePv(PvLine& pv, const Move& move, const PvLine& child) {
     pv.moves[0] = move;
     std::copy_n(child.moves, child.length, pv.moves + 1);

@@ -20,10 +20,10 @@
 namespace {
 
 constexpr std::int32_t FIRST_DEPTH = Plies(3);
-constexpr std::int32_t ASPIRATION_WINDOW = 33; // centipawns either side
-// Centipawns that are subtracted from a score that is only a bound.
+constexpr std::int32_t ASPIRATION_WINDOW = 33; // in centipawns, below and above the last score
+// In centipawns. Subtracted from a score that is only a bound.
 constexpr std::int32_t BOUND_PENALTY = 50;
-// Centipawns within which moves count as equally good.
+// In centipawns. Moves within this margin of the best move count as equally good.
 constexpr std::int32_t RANDOM_MARGIN = 3;
 
 struct RootMove {
@@ -35,10 +35,10 @@ struct RootMove {
 struct Root {
     std::int32_t count;
     RootMove moves[MAX_MOVES];
-    std::int32_t best; // score of the iteration
+    std::int32_t best; // best score of the iteration
     PvLine best_line;
     PvLine child_line;
-    bool is_forced; // there is just one legal move
+    bool is_forced; // true if there is only one legal move
 };
 Root root;
 
@@ -57,13 +57,12 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
     ResetSearchInfo(limits);
-    search_info.nodes = 1; // the root
+    search_info.nodes = 1; // the root is counted
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
 }
 
-// The best line of the iteration.
 SearchLine BestLine(std::int32_t plies) {
     return {plies, root.best, SpanOf(root.best_line.moves, root.best_line.length)};
 }
@@ -73,9 +72,10 @@ std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t dep
     return -FullSearch(-beta, -alpha, depth - QUARTER_PLIES, QUARTER_PLIES, &move, line, 0);
 }
 
-// The score of a root move that has been made. The first move gets a window around its last score,
-// if it has one, the others a zero window above the best. A score outside is searched for with a
-// wide one.
+// Returns the score of a root move that has been made. The first move is searched with a window
+// around its last score, and again with the full window if the score is outside. Other moves are
+// searched with a zero window above the best score, and again with a wide window if they beat the
+// best score.
 std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
     const Move& move = candidate.move;
     const std::int32_t last = candidate.score;
@@ -84,8 +84,9 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
         if (score > low && score < high) return score;
-        // A stopped search scores below every window, so a second one begins even then. It ends
-        // after its first leaf, whose quiescence search fills its table.
+        // A stopped search also reaches this second search, because its score is below every
+        // window. The second search ends at its first leaf or earlier, but may store entries in the
+        // quiescence table.
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
     }
     const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);
@@ -93,8 +94,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
     return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
 }
 
-// A score that did not beat the best is exact only if the tables hold it as exact: for the full
-// window a probe returns exact scores only.
+// True if the hash tables contain `score` as the exact score of the move. With the full window, a
+// probe returns only exact scores.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -110,12 +111,13 @@ void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies)
     if (search_host.tell_line) search_host.tell_line(BestLine(plies));
 }
 
-// False if the node limit is reached or the host ends the search.
+// Returns false if the node limit is reached or the host ends the search.
 bool MayGoOn(const Move& move) {
     return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on(move));
 }
 
-// Runs one iteration over the root moves; ends early if the search is stopped.
+// Searches the root moves to the depth, in quarter-plies. Skips moves with a known mate score.
+// Returns early if the search is stopped.
 void Iterate(std::int32_t depth) {
     const std::int32_t plies = depth / QUARTER_PLIES;
     search_info.max_ply = depth + std::min(2 * depth, MAX_EXTRA_PLY);
@@ -141,8 +143,8 @@ void Iterate(std::int32_t depth) {
     if (search_host.tell_iteration) search_host.tell_iteration(BestLine(plies));
 }
 
-// Returns the first move if randomness is off. Otherwise picks at random among the moves with exact
-// scores that are at most RANDOM_MARGIN below that of the first such move.
+// Returns the first root move if randomness is off. Otherwise returns a random move whose exact
+// score is at most RANDOM_MARGIN below the best exact score.
 const RootMove& ChooseRootMove() {
     const std::span<const RootMove> moves = RootMoves();
     const auto first = std::ranges::find_if(moves, &RootMove::is_exact);
@@ -169,9 +171,10 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
                                iteration_time);
 }
 
-// The expected reply is the second move of the best line. There is none when another move than the
-// line's first was chosen, or when the game ends with it. What it captures may have been promoted
-// to another piece than in the line.
+// Sets `expected_reply` to the second move of the principal variation. Sets a fake move if that
+// move does not exist, or if `chosen` ends the game or is not the first move of the variation. The
+// captured piece is read from the board, because `chosen` may promote to a different piece than the
+// variation.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;

@@ -1,5 +1,4 @@
-// The root of the search: iterative deepening, the clock between iterations and the choice of
-// the move.
+// The root of the search: iterative deepening, time control and the choice of the move.
 #pragma once
 
 #include "board/move.h"
@@ -8,12 +7,13 @@
 
 #include <cstdint>
 
-// The limits for the game in play. No clock while the engine ponders or analyses.
+// Returns the search limits for the current game. There is no time limit while the engine ponders
+// or analyses.
 SearchLimits GameLimits();
 
-// Searches the position down to the limits. Returns the score of the chosen move in centipawns.
-// `best_move` and `expected_reply` may be null; the reply is a fake move when none is expected.
-// `last_move` is the move that led here, or null. Without a move to search, sets fake moves and
-// returns UNSEARCHED_EVAL.
+// Searches the position within the limits. Returns the score of the chosen move in centipawns.
+// `last_move` is the move that led to the position, or null. `best_move` and `expected_reply` may
+// be null. `expected_reply` is set to a fake move if no reply is expected. If there is no move to
+// search, both are set to fake moves and UNSEARCHED_EVAL is returned.
 std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,
                           const SearchLimits& limits = GameLimits());

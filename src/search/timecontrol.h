@@ -1,5 +1,5 @@
-// The time rules: how long the engine may think on its own clock. Pure functions
-// of their arguments, in centiseconds; nothing here reads a clock.
+// Time control: limits for the engine's thinking time, in centiseconds. The functions depend only
+// on their arguments.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +10,9 @@ struct TimeLeft {
     std::uint64_t increment;
 };
 
-// The longest that the search for one move may take; it is stopped then.
+// Returns the duration after which a search is stopped.
 std::uint64_t TimeLimit(std::uint64_t clock);
 
-// True if there is time for another iteration after one that took `iteration_time`; `used` is the
-// time of the whole search so far.
+// True if there is time for another iteration. `iteration_time` is the duration of the last
+// iteration, `used` is the duration of the whole search so far.
 bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t iteration_time);
