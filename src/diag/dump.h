@@ -1,4 +1,4 @@
-// Readable dumps on standard error, for debugging; nothing calls them in play.
+// Functions that print positions, moves and bitboards on standard error, for debugging.
 #pragma once
 
 #include "board/move.h"
@@ -14,6 +14,6 @@ void DumpU64(std::uint64_t value);
 void DumpZobristKey(std::uint64_t key);
 void DumpBitBoard(Bitboard set);
 
-// Call before the move is made, because it reads the board.
+// Both functions read the moving piece from the board. Call them before the move is made.
 void DumpMove(const Move& move);
 void DumpMoveList(std::span<const Move> moves);

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::int32_t POLL_DEPTH = 3; // plies; some thousand leaves
+constexpr std::int32_t POLL_DEPTH = 3; // in plies; nodes of this depth poll the host
 
 bool is_stopped = false;
 

@@ -1,16 +1,17 @@
-// perft: counts the positions that the moves reach, the usual check of a move generator.
+// perft: counts the leaves of the tree of legal moves. This is the usual test of a move generator.
 #pragma once
 
 #include "board/move.h"
 
 #include <cstdint>
 
-inline constexpr std::int32_t PERFT_MAX_DEPTH = 64; // plies
+inline constexpr std::int32_t PERFT_MAX_DEPTH = 64; // in plies
 
-// Counts the lines of `depth` plies from the position; `last_move` led to it, or is null. Calls
-// search_host.must_stop every few thousand leaves; the result of a stopped count is undefined.
+// Returns the number of legal move sequences of `depth` plies. `last_move` is the move that led to
+// the position, or null. Calls search_host.must_stop every few thousand leaves. If must_stop
+// returns true, the result is undefined.
 std::uint64_t CountLeaves(std::int32_t depth, const Move* last_move);
 
-// Prints the count after each move of the game's position, and their sum. A stopped count ends the
-// output.
+// Prints the number of leaves after each legal move of the game's position, then the total. If the
+// count is stopped, no total is printed.
 void Divide(std::int32_t depth);
