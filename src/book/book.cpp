@@ -23,7 +23,8 @@ namespace {
 constexpr std::size_t HELP_TEXT_SIZE = 2048;
 constexpr std::size_t HELP_LINE_SIZE = 64;
 
-// Finds the legal move with the squares and promotion of `wanted`; false if there is none.
+// Sets `move` to the legal move with the same squares and promotion as `wanted`. Returns false if
+// there is none.
 bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     MoveList list;
     GenerateAllLegalMoves(list, last_move);
@@ -34,7 +35,7 @@ bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     return true;
 }
 
-// Removes and frees the child at the link, with its subtree.
+// Removes the child `*link` from the list of children. Frees the child and its subtree.
 void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     MoveTrieNode* child = *link;
     *link = child->next;
@@ -43,9 +44,10 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     delete child;
 }
 
-// Checks that every move below the node is legal, and replaces it by the generated move, because
-// the file's other fields may be wrong. Drops illegal moves after a promotion instead: promotions
-// to different pieces share a node.
+// Checks that every move in the subtree is legal. Takes the fields of each move from the move
+// generator, because the fields in the file may be wrong. Returns false on an illegal move. After a
+// promotion, an illegal move is dropped instead, because promotions to different pieces share a
+// node.
 bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;
@@ -64,7 +66,7 @@ bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_prom
     return true;
 }
 
-// Appends a line to the text; false, and no change, if it does not fit.
+// Appends a line to the text. Returns false and changes nothing if the line does not fit.
 bool AppendLine(char (&text)[HELP_TEXT_SIZE], std::size_t& length, const char* line) {
     const std::size_t added = std::strlen(line);
     if (length + added >= HELP_TEXT_SIZE) return false;
@@ -85,13 +87,14 @@ void WriteHelpMoves(char (&text)[HELP_TEXT_SIZE]) {
     }
 }
 
-// Refuses a named pipe, because reading one blocks until somebody writes to it.
+// Accepts only regular files, because reading a named pipe may block forever.
 const char* ReadPlainBook(MoveTrieNode& root, const char* file_name) {
     return IsPlainFile(file_name) ? ReadBook(root, file_name) : "it is no plain file";
 }
 
-// Picks a child of the game's node at random. Returns null out of the book, at its end, and where
-// the user promoted to another piece than the book does.
+// Picks a book move at random and returns its node. Returns null if the book has no move, or if the
+// picked move is illegal. The latter can happen after a promotion, because promotions to different
+// pieces share a node.
 const MoveTrieNode* PickChild(Move& move) {
     if (!IsFollowingBook()) return nullptr;
     const std::uint32_t r1 = RandomU15();

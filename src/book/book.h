@@ -1,4 +1,4 @@
-// The opening book in play: loaded at start-up and followed until the game leaves it.
+// The opening book: loading the book file, and following the book during a game.
 #pragma once
 
 #include "board/move.h"
@@ -8,41 +8,48 @@
 
 inline constexpr const char* DEFAULT_BOOK_NAME = "korvane.bk";
 
-// The root of the loaded book; its children are the book moves of the initial position.
+// Root of the loaded book. Its children are the book moves of the initial position.
 extern MoveTrieNode book;
 
-// Reads the book file. Returns null, or the error; the book is then empty.
+// Reads the book file into `book`. Returns null on success. On failure, returns an error message
+// and leaves the book empty. Checking the moves overwrites the board.
 const char* InitializeBook(const char* file_name);
 void FinalizeBook();
 
-// Replaces the book. Returns null, or the error; the old book is then kept. Sets up the initial
-// position.
+// Replaces the loaded book. Returns null on success. On failure, returns an error message and keeps
+// the old book. Checking the moves overwrites the board.
 const char* ReplaceBook(const char* file_name);
 
-// Reads a book file and checks that all its moves are legal. Returns null, or the error; the root
-// is then a leaf. Sets up the initial position.
+// Reads a book file and checks that all its moves are legal. Returns null on success. On failure,
+// returns an error message and leaves the root without children. Sets up the initial position on
+// the board.
 const char* ReadBook(MoveTrieNode& root, const char* file_name);
 
-// Puts the game at the start of the book.
+// Sets book_state to the root of the book. Call at the start of a game.
 void NewBookState();
 
-// True if the book is in use and has a move for the position.
+// True if the book is enabled and has a move for the current position.
 bool IsFollowingBook();
 
 void LeaveBook();
 
-// Picks a book move, each stored one with the same probability. Returns false if the book has none
-// here. Seeds the random numbers from the time of day; otherwise every run would pick the same.
+// Picks one of the book moves at random, all with equal probability. Returns false if the book has
+// no move for the position. Seeds the random number generator from the time of day, so that the
+// picks differ from run to run.
 bool PickBookMove(Move& move);
 
-// Picks a book move and follows it; without one the game leaves the book.
+// Picks a book move and advances book_state. If the book has no move, returns false and leaves the
+// book.
 bool GetNextBookMove(Move& move);
 
-// Follows the move that the user played, or leaves the book.
+// Advances book_state by a move that was played. Leaves the book if the book does not contain the
+// move.
 void SetNextBookMove(const Move& move);
 
-// The book moves of the position, a line each, or a short notice; in a static buffer.
+// Returns the book moves of the current position, one per line, or a notice if there are none. The
+// text is in a static buffer.
 const char* WrittenBookHelp();
 
-// Stores the text of WrittenBookHelp in book_state.help, without the lines that do not fit.
+// Stores the text of WrittenBookHelp in book_state.help. Drops the last lines if the text is too
+// long.
 void UpdateBookHelp();

@@ -19,18 +19,18 @@
 
 namespace {
 
-constexpr std::int32_t MAX_GAME_MOVES = 512; // read of one game; further ones are skipped
+constexpr std::int32_t MAX_GAME_MOVES = 512; // in plies; later moves of a game are skipped
 constexpr int LISTING_WIDTH = 1024;
-constexpr std::int32_t PROGRESS_STEP = 500; // games
+constexpr std::int32_t PROGRESS_STEP = 500; // number of games between progress reports
 
-// One game's moves, or a line of the book.
+// The moves of a game. For a line of the book, moves[0] is the undefined move of the root.
 struct Line {
     std::int32_t length;
     Move moves[MAX_GAME_MOVES + 1];
 };
 Line line;
 
-bool is_progress_shown = false; // and its line is not ended
+bool is_progress_shown = false; // true if the last console line is a progress report
 
 [[noreturn]] void FailBuilding(const std::string& message) {
     if (is_progress_shown) std::fputs("\n", stderr);
@@ -41,15 +41,16 @@ std::span<const Move> FirstMoves(const Line& list, std::int32_t most) {
     return {list.moves, static_cast<std::size_t>(std::min(list.length, most))};
 }
 
-// The file of games that a book is built from.
+// The input file of MakeBook.
 struct GameFile {
     const char* name;
     std::FILE* file;
     bool is_pgn;
-    std::int32_t games; // read so far, including the current one
+    std::int32_t games; // number of games read, including the current one
 };
 
-// On a console, the message includes the position of the bad token.
+// Ends the program with an error message. On a console, the message also gives the game and the
+// move number.
 [[noreturn]] void RefuseMove(const GameFile& input, const char* token) {
     std::string message = std::string("Error (illegal move): ") + token;
     if (IsConsoleErrors()) {
@@ -69,7 +70,7 @@ void ReadTags(std::FILE* file) {
     }
 }
 
-// Reads and plays a game's moves up to its result.
+// Reads the moves of a game into `line` and plays them on the board.
 void ReadMoves(const GameFile& input) {
     char token[MOVE_TOKEN_SIZE];
     line.length = 0;
@@ -95,7 +96,7 @@ void ShowProgress(const GameFile& input, std::int64_t size) {
     is_progress_shown = true;
 }
 
-// Reads all games into the trie.
+// Adds the first `max_plies` moves of every game to the trie.
 void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     const bool is_shown = IsConsoleErrors();
     const std::int64_t size = is_shown ? FileSize(input.file) : 0;
@@ -110,8 +111,8 @@ void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     }
 }
 
-// Writes the lines through a node, one for each leaf. `line` holds the moves that lead to the node,
-// after an undefined move for the root.
+// Writes one line of text for each leaf of the subtree. `line` must contain the moves from the root
+// to the node's parent.
 void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {

@@ -14,17 +14,17 @@
 
 namespace {
 
-// A node record: the move and the number of children (RECORD_BYTES), then the children's offsets in
-// the file. All integers are little-endian; a node's children with their subtrees follow it without
-// gaps.
+// A book file contains one record per node: the move, the number of children, and the file offset
+// of each child's record. RECORD_BYTES is the size without the offsets. All integers are
+// little-endian. The records of a node's subtree follow the node's own record without gaps.
 constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
 
-// The largest offset; offsets are signed.
+// Maximum size of a book file in bytes, because offsets are signed 32-bit integers.
 constexpr std::size_t MAX_BOOK_SIZE = std::numeric_limits<std::int32_t>::max();
 
-// Names to try for an incomplete file.
+// Number of names to try for the temporary file.
 constexpr int UNFINISHED_NAMES = 100;
 
 using Bytes = std::vector<unsigned char>;
@@ -43,7 +43,7 @@ std::int32_t GetNumber(const unsigned char* place) {
     return static_cast<std::int32_t>(number);
 }
 
-// Fields that carry no meaning are written as zeros.
+// Writes only the fields that are defined for this move. The other bytes must be zero already.
 void PutMove(unsigned char* place, const Move& move) {
     PutNumber(place, move.from);
     PutNumber(place + 4, move.to);
@@ -99,8 +99,8 @@ std::int32_t CountKept(const MoveTrieNode& node, std::int32_t minimum_count) {
     return kept;
 }
 
-// Appends a node's record, then those of its children. Returns the number of nodes, or 0 if the
-// file exceeds the largest offset.
+// Appends the records of a node and its subtree. Returns the number of records, or 0 if the file
+// would exceed MAX_BOOK_SIZE.
 std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
                         std::int32_t minimum_count) {
     const std::size_t start = image.size();
@@ -123,9 +123,9 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     return nodes;
 }
 
-// Writes the bytes to a new file beside the target, then renames it to the target. Never overwrites
-// another file or a target that is not a plain file. Replaces a link, not the file it points to,
-// which may be another user's book.
+// Writes the bytes to a new file in the same folder, then renames the new file to `name`. Fails if
+// `name` exists and is not a regular file. A symbolic link is replaced by the new file. The link's
+// target stays unchanged, because it may be another user's book.
 bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::error_code error;
     if (std::filesystem::exists(PathOf(name), error) && !IsPlainFile(name.c_str())) {
@@ -146,10 +146,10 @@ bool WriteWhole(const std::string& name, const Bytes& bytes) {
     return false;
 }
 
-// A book file being read, from start to end.
+// A book file that is read from start to end.
 struct BookFile {
     std::FILE* file;
-    std::int64_t offset; // of the next byte
+    std::int64_t offset; // file position of the next byte
 };
 
 bool ReadBlock(BookFile& book_file, std::span<unsigned char> block) {
@@ -157,8 +157,8 @@ bool ReadBlock(BookFile& book_file, std::span<unsigned char> block) {
     return std::fread(block.data(), 1, block.size(), book_file.file) == block.size();
 }
 
-// Reads the next record and those of its children. Each must begin where the one before it ended,
-// so that no record is read twice. Returns null or the error.
+// Reads the next record and the records of its subtree. Returns null, or an error message. Each
+// child's offset must equal the current file position, so that no record is read twice.
 const char* ReadNode(BookFile& book_file, MoveTrieNode& node, int plies) {
     constexpr const char* OUTSIDE = "a record lies outside the file";
     if (plies > MAX_TRIE_PLIES) return "a line is too long";
@@ -188,18 +188,21 @@ const char* ReadWhole(BookFile& book_file, MoveTrieNode& root) {
     return std::ferror(book_file.file) ? "it cannot be read" : error;
 }
 
-// Tries to allocate the whole amount before the first node, because with no memory left the stack
-// could not grow either.
+// True if there is memory for this many nodes. Checked before the first node is allocated: if
+// memory ran out later, the stack could not grow either.
 bool IsMemoryFor(std::uintmax_t nodes) {
-    constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16; // as a block of its own
-    constexpr std::uintmax_t SPARE = std::uintmax_t{4} << 20;         // for the stack and all else
+    // Allows 16 bytes of overhead for each heap block.
+    constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16;
+    // 4 MiB for the stack and other uses.
+    constexpr std::uintmax_t SPARE = std::uintmax_t{4} << 20;
     const auto bytes = static_cast<std::size_t>(nodes * NODE_MEMORY + SPARE);
     void* const room = AllocateTable(bytes);
     FreeTable(room, bytes);
     return room != nullptr;
 }
 
-// Returns an error that the file's size shows, or null. The size of a pipe is unknown.
+// Returns null, or an error message if the file is too large. Accepts a file of unknown size, such
+// as a pipe.
 const char* JudgeSize(const char* file_name) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(PathOf(file_name), error);

@@ -1,5 +1,5 @@
-// The move trie and its file. Each node stands for the position that the moves from the root to it
-// reach.
+// The move trie (a prefix tree of lines of moves) and its file format. Each node represents the
+// position after the moves on the path from the root.
 #pragma once
 
 #include "board/move.h"
@@ -9,38 +9,39 @@
 #include <string_view>
 
 struct MoveTrieNode {
-    Move move;          // from the parent; the root's is undefined
-    std::int32_t count; // games that passed through the node, or UNWEIGHTED_COUNT
+    Move move;          // the move that leads to this node; undefined in the root
+    std::int32_t count; // number of games that contain this node, or UNWEIGHTED_COUNT
     MoveTrieNode* children;
-    MoveTrieNode* next; // sibling
+    MoveTrieNode* next; // next child of the same parent
     std::int32_t child_count;
 };
 
-// Weight of a node that comes from lines or from a file, which passes any minimum.
+// Count of a node that does not come from PGN games. It exceeds every minimum count.
 inline constexpr std::int32_t UNWEIGHTED_COUNT = 1'000'000;
 
-// The longest line of a trie, in plies.
+// Maximum length of a line in a book file, in plies.
 inline constexpr int MAX_TRIE_PLIES = 512;
 
-// The error for a book file too large for the memory.
+// Error message of ReadMoveTrie if there is not enough memory.
 inline constexpr std::string_view NO_MEMORY_FOR_BOOK = "there is no memory for it";
 
-// Makes a node a leaf; keeps its move and count.
+// Initializes a node without children. Keeps the node's move and count.
 void InitMoveTrie(MoveTrieNode& node);
 
-// Follows the moves from the root and adds missing nodes, each as its parent's first child.
-// Weighted insertions count the games that pass through a node.
+// Adds a line of moves that starts at the root. A new node becomes the first child of its parent. A
+// weighted line adds 1 to the count of each of its nodes.
 void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is_weighted);
 
-// Writes the trie, without nodes whose count is below the minimum and their subtrees. The file gets
-// its name only when it is complete. Returns the number of nodes written, root included. On failure
-// returns 0 and leaves an existing file unchanged.
+// Writes the trie to a book file. Omits every node whose count is below the minimum, with its
+// subtree. Returns the number of nodes written, including the root. On failure, returns 0 and
+// leaves an existing file unchanged.
 std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
                            std::int32_t minimum_count);
 
-// Reads a trie under the root, children in reverse file order; a missing file is a fatal error.
-// Returns null, or the error; the root is then a leaf.
+// Reads a book file into the trie. Children are stored in reverse file order. Returns null on
+// success. On failure, returns an error message and leaves the root without children. A missing
+// file is a fatal error.
 const char* ReadMoveTrie(MoveTrieNode& root, const char* file_name);
 
-// Frees all nodes below this one.
+// Frees all descendants of the node. Does not change the node itself.
 void FreeMoveTrie(MoveTrieNode& node);
