@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <span>
 
-// True if the side to move has a legal move. `last_move`, here and below, is the last move played
-// or null; it decides en passant.
+// True if the side to move has a legal move. Throughout this header, `last_move` is the last move
+// played, or null. It determines whether en passant is possible.
 bool HasLegalMove(const Move* last_move);
 
 bool IsCheck();
@@ -15,26 +15,28 @@ bool IsCheck();
 bool IsMate(const Move* last_move);
 bool IsStalemate(const Move* last_move);
 
-// True if the position has occurred at least n times in the game, now included. Only for the game's
-// position, not within a search: it compares the boards of the history.
+// True if the current position has occurred at least n times in the game, counting the current
+// occurrence. Must not be called during a search, because the search does not update the state
+// history.
 bool IsNfoldRepetition(std::int32_t n);
 bool IsThreefoldRepetition();
 
 bool IsFiftyMoveRule();
 
-// True if neither side has material to mate.
+// True if neither side has enough material to checkmate.
 bool IsInsufficientMaterial();
 
-// True on mate, stalemate or insufficient material.
+// True on mate, stalemate or insufficient material. Ignores repetition and the fifty-move rule.
 bool IsEndOfGame(const Move* last_move);
 
-// Returns the part of the line that can be played from the position: up to the first illegal move
-// or the end of the game.
+// Returns the part of the line that can be played from the current position. It ends before the
+// first illegal move, or after a move that ends the game.
 std::span<const Move> PlayablePart(std::span<const Move> line);
 
-// True if the engine's last five moves were all hopeless. Call after the engine's move and before
-// that move is saved in the history.
+// True if resignation is enabled and the engine was clearly lost after each of its last five moves.
+// Call after the engine's move, before saving that move in the history.
 bool ShouldResign();
 
-// The line that announces the end of the game, or null if the game continues.
+// Returns the output line for the end of the game, such as "1/2-1/2 {Stalemate}" or "resign".
+// Returns null if the game continues.
 const char* EndOfGameLine(const Move* last_move);

@@ -1,6 +1,6 @@
-// The game in progress: its record, and its position in the opening book. Both are copied whole
-// into the state history after every move, so every field belongs to a position of the game, the
-// clocks included.
+// The state of the current game, and the game's place in the opening book. GameState and BookState
+// are saved in the state history after every move. Taking back a move restores all their fields,
+// including the clocks.
 #pragma once
 
 #include "board/move.h"
@@ -8,21 +8,22 @@
 #include <cstddef>
 #include <cstdint>
 
-inline constexpr int EXPECTED_MOVE_SIZE = 8; // the longest is like "Qa1xb2+"
+inline constexpr int EXPECTED_MOVE_SIZE = 8; // enough for the longest move, such as "Qa1xb2+"
 
 struct GameState {
-    std::uint8_t no_last_move; // there is no last move; last_move is undefined
+    std::uint8_t no_last_move; // set if last_move is undefined
     std::uint8_t game_over;
-    std::int32_t ply_count; // half-moves played since the game began
-    std::int32_t last_eval; // of the engine's last own move, in centipawns from its side; book: 0
+    std::int32_t ply_count; // number of plies played in the game
+    std::int32_t last_eval; // score of the engine's last move, in centipawns; 0 for a book move
     Move last_move;
-    Move expected_move;                          // the reply that the engine expects; fake: unknown
-    char expected_move_text[EXPECTED_MOVE_SIZE]; // the same as text, in the notation of that time
-    std::int32_t fifty_move_count;               // half-moves since the last pawn push or capture
-    std::uint64_t engine_time;                   // clocks in centiseconds, as last given
+    Move expected_move; // the engine's expected reply; a fake move if unknown
+    char expected_move_text[EXPECTED_MOVE_SIZE];
+    std::int32_t fifty_move_count; // plies since the last pawn move or capture
+    // Clocks in centiseconds, as last reported by the front end.
+    std::uint64_t engine_time;
     std::uint64_t opponent_time;
     std::uint64_t time_increment; // per move, in centiseconds
-    std::uint8_t hopeless;        // the engine's last move left it clearly lost
+    std::uint8_t hopeless;        // set if the engine made the last move and is clearly lost
 };
 extern GameState game_state;
 
@@ -31,26 +32,26 @@ struct MoveTrieNode;
 inline constexpr std::size_t BOOK_HELP_SIZE = 512;
 
 struct BookState {
-    std::uint8_t in_book;      // the game still follows the book
-    const MoveTrieNode* node;  // node of the current position
-    char help[BOOK_HELP_SIZE]; // the book moves of the position, as shown to the user
+    std::uint8_t in_book;      // set until the game leaves the book
+    const MoveTrieNode* node;  // node of the current position, if in_book is set
+    char help[BOOK_HELP_SIZE]; // text of the book moves, for the command "bk"
 };
 extern BookState book_state;
 
-// Both clocks until the front end sets them: more than 300 years.
+// Initial value of both clocks, in centiseconds: more than 300 years.
 inline constexpr std::uint64_t UNKNOWN_CLOCK = 1'000'000'000'000;
 
 inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
 
-// The move that led to the position, or null.
+// Returns the move that led to the current position, or null if there is none.
 inline const Move* LastMove() { return game_state.no_last_move ? nullptr : &game_state.last_move; }
 
-// Resets the record to a game without moves; the clocks and the increment stay.
+// Resets game_state except the clocks and the increment.
 void ForgetMoves();
 
-// The defaults of a new game.
+// Resets game_state for a new game, including the clocks and the increment.
 void NewGameState();
 
-// Puts the initial position on the board, with a new game record; the caller resets
-// the other records. This is enough to replay moves.
+// Sets up the initial position on the board and resets game_state. Does not change book_state or
+// the state history.
 void SetUpInitialPosition();

@@ -1,5 +1,5 @@
-// The state history: every position of the game with its move, game record and book position.
-// Making and unmaking moves of the game.
+// The state history: all positions of the current game, with copies of game_state and book_state.
+// Also makes moves of the game and takes them back.
 #pragma once
 
 #include "board/move.h"
@@ -10,38 +10,39 @@
 
 inline constexpr int HISTORY_SIZE = 4096;
 
-// Entry i belongs to the position after the i-th move and to ply number i of the key history;
-// entry 0 is the start of the game.
+// Entry i is the position after i moves. Its Zobrist key is zobrist_keys[i].
 struct StateHistory {
     std::int32_t count; // index of the newest entry
     Piece positions[HISTORY_SIZE][SQUARES];
-    Move moves[HISTORY_SIZE]; // entry 0 is not used
+    Move moves[HISTORY_SIZE]; // moves[i] leads to positions[i]; moves[0] is unused
     GameState game_states[HISTORY_SIZE];
     BookState book_states[HISTORY_SIZE];
 };
 extern StateHistory state_history;
 
-// The longest game, in plies. It is shorter than the history allows, because the key history also
-// needs room for a search line after the game. A move beyond it is refused.
+// Maximum length of a game, in plies; later moves are refused. The remaining entries of
+// zobrist_keys are reserved for the search.
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 
 bool IsHistoryFull();
 
-// Starts an empty history from the current state.
+// Clears the history, then saves the current state as entry 0.
 void NewStateHistory();
 
-// Appends one entry: the move just made, and the board and the records as they are now.
+// Appends an entry with this move, the current board, game_state and book_state. Call after making
+// the move.
 void SaveIntoStateHistory(const Move& move);
 
-// Drops the newest entry and restores the records, but not the board, from the one before it.
+// Drops the newest entry and restores game_state and book_state from the previous entry. Does not
+// change the board.
 void LoadFromStateHistory();
 
-// Makes a move on the board and in the game record; sends and saves nothing.
+// Makes a move on the board and updates game_state. Does not append to the history.
 void MakeForceMove(const Move& move);
 
-// Takes back the last move of the game; does nothing at its start.
+// Takes back the last move of the game. Does nothing if no move has been made.
 void UndoMove();
 
-// Updates the game record after a move: last move, ply count and fifty-move count.
+// Updates last_move, ply_count and fifty_move_count in game_state after a move.
 void CountGameMove(const Move& move);
