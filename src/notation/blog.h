@@ -1,12 +1,12 @@
-// The plain text logs: one summary line per game, one line per rejected command.
+// Two text logs: GameLog has one line per game, ErrorLog has one line per rejected command.
 #pragma once
 
 #include "notation/portable.h"
 
 #include <string_view>
 
-// Appends the game's summary to GameLog. The tags must be under the real colours.
+// Appends a summary line to GameLog. Call CorrectPgnTagValues on `info` first.
 void BlogGame(const PgnGameInfo& info);
 
-// Appends a message to ErrorLog.
+// Appends the message to ErrorLog, with the program version, date and time.
 void BlogError(std::string_view message);

@@ -10,7 +10,7 @@ namespace {
 constexpr const char* SYMBOLS[COLOURS][PIECE_TYPES] = {{"", "♙", "♘", "♔", "", "♗", "♖", "♕"},
                                                        {"", "♟", "♞", "♚", "", "♝", "♜", "♛"}};
 
-// Colours of a 256-colour terminal: squares by state, then pieces by side.
+// Colours of a 256-colour terminal. The first four are backgrounds of squares.
 constexpr int CHECKED = 160;
 constexpr int MOVED = 100;
 constexpr int DARK = 95;
@@ -26,7 +26,7 @@ bool IsCheckedKing(int square) { return square == KingSquare(board.side_to_move)
 
 std::string WrittenPiece(Piece piece, const DiagramStyle& style) {
     if (piece == NO_PIECE) return style.is_coloured ? " " : ".";
-    // In colour both sides use the filled symbols, which are easier to read.
+    // With colours, both sides use the filled symbols, which are easier to read.
     if (style.is_unicode) {
         return SYMBOLS[style.is_coloured ? BLACK : ColourOf(piece)][TypeOf(piece)];
     }

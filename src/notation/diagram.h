@@ -1,13 +1,13 @@
-// The board as text, for a person.
+// Draws the board as text.
 #pragma once
 
 #include <string>
 
 struct DiagramStyle {
-    bool is_unicode;  // pieces as chess symbols instead of letters
-    bool is_coloured; // in a terminal's 256 colours; else '*' marks the last move, '!' a check
-    bool is_flipped;  // black below
+    bool is_unicode;  // draw pieces as chess symbols; otherwise as letters
+    bool is_coloured; // use 256 colours; otherwise '*' marks the last move and '!' a king in check
+    bool is_flipped;  // draw the board from black's side
 };
 
-// Returns nine lines, each with its line feed: the eight ranks and the file letters.
+// Returns nine lines: the eight ranks, then the file letters. Each line ends with a line feed.
 std::string WrittenDiagram(const DiagramStyle& style);

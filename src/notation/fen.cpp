@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* FEN_LOG = "GameLog.fen";
 
-// Counters are clamped to this value so that later increments cannot overflow.
+// The counters of a FEN are clamped to this value, so that later increments cannot overflow.
 constexpr std::int32_t MAX_COUNTER = 100'000;
 
 constexpr int PAWN_RANK[COLOURS] = {RANK_2, RANK_7};
@@ -32,7 +32,7 @@ Piece PlacedPiece(char letter, int square) {
     return is_unmoved ? unmoved : unmoved | MOVED_FLAG;
 }
 
-// Reads eight ranks of eight squares, from rank 8 down.
+// Reads the pieces, from rank 8 to rank 1. Returns false if any rank does not have eight squares.
 bool ReadPlacement(std::string_view text, Fen& fen) {
     std::ranges::fill(fen.board, NO_PIECE);
     int file = FILE_A;
@@ -60,9 +60,10 @@ bool ReadSide(std::string_view text, Fen& fen) {
     return text == "w" || text == "b";
 }
 
-// Accepts each letter at most once. The home squares of king and rook may be empty. An enemy piece
-// there is refused, because castling does not check the colour of unmoved pieces. So is a king on
-// the rook's square, because an unmoved king is assumed to be on its home square.
+// Reads the letters KQkq, each at most once. For each letter, clears the moved flags on the home
+// squares of king and rook. These squares may be empty. Refuses an enemy piece there, because
+// castling does not check the colour of unmoved pieces. Refuses a king on the rook's square,
+// because an unmoved king is assumed to be on its own home square.
 bool ReadCastling(std::string_view text, Fen& fen) {
     std::size_t read = text == "-" ? 1 : 0;
     for (const Colour colour : {WHITE, BLACK}) {
@@ -82,7 +83,8 @@ bool ReadCastling(std::string_view text, Fen& fen) {
     return read > 0 && read == text.size();
 }
 
-// Reads the square that a double step has just passed over.
+// Reads the en passant square. Returns false if the last move cannot have been a double step over
+// this square.
 bool ReadEnPassant(std::string_view text, Fen& fen) {
     fen.en_passant = NO_SQUARE;
     if (text == "-") return true;
@@ -97,7 +99,8 @@ bool ReadEnPassant(std::string_view text, Fen& fen) {
            fen.board[to] == (UnmovedPiece(pusher, PAWN) | MOVED_FLAG);
 }
 
-// Reads digits; an empty word gets the default `missing`.
+// Reads a number. An empty word gives `missing`. Returns false if the word contains anything but
+// digits.
 bool ReadCounter(std::string_view word, std::int32_t missing, std::int32_t& value) {
     value = missing;
     if (word.empty()) return true;
@@ -120,8 +123,8 @@ void PlacePieces(const Fen& fen) {
     NewEvaluation();
 }
 
-// True if the side to move could take the king. Sets up the position on the board for the test and
-// restores the board afterwards.
+// True if the side to move can capture the enemy king. Uses the board for the test, then restores
+// it.
 bool IsKingLeftInCheck(const Fen& fen) {
     const Position before = board;
     board = {};
@@ -132,7 +135,7 @@ bool IsKingLeftInCheck(const Fen& fen) {
     return is_left;
 }
 
-// Returns why no game can be played from the position, or null.
+// Returns the reason why the position is not playable, or null if it is playable.
 const char* FaultOfPosition(const Fen& fen) {
     int kings[COLOURS] = {0, 0};
     for (int square = 0; square < SQUARES; ++square) {
@@ -146,7 +149,7 @@ const char* FaultOfPosition(const Fen& fen) {
     return nullptr;
 }
 
-// Reads the fields in order. Returns the fault of the first invalid one, or null.
+// Reads all fields. Returns a message about the first invalid field, or null on success.
 const char* ReadFields(std::string_view text, Fen& fen) {
     text = text.substr(0, FEN_SIZE - 1);
     CopyText(fen.text, text);
@@ -165,8 +168,8 @@ const char* ReadFields(std::string_view text, Fen& fen) {
     return FaultOfPosition(fen);
 }
 
-// Records the double step as the last move. Its pieces have no colour, because readers use only
-// type and squares. It is in the key only if it can be captured.
+// Records the pawn's double step as the last move. The pieces of this move have no colour, because
+// only their type is used. The en passant key is added only if an en passant capture is legal.
 void PlaceEnPassant(int square) {
     const Colour pusher = Opponent(board.side_to_move);
     Move& push = game_state.last_move;

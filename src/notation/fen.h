@@ -1,4 +1,4 @@
-// Positions in Forsyth-Edwards Notation (FEN): read into a record, put on the board, and written.
+// Positions in Forsyth-Edwards Notation (FEN): reading, setting up the board, and writing.
 #pragma once
 
 #include "board/types.h"
@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-// Size of a FEN text with its closing NUL.
+// Maximum size of a FEN text, including the NUL.
 inline constexpr std::size_t FEN_SIZE = 256;
 
 inline constexpr const char* INITIAL_FEN =
@@ -15,34 +15,37 @@ inline constexpr const char* INITIAL_FEN =
 
 inline constexpr char CASTLING_LETTERS[COLOURS][CASTLE_SIDES] = {{'K', 'Q'}, {'k', 'q'}};
 
-// The contents of a FEN text.
+// The fields of a FEN text.
 struct Fen {
-    // The moved flag is clear on pawns at home and on kings and rooks that may castle.
+    // The moved flag is clear on pawns on their starting rank. It is also clear on the home squares
+    // of king and rook for each castling right.
     Piece board[SQUARES];
     Colour side;
-    bool castling[COLOURS][CASTLE_SIDES]; // as the letters claim; the rook may be missing
-    int en_passant;                       // the square passed over, or NO_SQUARE
-    std::int32_t half_moves;              // since the last pawn push or capture
-    std::int32_t full_move;               // number of the next move
-    char text[FEN_SIZE];                  // the text itself
+    bool castling[COLOURS][CASTLE_SIDES]; // rights in the FEN; king or rook may be missing
+    int en_passant;                       // square passed by a pawn in the last move, or NO_SQUARE
+    std::int32_t half_moves;              // plies since the last pawn move or capture
+    std::int32_t full_move;
+    char text[FEN_SIZE]; // the text that was read
 };
 
-// Reads a text, which is cut to FEN_SIZE, without changing the board. Returns false, with an
-// undefined record, if the text is not a playable position.
+// Reads a FEN text. Does not change the board. Returns false if the text is invalid or the position
+// is not playable; `fen` is then undefined. A text longer than FEN_SIZE is cut.
 bool ReadFen(std::string_view text, Fen& fen);
 
-// Returns a message for a person on why the text is not a playable position, or null if it is one.
+// Returns an error message for the user if the text is invalid or the position is not playable.
+// Returns null otherwise.
 const char* FindFenFault(std::string_view text);
 
 // True if the text describes a board without pieces.
 bool IsEmptyBoard(std::string_view text);
 
-// Sets up the board and starts the key history with its key. Sets the en passant double step and
-// the fifty-move count in the game record. The caller sets all other records of the game.
+// Sets up the board and restarts the key history. Records the double step before a possible en
+// passant capture as the last move. Also sets fifty_move_count. The caller resets all other state
+// of the game.
 void PlacePosition(const Fen& fen);
 
-// Returns the position as FEN, in a static buffer.
+// Returns the FEN of the current position, in a static buffer.
 const char* GetBoardFen();
 
-// Appends the position to the log of final positions.
+// Appends the FEN of the current position to GameLog.fen, the log of final positions.
 void WriteFenBoard();

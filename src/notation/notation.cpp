@@ -16,15 +16,14 @@ namespace {
 constexpr int MOVE_TEXT_SIZE = 32;
 constexpr int NO_HINT = -1;
 
-// The parts of a move that a token names; a square that it does not name is NO_SQUARE.
+// A move as read from text. Unknown squares are NO_SQUARE.
 struct MoveWish {
     int from = NO_SQUARE;
     int to = NO_SQUARE;
     PieceType promotion = NO_PIECE_TYPE;
 };
 
-// Returns NO_SQUARE for a square off the board, whose index could be that of another square: i1
-// would be a2.
+// Returns NO_SQUARE if the square is not on the board. Without this check, i1 would be read as a2.
 int ReadSquare(char file, char rank) {
     if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
     return SquareOf(FileByChar(file), RankByChar(rank));
@@ -42,7 +41,6 @@ MoveWish ReadCastling(std::string_view text) {
     return {from, SquareOf(is_long ? FILE_C : FILE_G, RankOf(from))};
 }
 
-// Generates pseudo-legal captures or quiet moves, the candidates for SAN disambiguation.
 void GenerateCandidates(bool is_capture, MoveList& list) {
     if (is_capture) {
         GenerateCaptures(list, LastMove());
@@ -51,7 +49,8 @@ void GenerateCandidates(bool is_capture, MoveList& list) {
     }
 }
 
-// Returns the from-square of the first legal move of the type that matches the hints.
+// Returns the from-square of the first legal move that matches, or NO_SQUARE. The hints are the
+// file and rank of the from-square, or NO_HINT.
 int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_hint) {
     MoveList list;
     GenerateCandidates(is_capture, list);
@@ -65,7 +64,8 @@ int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_h
     return NO_SQUARE;
 }
 
-// Reads from the end: marks, to-square, capture mark, hints. The piece letter is at index 0.
+// Reads a SAN piece move such as "Nbxd2+" from its end to its start: check mark, to-square, capture
+// mark, hints (rank and file of the from-square). The piece letter is at index 0.
 MoveWish ReadPieceMove(std::string_view text) {
     std::size_t i = text.size() - 1;
     while (i > 0 && !IsDigit(text[i])) {
@@ -87,7 +87,7 @@ MoveWish ReadPieceMove(std::string_view text) {
     return wish;
 }
 
-// Returns the promotion type given by '=' and an upper-case letter at the index `place`.
+// Returns the piece type of a promotion such as "=Q" at index `place`, or NO_PIECE_TYPE.
 PieceType ReadPromotion(std::string_view text, std::size_t place) {
     if (text.size() <= place + 1 || text[place] != '=' || !IsUpperCase(text[place + 1])) {
         return NO_PIECE_TYPE;
@@ -138,8 +138,8 @@ void AddSquare(MoveText& text, int square) {
     AddChar(text, CharByRank(RankOf(square)));
 }
 
-// Adds the piece letter, a file or rank if needed for disambiguation, the capture mark and the
-// target.
+// Appends a SAN piece move without the check mark. Adds the file or rank of the from-square if
+// another piece of this type can move to the same square.
 void AddPieceMove(MoveText& text, const Move& move) {
     MoveList list;
     bool needs_file = false;

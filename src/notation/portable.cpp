@@ -24,12 +24,13 @@ namespace {
 constexpr int PGN_WIDTH = 80;
 constexpr std::size_t MOVE_NUMBER_SIZE = 32;
 
-// The order of the tags in a header.
+// The tags of a game header, in the order of output.
 constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Round",
                                      "White",    "Black",     "Result",    "WhiteElo",
                                      "BlackElo", "WhiteType", "BlackType", "Time"};
 
-// Calls visit(move, is_first) for each move of the playable part, in the position before the move.
+// Plays the moves that PlayablePart returns. Calls visit(move, is_first) before each move. Restores
+// the board and game_state at the end.
 template <typename Visit>
 void ForEachMove(std::span<const Move> moves, Visit visit) {
     const GameState saved = game_state;
@@ -44,7 +45,8 @@ void ForEachMove(std::span<const Move> moves, Visit visit) {
     game_state = saved;
 }
 
-// Calls visit(moves) with the moves of the game in play while the board shows its start.
+// Calls visit(moves) with the moves of the current game. During the call, the board is at the start
+// of the game.
 template <typename Visit>
 void VisitFromStart(Visit visit) {
     const GameState saved = game_state;
@@ -70,7 +72,7 @@ void WriteLocalTime(char (&text)[TIME_TEXT_SIZE], const char* format) {
     }
 }
 
-// Returns the index of the tag with this name, or tag_count.
+// Returns the index of the tag with this name, or tag_count if there is none.
 std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
     std::int32_t i = 0;
     while (i < info.tag_count && info.tags[i].name != name) {
@@ -79,19 +81,19 @@ std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
     return i;
 }
 
-// Longer header lines are cut and so are not read as tags.
+// Longer header lines are cut, so they are not recognized as tags.
 constexpr std::size_t HEADER_LINE_SIZE = 512;
 
 constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
 
 bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// Some UTF-8 files begin with these three bytes.
+// These three bytes are the UTF-8 byte-order mark, which some files begin with.
 bool IsOfByteOrderMark(int c) { return c == 0xEF || c == 0xBB || c == 0xBF; }
 
 int NextChar(std::FILE* file) { return std::getc(file); }
 
-// Reads the rest of a line, cut to the buffer, and drops trailing white space.
+// Reads the rest of the line. Cuts it to the size of the buffer and removes trailing white space.
 std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
     std::size_t length = 0;
     for (int c = NextChar(file); c != EOF && c != '\n'; c = NextChar(file)) {
@@ -103,13 +105,14 @@ std::string_view ReadLine(std::FILE* file, std::span<char> buffer) {
     return {buffer.data(), length};
 }
 
-// Returns the next character without taking it.
+// Returns the next character without consuming it.
 int PeekChar(std::FILE* file) {
     const int c = NextChar(file);
     return std::ungetc(c, file);
 }
 
-// Reads [Name "Value"], in which a backslash precedes each quote or backslash of the value.
+// Reads a tag of the form [Name "Value"]. In the value, \" stands for a quote and \\ for a
+// backslash. Returns false if the line is not a tag.
 bool ReadTag(std::string_view line, PgnTag& tag) {
     constexpr std::string_view CLOSING = "\"]";
     const std::size_t blank = line.find(' ');
@@ -128,8 +131,8 @@ bool ReadTag(std::string_view line, PgnTag& tag) {
     return true;
 }
 
-// Reads the next token, which ends at white space. Returns its length in the buffer, or 0 at the
-// end of the file.
+// Reads the next token, up to white space, and cuts it to the size of the buffer. Returns the
+// length, or 0 at the end of the file.
 std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     std::size_t length = 0;
     int c = NextChar(file);
@@ -139,7 +142,7 @@ std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     for (; c != EOF && !IsWhiteSpace(c); c = NextChar(file)) {
         if (length < token.size() - 1) token[length++] = static_cast<char>(c);
     }
-    if (c != EOF) std::ungetc(c, file); // the caller may read the line end
+    if (c != EOF) std::ungetc(c, file); // a line feed must remain for SkipLine
     token[length] = '\0';
     return length;
 }

@@ -1,5 +1,4 @@
-// Games in Portable Game Notation (PGN): the header of the current game, writing, and reading.
-// Moves are written in the current notation.
+// Games in Portable Game Notation (PGN): header tags, writing games, and reading games.
 #pragma once
 
 #include "board/move.h"
@@ -21,46 +20,49 @@ struct PgnTag {
     char value[PGN_TEXT_SIZE];
 };
 
-// During a game the White tags hold the engine's data and the Black tags the opponent's, whatever
-// their colours.
+// During a game, the White tags describe the engine and the Black tags describe the opponent,
+// regardless of the colours played.
 struct PgnGameInfo {
     std::int32_t tag_count;
     PgnTag tags[MAX_PGN_TAGS];
     std::int32_t engine_color;
-    char level[LEVEL_SIZE]; // the last "level" command, whole
+    char level[LEVEL_SIZE]; // text of the last "level" command
     char result_comment[PGN_TEXT_SIZE];
-    std::uint8_t set_up; // the game began from a FEN position
+    std::uint8_t set_up; // set if the game began from a FEN position
     char fen[FEN_SIZE];
-    std::int32_t first_ply; // of the first move: 1 for White's move 1, 2 for Black's; at least -1
+    // Ply number of the first move: 1 for White's move 1, 2 for Black's move 1. The value is -1 or
+    // 0 if the FEN has move number 0.
+    std::int32_t first_ply;
 };
 extern PgnGameInfo pgn_game_info;
 
-// The local date "2001.12.31" and time "23:59:59", in static buffers.
+// Return the local date as "2001.12.31" and the local time as "23:59:59", in static buffers.
 const char* PgnDate();
 const char* PgnTime();
 
-// Stores a value under a name, in a new entry if necessary. Texts are cut to their fields; a new
-// tag is dropped if the table is full.
+// Sets the value of a tag, and adds the tag if it is missing. Name and value are cut to
+// PGN_TEXT_SIZE. A new tag is not added if the table is full.
 void SetPgnTagValueByName(PgnGameInfo& info, std::string_view name, std::string_view value);
 
-// Returns the value stored under a name, or "?", in a static buffer.
+// Returns the value of a tag, or "?" if the tag is missing. The text is in a static buffer.
 const char* GetPgnTagValueByName(const PgnGameInfo& info, std::string_view name);
 
-// Exchanges the values of two tags; a missing one reads as "?".
+// Swaps the values of two tags. A missing tag has the value "?".
 void SwapPgnTagValuesByNames(PgnGameInfo& info, std::string_view a, std::string_view b);
 
 void DefaultPgnTagValues(PgnGameInfo& info);
 
-// Moves the tags of the players to their real colours. A second call would undo this.
+// Swaps the White and Black tags if the engine played black, so that the tags match the colours
+// played. A second call would swap them back.
 void CorrectPgnTagValues(PgnGameInfo& info);
 
-// Resets the header to the default tags.
+// Resets pgn_game_info for a new game, with the default tags.
 void NewPgnGameInfo();
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
 
-// Writes a token after a blank, or on a new line if the line would reach the width. A null token
-// makes the next one begin a line.
+// Writes a token after a blank, or on a new line if the current line would reach `width`
+// characters. Call with a null token before the first token of a text.
 void WriteNextPgnToken(std::FILE* file, int width, const char* token);
 
 // Returns the move number of a ply, "12." for White and "12..." for Black, in a static buffer.
@@ -70,48 +72,46 @@ const char* WrittenMoveNumber(std::int32_t ply);
 struct MoveListStyle {
     std::int32_t first_ply; // ply number of the first move
     int width;
-    const char* trailer; // written after the moves, such as the result; or null
+    const char* trailer; // text after the moves (such as the result), or null
     const char* (*written)(const Move& move);
 };
 
-// Writes the moves from the current position. Stops after a move that ends the game and before an
-// illegal one. Restores the position and the game record; writes no line end.
+// Writes the moves, starting from the current position, without a final line feed. Stops after a
+// move that ends the game and before an illegal move. Restores the board and game_state.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
-// Returns the moves from the current position on one line, each after a blank. Stops like
-// WritePgnMoveList.
+// Returns the moves as text, each with a blank before it. Starts and stops like WritePgnMoveList.
 std::string WrittenLine(std::span<const Move> moves);
 
-// The log of games.
+// File name of the log of finished games.
 inline constexpr const char* PGN_LOG = "GameLog.pgn";
 
-// Writes the moves of the game in play, without a line end.
+// Writes the moves of the current game in SAN, without a final line feed.
 void WriteGameSoFar(std::FILE* file);
 
-// Appends the game in play to a PGN file, with this result. Returns false if it cannot be written.
+// Appends the current game with this result to a PGN file. Returns false if the file cannot be
+// written.
 bool AppendGameSoFar(const char* file_name, const char* result);
 
-// Appends a game to the file. The board must show the game's starting position. Returns false if
-// the file cannot be written.
+// Appends a game to a PGN file. The board must be at the start of the game. Returns false if the
+// file cannot be written.
 bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves);
 
-// Game files, PGN or plain lines of moves, are read tag by tag and token by token. Comments,
-// variations and glyphs are not supported.
+// The functions below read games from a PGN file or from a file with lines of moves. Comments,
+// variations and annotation glyphs are not supported.
 
-// Size of a move token with its NUL; a longer one is cut.
+// Maximum size of a move token, including the NUL. Longer tokens are cut.
 inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
 
 // Skips white space and a byte-order mark before a game. Returns false at the end of the file.
 bool SkipToNextGame(std::FILE* file);
 
-// Reads the next tag of the header into the entry, cut to its fields. Returns false at the first
-// line that does not begin with '[', such as an empty one; the moves begin there. Skips lines that
-// begin with '[' but are not tags, and tags longer than the line buffer.
+// Reads the next tag of the header. Name and value are cut to PGN_TEXT_SIZE. Skips invalid tags.
+// Returns false at the first line that does not begin with '[', where the moves start.
 bool ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
-// Skips move numbers and reads the next move token. Returns false at the end of the game: a result
-// token or the end of the file.
+// Reads the next move token, skipping move numbers. Returns false at a result token or at the end
+// of the file.
 bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
 
-// Skips the rest of the line.
 void SkipLine(std::FILE* file);

@@ -1,4 +1,4 @@
-// Bounded text: fixed fields, words and numbers.
+// Text utilities: fixed-size fields, words, numbers and piece letters.
 #pragma once
 
 #include "board/types.h"
@@ -8,29 +8,33 @@
 #include <string>
 #include <string_view>
 
-// Copies the text into the field with a closing NUL, cut to what fits; they may overlap.
+// Copies the text into the field and adds a NUL. Cuts the text if it is too long. Text and field
+// may overlap.
 void CopyText(std::span<char> field, std::string_view text);
 
 std::string InLowerCase(std::string_view text);
 
-// Drops the white space at the start of the text.
+// Removes white space from the start of the text.
 void SkipWhiteSpace(std::string_view& text);
 
-// Takes the next word, which ends at white space, from the text. Returns an empty word at the end.
+// Removes the next word from the text and returns it. Words are separated by white space. Returns
+// an empty word if none is left.
 std::string_view NextWord(std::string_view& text);
 
-// Takes the words before the word `end`, which is dropped, or all words if the text does not
-// contain it. Returns them joined by single blanks.
+// Removes all words up to and including the word `end` from the text. If the text does not contain
+// `end`, removes all words. Returns the words before `end`, joined by single blanks.
 std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 
-// Takes the decimal number, with or without a sign, at the start of the text; a number beyond
-// 32 bits is clamped. Returns false, and changes nothing, if the text begins with anything else.
+// Removes the decimal number from the start of the text and stores its value. The number may have a
+// sign; a value beyond 32 bits is clamped. Returns false and changes nothing if the text does not
+// start with a number.
 bool TakeNumber(std::string_view& text, std::int32_t& value);
 
-// Reads the number at the start of the word; characters after it are ignored.
+// Reads the number at the start of the word. Ignores the characters after the number. Returns false
+// and leaves the value unchanged if there is no number.
 bool ReadNumber(std::string_view word, std::int32_t& value);
 
-// Reads a word of digits only. Returns false, and leaves the value unchanged, for any other word.
+// Reads a word of digits only. Returns false and leaves the value unchanged for any other word.
 bool ReadWholeNumber(std::string_view word, std::int32_t& value);
 
 constexpr bool IsUpperCase(char c) { return c >= 'A' && c <= 'Z'; }
@@ -39,7 +43,7 @@ constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr char LowerCase(char c) { return IsUpperCase(c) ? static_cast<char>(c - 'A' + 'a') : c; }
 constexpr char UpperCase(char c) { return IsLowerCase(c) ? static_cast<char>(c - 'a' + 'A') : c; }
 
-// Indexed by type; 'z' marks unused types.
+// Indexed by piece type; 'z' marks unused types.
 inline constexpr char PIECE_CHARACTERS[PIECE_TYPES] = {'z', 'P', 'N', 'K', 'z', 'B', 'R', 'Q'};
 
 // Returns the type of an upper-case or lower-case piece letter, or NO_PIECE_TYPE.

@@ -21,7 +21,7 @@ constexpr std::string_view LONG_CASTLING = "OOO";
 constexpr const char* PIECE_NAMES[PIECE_TYPES] = {"",     "pawn",   "knight", "king",
                                                   "none", "bishop", "rook",   "queen"};
 
-// Returns the text after a move number such as "12.", "12..." or "...".
+// Returns the text without a leading move number such as "12.", "12..." or "...".
 std::string_view WithoutMoveNumber(std::string_view text) {
     const std::size_t dots = text.find_first_not_of("0123456789 ");
     const bool is_numbered = dots < text.size() && text[dots] == '.';
@@ -29,7 +29,8 @@ std::string_view WithoutMoveNumber(std::string_view text) {
     return text;
 }
 
-// Keeps only the characters of pieces and squares; 0 and o become the O of castling.
+// Removes the move number, "e.p." and optional characters such as 'x', '+' and '='. Replaces 0 and
+// o by the letter O of castling.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
     text = WithoutMoveNumber(text);
@@ -45,7 +46,7 @@ std::string WrittenSquare(std::int32_t square) {
     return {CharByFile(FileOf(square)), CharByRank(RankOf(square))};
 }
 
-// Returns every spelling of the move, without marks.
+// Returns all accepted spellings of the move, without optional characters such as 'x' and '+'.
 std::vector<std::string> Spellings(const Move& move) {
     const std::string from = WrittenSquare(move.from), to = WrittenSquare(move.to);
     if (move.castle) {
@@ -69,7 +70,7 @@ std::vector<std::string> Spellings(const Move& move) {
     return spellings;
 }
 
-// Returns the moves of the list that match the text exactly or, if there are none, in any case.
+// Returns the moves of the list with this spelling. If no spelling matches exactly, ignores case.
 std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     std::vector<Move> exact, in_any_case;
     for (const Move& move : list) {
@@ -82,7 +83,7 @@ std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     return exact.empty() ? in_any_case : exact;
 }
 
-// True if the text is castling, or contains a square and is no longer than a move.
+// True for castling, and for a text of at most six move characters that contains a square.
 bool LooksLikeMove(const std::string& typed) {
     if (typed == SHORT_CASTLING || typed == LONG_CASTLING) return true;
     constexpr std::size_t LONGEST = 6;
@@ -109,7 +110,7 @@ const char* ReasonAgainstCastling(bool is_long) {
     return "the king would pass an attacked square";
 }
 
-// Returns why a pseudo-legal move is illegal.
+// Returns the reason why a pseudo-legal move is illegal.
 std::string ReasonAgainst(const Move& move) {
     if (TypeOf(move.piece) == KING) return "the king would be in check";
     if (IsCheck()) return "you are in check";

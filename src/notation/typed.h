@@ -1,4 +1,4 @@
-// Moves as people type them.
+// Moves typed by a user.
 #pragma once
 
 #include "board/move.h"
@@ -7,12 +7,12 @@
 #include <string_view>
 #include <vector>
 
-// Returns the legal moves that a text can mean: none if it is not a legal move, several if it is
-// ambiguous. Accepts SAN with or without marks, with more or less of the from-square than needed,
-// coordinates, O or 0 for castling, a leading move number, and any case if only one piece fits. A
-// promotion without a piece is to a queen.
+// Returns all legal moves that match the text; more than one if the text is ambiguous. Accepts SAN,
+// coordinates, 0 for O in castling, and a leading move number. In SAN, the marks for capture,
+// promotion and check are optional, and so is any part of the from-square. If no move matches
+// exactly, ignores case. A promotion without a piece letter is to a queen.
 std::vector<Move> FindTypedMoves(std::string_view text);
 
-// Returns the error message for an illegal move: "Illegal move: Rd2 (the rook on e2 is pinned)".
-// Empty if the text does not look like a move.
+// Returns an error message for an illegal move, such as "Illegal move: Rd2 (the rook on e2 is
+// pinned)". Returns an empty text if the input does not look like a move.
 std::string WrittenRefusal(std::string_view text);
