@@ -14,8 +14,9 @@ inline constexpr Bitboard FILE_H_SQUARES = FILE_A_SQUARES << FILE_H;
 inline constexpr Bitboard BACK_RANKS = 0xFF000000000000FF; // ranks 1 and 8
 inline constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
-// Return the index of the lowest and of the highest set bit. The set must not be empty. The
-// builtins are faster than std::countr_zero and std::countl_zero, which also test for 0.
+// Returns the index of the lowest set bit (FirstBitNumber) or of the highest set bit
+// (LastBitNumber). The set must not be empty. The builtins avoid the test for 0 in std::countr_zero
+// and std::countl_zero.
 inline int FirstBitNumber(Bitboard set) {
     assert(set != 0);
     return __builtin_ctzll(set);

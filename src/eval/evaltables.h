@@ -11,10 +11,10 @@ inline constexpr std::int32_t PIECE_WEIGHT[PIECE_TYPES] = {0, 100, 300, 1'000'00
 
 inline constexpr int GAME_PHASES = 3; // phase 0 has the most pieces, phase 2 the fewest
 
-// Index: PieceSquareIndex. All values of kings and queens are 0.
+// Indexed by PieceSquareIndex. All values of kings and queens are 0.
 extern std::int32_t PIECE_SQUARE_EVAL[PIECE_INDICES * SQUARES];
 
-// Index: (colour * GAME_PHASES + phase) * SQUARES + square.
+// Indexed by (colour * GAME_PHASES + phase) * SQUARES + square.
 extern std::int32_t KING_PIECE_SQUARE_EVAL[COLOURS * GAME_PHASES * SQUARES];
 
 inline std::int32_t PieceSquareEval(Colour colour, int type, int square) {

@@ -57,9 +57,9 @@ bool IsKingCapturableBy() {
 }
 
 // Returns a set of from-squares. Pseudo-legal moves from all other squares are legal, except
-// en-passant captures. In check, the set is the whole board. Otherwise it contains the king and
-// every piece that may be pinned. En-passant captures may always be illegal, because they remove
-// two pieces from a line.
+// en-passant captures. In check, the set is the whole board. Otherwise the set contains the king
+// and every piece that may be pinned. En-passant captures may always be illegal, because they
+// remove two pieces from a line.
 template <Colour US>
 Bitboard MaybeIllegalFrom() {
     constexpr Colour THEM = Opponent(US);

@@ -32,9 +32,10 @@ struct Victims {
     Bitboard straight; // squares that rooks and queens attack along ranks and files
 };
 
-// GenerateCaptures in two steps, so that a caller can use the first moves early. The first step
-// fills the list with the captures of one victim and returns the other victims, or none if the
-// victim is the king. The second step appends the captures of the other victims, then en passant.
+// These functions divide GenerateCaptures into two steps, so that a caller can use the first moves
+// early. The first step fills the list with the captures of one victim. It returns the other
+// victims, or none if the victim is the king. The second step appends the captures of the other
+// victims, then en passant.
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list);
 template <Colour US>

@@ -13,10 +13,10 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// Returns the castling keys that the first move of a king or rook changes. A key changes only if
-// the piece on the other home square of that castling was unmoved. A FEN may put an unmoved rook on
-// the king's home square. This rook then counts as the unmoved king. Call after the move is on the
-// board and before a castling rook moves.
+// Returns the castling keys that the first move of a king or rook changes. A king's move changes
+// the keys of the sides with an unmoved rook. A rook's move changes one key if the king is unmoved.
+// A FEN may put an unmoved rook on the king's home square. This rook then counts as the unmoved
+// king. Call after the move is on the board and before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;

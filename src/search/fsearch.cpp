@@ -130,8 +130,8 @@ bool IsFutilityAllowed(const Node& node) {
            !IsKingCapturableBy<Opponent(US)>();
 }
 
-// Margins above beta, in centipawns. A static score beyond `cut` ends the node. A static score
-// beyond `reduce` reduces the depth by one ply.
+// Margins in centipawns. A static score at least `cut` above beta ends the node. A static score at
+// least `reduce` above beta reduces the depth by one ply.
 struct FutilityMargins {
     std::int32_t cut;
     std::int32_t reduce;

@@ -76,7 +76,7 @@ std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntry
 std::size_t EntryBytes() { return std::size_t{hash_table_size} * sizeof(HashEntry); }
 
 // Returns the score of the entry if it is usable for the window and depth, else UNKNOWN_EVAL. Sets
-// `move_index` if the key matches and the bound is not an upper bound.
+// `move_index` if the key matches and the bound is exact or lower.
 std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t alpha,
                         std::int32_t beta, std::int32_t depth, std::int32_t& move_index) {
     if (entry.key != key) return UNKNOWN_EVAL;
@@ -91,8 +91,8 @@ std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t 
     }
 }
 
-// True if the entry must not be replaced: it is deeper than `depth`, and it has the same key or is
-// at most MAX_AGE_DIFFERENCE plies of the game old.
+// True if the entry must not be replaced. Such an entry is deeper than `depth`, and either has the
+// same key or is at most MAX_AGE_DIFFERENCE plies old.
 bool IsToKeep(const HashEntry& entry, std::uint64_t key, std::int32_t depth) {
     if (Read(DEPTH, entry.data) <= depth) return false;
     return entry.key == key ||

@@ -13,7 +13,7 @@ enum Bound : std::uint8_t {
     BOUND_LOWER = 2 // the true score is at least the stored one
 };
 
-// Means that there is no move. Other move indices count the moves of a node in generation order.
+// Means that there is no move. All other indices refer to the moves of a node in generation order.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
 struct HashEntry {
@@ -21,8 +21,8 @@ struct HashEntry {
     std::uint64_t data; // score, depth, bound, move index and age
 };
 
-// In bytes. Converts a size in megabytes to a number of entries. The real size of an entry is 16
-// bytes. A fixed nominal size makes the search independent of the layout of an entry.
+// Entry size in bytes for the conversion of megabytes to a number of entries. The real entry size
+// is 16 bytes. A fixed nominal size keeps the search independent of the entry layout.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // The entries of one slot in the two tables of the full-width search. They share a cache line.
@@ -67,7 +67,7 @@ std::int32_t ProbeHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t 
 void StoreHashTable(std::uint64_t key, std::int32_t score, std::int32_t depth, Bound bound,
                     std::int32_t move_index);
 
-// Probe and store for the quiescence search, whose entries have no depth.
+// Probes and stores entries of the quiescence table. These entries have no depth.
 std::int32_t ProbeQuiescenceHashTable(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                                       std::int32_t& move_index);
 void StoreQuiescenceHashTable(std::uint64_t key, std::int32_t score, Bound bound,
@@ -81,7 +81,7 @@ inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
     list.prefetched = 0;
 }
 
-// Changes the full-width entries of the key, if there are any, to an exact score.
+// Stores an exact score in the full-width entries that have this key.
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
 // Converts a mate score to a bound that is valid at every depth. Leaves other scores unchanged.

@@ -26,8 +26,8 @@ template <Colour US, bool IS_FULL>
     PrefetchKey<IS_FULL>(LikelyKeyAfter<US>(move));
 }
 
-// Call before the move at index `i` is made. Keeps the children of the next PREFETCH_AHEAD moves
-// prefetched.
+// Prefetches the hash slots of children, PREFETCH_AHEAD moves in advance. Call before the move at
+// index `i` is made.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchChildren(const MoveList& list, std::int32_t i) {
     if (i == 0) {

@@ -13,8 +13,8 @@
 #include <optional>
 #include <span>
 
-// Number of nodes between two polls of the limits and the host. Counted from the last poll or the
-// end of the last root move.
+// Number of nodes between two polls of the limits and the host. The count restarts after each poll
+// and each root move.
 inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
 
 struct SearchLimits {
@@ -52,13 +52,13 @@ extern SearchHost search_host;
 
 // State of the running search. Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
-    std::uint64_t nodes;      // number of nodes, including the root
+    std::uint64_t nodes;      // nodes searched so far, including the root
     std::uint64_t next_poll;  // node count at which the full-width search polls
     std::uint64_t poll_slack; // a quiescence search polls this many nodes later; NO_POLL if never
     std::uint64_t node_limit; // 0 if none
     std::uint64_t start_time;
     std::uint64_t time_limit;     // duration after which the search stops, or NO_TIME_LIMIT
-    TimeLeft clock;               // clock at start_time; unused if time_limit is NO_TIME_LIMIT
+    TimeLeft clock;               // time left at start_time; unused if time_limit is NO_TIME_LIMIT
     std::uint8_t stop;            // 1 if the full-width search must return
     std::uint8_t stop_quiescence; // 1 if quiescence searches must also return
     std::uint8_t null_move;       // 1 if a null move is on the current search line
@@ -73,7 +73,7 @@ extern SearchInfo search_info;
 // Sets up search_info for a search that begins now. The first node polls the limits and the host.
 void ResetSearchInfo(const SearchLimits& limits);
 
-// Starts the clock of the running search with the given time.
+// Starts the clock of the running search. `left` is the time that remains.
 void StartClock(const TimeLeft& left);
 
 // Polls the limits and the host. Sets search_info.stop and returns the new value.

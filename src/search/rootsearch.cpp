@@ -57,7 +57,7 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
     ResetSearchInfo(limits);
-    search_info.nodes = 1; // the root is counted
+    search_info.nodes = 1; // counts the root
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
