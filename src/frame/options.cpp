@@ -17,8 +17,8 @@ std::string MessageOf(std::string_view text) {
 
 std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
-// Returns the first argument's value: the text after "=", or the next argument if that is not an
-// option.
+// Returns the value of the first argument: the text after "=" or the next argument, which is then
+// consumed too. A missing value is a fatal error.
 std::string_view TakeValue(std::span<const Option> options,
                            std::span<const char* const>& arguments) {
     const std::string_view argument = arguments.front();

@@ -1,4 +1,4 @@
-// The command-line options: the table, matching and values.
+// Command-line options: a table of options, and functions that read and check the arguments.
 #pragma once
 
 #include <cstddef>
@@ -11,40 +11,42 @@ inline constexpr std::size_t OPTION_VALUE_SIZE = 512;
 inline constexpr std::size_t FILE_NAME_SIZE = 32;
 
 struct Option {
-    char name[OPTION_NAME_SIZE]; // as typed, with its dashes
+    char name[OPTION_NAME_SIZE]; // with dashes, such as "--help"
     char value[OPTION_VALUE_SIZE];
-    std::uint8_t is_switch; // takes no value
+    std::uint8_t is_switch; // 1 if the option takes no value
     std::uint8_t present;
 };
 
-// An option that an action allows.
+// An option that is valid together with an action. Example: "-o" with "--make-book".
 struct AllowedOption {
     std::string_view name;
     bool is_required;
 };
 
-// The program's invocation name without its directory, cut to its size; used in error messages.
+// The program's file name as it was called, without the directory. Used in error messages. A long
+// name is cut.
 extern char MY_FILE_NAME[FILE_NAME_SIZE];
 void SetMyFileName(std::string_view invocation);
 
-// Returns the index of the first option that the argument names, alone or before "=value", or -1.
+// Returns the index of the option in an argument "NAME" or "NAME=VALUE". Returns -1 for an unknown
+// option.
 int GetOptionIndex(std::span<const Option> options, std::string_view argument);
 bool IsKnownOption(std::span<const Option> options, std::string_view argument);
 bool IsPresentOption(std::span<const Option> options, std::string_view name);
 
-// Stores a value, cut to its field, and marks the option present.
+// Stores the value of an option and sets `present`. A long value is cut.
 void SetOptionValueByName(std::span<Option> options, std::string_view name, std::string_view value);
 
-// Returns the value in a static buffer; empty if the option was not given.
+// Returns the option's value in a static buffer. The text is empty if the option was not given.
 const char* GetOptionValueByName(std::span<const Option> options, std::string_view name);
 
-// Sets `present` and the value of each option from the arguments. An unknown argument or a missing
-// value is a fatal error.
+// Reads the arguments into `options`. An unknown option or a missing value is a fatal error.
 void ReadArguments(std::span<Option> options, std::span<const char* const> arguments);
 
-// Ends the program with an error unless all required options and no unlisted ones are present.
+// Ends the program with an error if a required option is missing or an option outside `allowed` is
+// present.
 void EnsureOptionConfiguration(std::span<const Option> options,
                                std::span<const AllowedOption> allowed);
 
-// Ends the program with an error: the value is invalid for the option.
+// Ends the program with the error "invalid option value".
 [[noreturn]] void RefuseOptionValue(std::string_view name, std::string_view value);

@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr std::int32_t BOOK_MAX_PLIES = 30; // of each game that a book keeps
-constexpr std::int32_t BOOK_MIN_COUNT = 5;  // games in which a move must occur
+constexpr std::int32_t BOOK_MAX_PLIES = 30; // plies of each game that go into a book
+constexpr std::int32_t BOOK_MIN_COUNT = 5;  // a move must occur in this many PGN games
 
 constexpr std::uint8_t SWITCH = 1;
 constexpr std::uint8_t VALUE = 0;
@@ -37,8 +37,8 @@ Option options[] = {
     {"--format", "", VALUE, 0},     {"-f", "", VALUE, 0},           {"-o", "", VALUE, 0},
 };
 
-// Lines are padded with blanks to this width. A line with "%s", the program's name, is padded to
-// NAMED_WIDTH without counting the name.
+// PrintUsage pads the lines with blanks to PLAIN_WIDTH. It pads a line with "%s" to NAMED_WIDTH,
+// and then replaces "%s" by the program's name.
 constexpr int PLAIN_WIDTH = 79;
 constexpr int NAMED_WIDTH = 69;
 constexpr std::string_view USAGE[] = {
@@ -71,10 +71,10 @@ void PrintUsage() {
     }
 }
 
-// Returns a copy, because the next look-up overwrites the static buffer.
+// Returns a copy, because the next call of GetOptionValueByName overwrites the static buffer.
 std::string ValueOf(std::string_view option) { return GetOptionValueByName(options, option); }
 
-// Returns the value of a file option, or the default book's name if it was not given.
+// Returns the option's file name, or the default book's name if the option was not given.
 std::string BookNameOf(std::string_view option) {
     return IsPresentOption(options, option) ? ValueOf(option) : DEFAULT_BOOK_NAME;
 }
@@ -114,7 +114,7 @@ struct Action {
     void (*run)();
 };
 
-// The first action that is present runs and ends the program.
+// In order of priority. Only the first action that was given runs, and then the program ends.
 constexpr Action ACTIONS[] = {{"--version", RunVersion},
                               {"--help", RunHelp},
                               {"--make-book", RunMakeBook},
@@ -135,7 +135,7 @@ void ApplySettings() {
     if (IsPresentOption(options, "--verbose")) engine_state.verbose = 1;
 }
 
-// A missing or unusable book is not an error: the engine plays without it.
+// A missing or invalid book is not an error: the engine then plays without a book.
 void LoadBook() {
     if (!engine_state.use_book) return;
     const std::string name = std::string("\"") + DEFAULT_BOOK_NAME + "\".";

@@ -1,23 +1,23 @@
-// Start-up and shut-down: the order of initialisation, the offline actions of the command line, and
-// its settings.
+// Start-up and shut-down. The start-up also reads the command line.
 #pragma once
 
 #include <string_view>
 
-// Runs the whole start-up. An offline action or an error on the command line ends the program.
+// Runs the whole start-up, up to a new game. Ends the program if the command line contains an
+// action, such as --help, or an error.
 void Initialize(int argument_count, const char* const* arguments);
 
-// Runs the part of Initialize before the first game. An offline action ends the program here.
+// The first part of Initialize: reads the command line and sets up tables, settings and the book.
 void ParseParameters(const char* const* arguments, int argument_count);
 
-// Sets up the precomputed tables and default settings only, in their fixed order. From then on,
-// running out of memory is a fatal error.
+// Sets up the precomputed tables and the default settings. From then on, a failed allocation is a
+// fatal error.
 void InitializeTables();
 
-// Frees the memory that the start-up allocated.
+// Frees the transposition tables and the book.
 void Finalize();
 
 void PrintVersion();
 
-// True if the word asks for the usage (korvane-uci and the tools).
+// The help options of korvane-uci and the tools. The program korvane accepts only --help.
 inline bool IsHelpOption(std::string_view word) { return word == "--help" || word == "-h"; }

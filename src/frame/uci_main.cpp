@@ -1,5 +1,5 @@
-// The program for UCI front ends. Given a command as arguments, as in "korvane-uci bench", it runs
-// that command and exits.
+// The main program of korvane-uci, the engine for UCI front ends. With arguments, such as "bench
+// 5", the program runs them as one command and exits.
 #include "board/utility.h"
 #include "book/book.h"
 #include "frame/startup.h"
@@ -48,7 +48,7 @@ void PrintUsage() {
         PERFT_MAX_DEPTH, BENCH_MIN_DEPTH, BENCH_MAX_DEPTH, BENCH_DEFAULT_DEPTH);
 }
 
-int command_status = EXIT_SUCCESS; // of the command on the command line
+int command_status = EXIT_SUCCESS; // exit status of the command in the arguments
 
 void Complain(std::string_view text) {
     std::fprintf(stderr, "korvane-uci: %.*s (try korvane-uci --help)\n",
@@ -82,8 +82,10 @@ void RunConversation() {
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
     InitializeTables();
-    SeedRandom(static_cast<std::uint32_t>(SystemTime())); // levels vary their moves from run to run
-    engine_state.use_random = 0; // so that the best move is the first of the last line
+    // A strength level should play different moves in every run.
+    SeedRandom(static_cast<std::uint32_t>(SystemTime()));
+    // At full strength, the best move must be the first move of the last reported line.
+    engine_state.use_random = 0;
     InitializeHashTable(engine_state.hash_size);
     InitializeUciOptions();
     ForgetGame();
