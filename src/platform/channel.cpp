@@ -6,16 +6,17 @@
 
 namespace {
 
-// On some systems a console counts events, such as a pressed key; one event is not a line.
+// A console reports its waiting input as a number of events, such as key presses. A single event is
+// not a line yet.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
-std::uint8_t in_buffer = 0;         // my_buffer holds a polled line
-CommandLine my_buffer = "";         // the held line
-std::int32_t command_timestamp = 0; // lines read so far
-std::uint8_t init = 0;              // the kind of standard input is known
-std::uint8_t pipe = 0;              // standard input is not a console
+std::uint8_t in_buffer = 0;         // 1 while my_buffer holds a line
+CommandLine my_buffer = "";         // a line that was polled but not taken yet
+std::int32_t command_timestamp = 0; // number of lines read so far
+std::uint8_t init = 0;              // 1 once `pipe` is set
+std::uint8_t pipe = 0;              // 1 if standard input is not a console
 
-// The next byte, or END_OF_INPUT.
+// Returns the next byte, or END_OF_INPUT.
 constexpr int END_OF_INPUT = -1;
 int ReadInputByte() {
     char byte = 0;
@@ -46,7 +47,7 @@ void NextBuffer(CommandLine& line) {
     for (; byte != '\n' && byte != END_OF_INPUT; byte = ReadInputByte()) {
         if (length < COMMAND_SIZE - 1) {
             line[length++] =
-                byte == '\0' ? ' ' : static_cast<char>(byte); // NUL would hide the rest
+                byte == '\0' ? ' ' : static_cast<char>(byte); // a NUL would end the C string
         } else {
             cut = true;
         }

@@ -22,7 +22,7 @@ bool IsPlainFile(const char* path) {
 
 bool FileExists(const char* path) {
     std::error_code error;
-    // Opening a named pipe blocks until somebody writes to it.
+    // Opening a named pipe for reading blocks until another process opens it for writing.
     if (std::filesystem::is_fifo(PathOf(path), error)) return true;
     std::FILE* file = OpenFile(path, FileUse::READ);
     if (!file) return false;

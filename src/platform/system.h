@@ -1,6 +1,5 @@
-// The interface to the operating system: the signals, the clock, files, and raw standard input and
-// output. A port to another system is one more implementation of this header. Names of files are
-// UTF-8.
+// The interface to the operating system. Each supported system has its own implementation file.
+// File names are in UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -11,85 +10,88 @@
 #include <string>
 #include <string_view>
 
-// The effect of the interrupt and termination signals, which some front ends send routinely and
-// others to end an engine. END_OF_INPUT: standard input appears to end; after an interrupt,
-// TakeInterrupt resumes it.
+// The effect of an interrupt (Ctrl-C) or a termination signal. END_OF_INPUT: a read of standard
+// input then reports the end of the input. TakeInterrupt undoes this after an interrupt.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
-// Sets the effect of these signals, and ignores the signal about too large files, so that the write
-// fails instead. If nobody reads standard output any more, the next write ends the process; if it
-// is only full, the write waits.
+// Sets the effect of interrupts and prepares standard output: a write waits while the pipe is full,
+// and ends the process if nobody reads the pipe any more. A write beyond the file size limit
+// returns an error and raises no signal.
 void PrepareProcess(Interrupts interrupts);
 
-// True if an interrupt has ended standard input; resumes it.
+// Returns true if an interrupt has ended standard input, and makes standard input readable again.
 bool TakeInterrupt();
 
-// The words of the command line, the program's first, which live as long as the process.
+// Returns the words of the command line, beginning with the program's name. They remain valid until
+// the program ends.
 std::span<const char* const> CommandLineWords(int argument_count, const char* const* arguments);
 
-// A steady clock: 100-nanosecond ticks since some fixed moment.
+// Returns the time of a monotonic clock, in ticks of 100 nanoseconds.
 std::uint64_t SystemTime();
 inline constexpr std::uint64_t TICKS_PER_SECOND = 10'000'000;
 inline constexpr std::uint64_t TICKS_PER_CENTISECOND = TICKS_PER_SECOND / 100;
 inline constexpr std::uint64_t TICKS_PER_MILLISECOND = TICKS_PER_SECOND / 1000;
 
-// True when standard input is an interactive console, false for a pipe or a file.
+// True if standard input is an interactive console. False for a pipe or a file.
 bool IsConsoleInput();
 
-// On an interactive console, drops waiting events and lets only keys cause events from now on.
+// Discards the waiting events of the console and turns off its mouse and window events.
 void QuietConsole();
 
-// True when standard output, standard error is seen by a person.
+// True if standard output (or standard error) is an interactive console.
 bool IsConsoleOutput();
 bool IsConsoleErrors();
 
-// True when chess symbols, as UTF-8, are seen as such on a console.
+// True if a console shows UTF-8 text correctly. Switches a Windows console to UTF-8.
 bool IsUnicodeConsole();
 
-// True when a person sees standard output in 256 colours and has not set NO_COLOR.
+// True if standard output is a console with 256 colours and the environment variable NO_COLOR is
+// not set.
 bool IsColourConsole();
 
-// The value of an environment variable; empty when it is not set.
+// Returns the value of an environment variable, or an empty text if the variable is not set.
 std::string EnvironmentValue(const char* name);
 
-// Returns the amount of waiting standard input, without blocking: bytes, or the events of a
-// console. INPUT_UNKNOWN if the amount is unknown, the input has ended or nobody reads standard
-// output; a read will find out, soon.
+// Returns the amount of unread standard input: events of a console, otherwise bytes. Never blocks.
+// Returns INPUT_UNKNOWN if the input has ended, the amount cannot be determined or nobody reads
+// standard output any more.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
-// True when nobody can write to standard input any more, whether or not all has been read, or
-// nobody reads standard output.
+// True if the other end of standard input or of standard output has closed. Unread input makes no
+// difference.
 bool IsHungUp();
 
-// Waits for standard input, reads at most room.size() bytes and returns their number. 0 if the
-// input has ended or cannot be read, or if none waits and nobody reads standard output any more.
+// Waits for standard input, reads at most room.size() bytes and returns the number of bytes.
+// Returns 0 at the end of the input, after an error, or if nobody reads standard output any more
+// and no input is waiting.
 std::size_t ReadInput(std::span<char> room);
 
-// Writes the bytes to standard output at once, all of them unless the output is broken. Line feeds
-// become the system's line ends.
+// Writes all bytes to standard output at once, with line feeds as the system's line ends. Gives up
+// after a write error.
 void WriteOutput(std::string_view bytes);
 
-// Flushes the standard output stream.
+// Flushes stdout. Ends the process if nobody reads the output any more.
 void FlushOutput();
 
-// The folder of the running program; empty if unknown.
+// Returns the folder of the running program, or an empty text if the folder is unknown.
 std::string ProgramFolder();
 
-// Converts a UTF-8 name to a path, and back. Bytes that are not UTF-8 are replaced on systems whose
-// names cannot hold them.
+// Convert a UTF-8 name to a path, and a path to a UTF-8 name. On Windows, invalid UTF-8 is
+// replaced.
 std::filesystem::path PathOf(std::string_view name);
 std::string NameOf(const std::filesystem::path& path);
 
-// Opens a file in binary mode. READ; WRITE truncates; CREATE fails if the file exists; LOG appends.
-// Null on failure, or if opening a log would block.
+// WRITE truncates an existing file. CREATE fails if the file exists. LOG appends to the file.
 enum class FileUse : std::uint8_t { READ, WRITE, CREATE, LOG };
+
+// Opens a file in binary mode. Returns null on failure. Opening a LOG fails where it would block.
 std::FILE* OpenFile(const char* name, FileUse use);
 
-// Gives a finished file its final name, in place of any file of that name; false on failure.
+// Renames a file and replaces any file that has the new name. Returns false on failure.
 bool MoveIntoPlace(const char* from, const char* to);
 
-// Allocates zeroed memory for large tables, page-aligned, in large pages if the system has them;
-// null on failure. FreeTable takes the size given to AllocateTable.
+// Allocates zeroed memory for a large table, page-aligned, in large pages if possible. Returns null
+// on failure. FreeTable requires the size that was passed to AllocateTable.
 void* AllocateTable(std::size_t bytes);
 void FreeTable(void* table, std::size_t bytes);

@@ -22,12 +22,13 @@ namespace {
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
 
 #ifdef POLLRDHUP
-constexpr short HALF_CLOSED = POLLRDHUP; // a socket whose other side sends no more
+constexpr short HALF_CLOSED = POLLRDHUP; // poll: the other side of a socket sends no more
 #else
 constexpr short HALF_CLOSED = 0;
 #endif
 
-// A key is pressed and released. A console that counts events counts an empty line this way too.
+// WaitingInput reports this many events for a byte typed on a console: a key press and a key
+// release.
 constexpr int EVENTS_OF_KEY = 2;
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
@@ -36,8 +37,8 @@ constexpr std::size_t RoundUp(std::size_t bytes) {
     return (bytes + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
 }
 
-// The call was interrupted, or a front end has made the descriptor non-blocking. In the second case
-// this waits until the descriptor is ready.
+// True if a failed read or write should be repeated. Waits until a non-blocking descriptor is
+// ready.
 bool WaitToRepeat(int descriptor, short events) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
@@ -46,14 +47,14 @@ bool WaitToRepeat(int descriptor, short events) {
     return true;
 }
 
-// Events at standard input and output, from poll.
+// The result of poll for standard input and standard output.
 struct Events {
-    int count; // how many of the two have an event; negative: poll failed
+    int count; // number of descriptors with an event; negative if poll failed
     short input;
-    short output; // only errors are reported: nobody reads any more
+    short output; // reports only errors, such as a pipe that nobody reads
 };
 
-// Waits for an event, at most `timeout` milliseconds; -1: no limit.
+// Waits for an event for at most `timeout` milliseconds. -1 means no limit.
 Events PollFrontEnd(int timeout) {
     pollfd ends[] = {{STDIN_FILENO, POLLIN | HALF_CLOSED, 0}, {STDOUT_FILENO, 0, 0}};
     const int count = poll(ends, std::size(ends), timeout);
@@ -61,9 +62,10 @@ Events PollFrontEnd(int timeout) {
 }
 
 volatile std::sig_atomic_t is_interrupted = 0;
-int input_before_interrupt = -1; // a duplicate of standard input
+int input_before_interrupt = -1; // duplicate of the original standard input
 
-// Ends standard input, which also ends a waiting read. Uses only async-signal-safe calls.
+// Signal handler that replaces standard input by /dev/null, so that ReadInput reports the end of
+// the input. Uses only async-signal-safe calls.
 void InterruptInput(int) {
     const int error = errno;
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
@@ -73,11 +75,11 @@ void InterruptInput(int) {
     errno = error;
 }
 
-// The same, permanently.
+// Signal handler that ends standard input permanently.
 void EndInput(int signal) {
     InterruptInput(signal);
     dup2(STDIN_FILENO, input_before_interrupt);
-    is_interrupted = 0; // TakeInterrupt reports only what passes
+    is_interrupted = 0; // TakeInterrupt must not report this signal
 }
 
 } // namespace
@@ -104,7 +106,7 @@ bool TakeInterrupt() {
     sigset_t interrupt, before;
     sigemptyset(&interrupt);
     sigaddset(&interrupt, SIGINT);
-    sigprocmask(SIG_BLOCK, &interrupt, &before); // a signal between these lines would be lost
+    sigprocmask(SIG_BLOCK, &interrupt, &before); // a SIGINT during the reset would be lost
     is_interrupted = 0;
     dup2(input_before_interrupt, STDIN_FILENO);
     sigprocmask(SIG_SETMASK, &before, nullptr);
@@ -124,7 +126,7 @@ std::uint64_t SystemTime() {
 
 bool IsConsoleInput() { return isatty(STDIN_FILENO) != 0; }
 
-void QuietConsole() {} // it has no other events
+void QuietConsole() {} // POSIX consoles have no mouse or window events
 
 bool IsConsoleOutput() { return isatty(STDOUT_FILENO) != 0; }
 
@@ -168,7 +170,7 @@ bool IsHungUp() {
 std::size_t ReadInput(std::span<char> room) {
     for (;;) {
         const Events events = PollFrontEnd(-1);
-        if (events.count > 0 && events.input == 0) return 0; // nobody reads the output
+        if (events.count > 0 && events.input == 0) return 0; // nobody reads standard output
         const ssize_t got = read(STDIN_FILENO, room.data(), room.size());
         if (got >= 0) return static_cast<std::size_t>(got);
         if (!WaitToRepeat(STDIN_FILENO, POLLIN)) return 0;
@@ -204,7 +206,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
     case FileUse::CREATE: return std::fopen(name, "wx");
     case FileUse::LOG: break;
     }
-    // Without O_NONBLOCK, open would wait for a reader of a named pipe.
+    // Without O_NONBLOCK, opening a named pipe would wait for a reader.
     const int file = open(name, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
     return file < 0 ? nullptr : fdopen(file, "a");
 }
@@ -216,7 +218,8 @@ void* AllocateTable(std::size_t bytes) {
     void* area = mmap(nullptr, size + LARGE_PAGE, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (area == MAP_FAILED) return nullptr;
-    // Large pages begin at multiples of their size. Return the rest on both sides.
+    // Large pages begin at multiples of their size. Unmap the memory before and after the aligned
+    // part.
     const std::size_t start = reinterpret_cast<std::size_t>(area);
     const std::size_t before = RoundUp(start) - start;
     char* const table = static_cast<char*>(area) + before;

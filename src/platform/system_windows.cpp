@@ -20,10 +20,10 @@ namespace {
 HANDLE Input() { return GetStdHandle(STD_INPUT_HANDLE); }
 HANDLE Output() { return GetStdHandle(STD_OUTPUT_HANDLE); }
 
-// UTF-16 for the system, and UTF-8 for the engine.
+// Wide and Narrow convert between the engine's UTF-8 and the UTF-16 of Windows.
 std::wstring Wide(std::string_view text) {
     const int size = static_cast<int>(text.size());
-    std::wstring wide(text.size(), L'\0'); // never more units than bytes
+    std::wstring wide(text.size(), L'\0'); // one UTF-8 byte gives at most one UTF-16 unit
     const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), size);
     wide.resize(static_cast<std::size_t>(length));
     return wide;
@@ -31,7 +31,7 @@ std::wstring Wide(std::string_view text) {
 
 std::string Narrow(std::wstring_view text) {
     const int size = static_cast<int>(text.size());
-    std::string narrow(text.size() * 3, '\0'); // no unit needs more bytes
+    std::string narrow(text.size() * 3, '\0'); // one UTF-16 unit gives at most three bytes
     const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(),
                                            static_cast<int>(narrow.size()), nullptr, nullptr);
     narrow.resize(static_cast<std::size_t>(length));
@@ -43,7 +43,7 @@ bool IsConsole(HANDLE handle) {
     return GetConsoleMode(handle, &mode) != 0;
 }
 
-// True if the other end of the pipe is known to be closed, even if the pipe still holds bytes.
+// True if the other end of the pipe has closed, even if unread bytes remain in the pipe.
 bool IsOtherEndClosed(HANDLE pipe) {
     constexpr auto PIPE_LOCAL_INFORMATION = static_cast<FILE_INFORMATION_CLASS>(24);
     constexpr ULONG DISCONNECTED = 1, CLOSING = 4;
@@ -57,41 +57,43 @@ bool IsOtherEndClosed(HANDLE pipe) {
            (about.state == CLOSING || about.state == DISCONNECTED);
 }
 
-// True if the error says that the other end of a pipe has closed.
+// True if the error means that the other end of a pipe has closed.
 bool IsGone(DWORD error) {
     return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ||
            error == ERROR_PIPE_NOT_CONNECTED;
 }
 
-bool is_ended_by_interrupts = false;     // standard input
-std::atomic<bool> is_input_over = false; // an interrupt has ended it
-std::atomic<bool> is_closing = false;    // a closing console, or a logoff, has ended it for good
-std::atomic<bool> is_reading = false;    // ReadInput waits
+bool is_ended_by_interrupts = false;     // true if an interrupt ends standard input
+std::atomic<bool> is_input_over = false; // true after the end of standard input by an interrupt
+std::atomic<bool> is_closing = false;    // true once the console closes or the user logs off
+std::atomic<bool> is_reading = false;    // true while ReadInput reads
 HANDLE main_thread = nullptr;
 
 BOOL WINAPI IgnoreInterrupt(DWORD event) {
     return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
 }
 
-// The system ends a program whose console closes as soon as the handler returns, and after some
-// seconds if it does not. So the handler leaves the end to the main thread, which may still log a
-// game.
+// Handler of console events: ends standard input. After the console has closed, Windows ends the
+// program when this handler returns, or after some seconds. So the handler does not return then,
+// and the main thread has time to log the game.
 BOOL WINAPI EndInput(DWORD event) {
     const bool is_interrupt = IgnoreInterrupt(event) != FALSE;
     if (!is_interrupt) is_closing = true;
     is_input_over = true;
     is_input_over.notify_all();
     if (is_interrupt || !main_thread) return is_interrupt;
-    constexpr DWORD PERIOD = 100; // milliseconds; the main thread may only be about to read
+    constexpr DWORD PERIOD = 100; // milliseconds
     for (;; Sleep(PERIOD)) {
-        if (is_reading) CancelSynchronousIo(main_thread); // never the writing of a log
+        // Cancels only a read, because the log must be written. Repeats, because the main thread
+        // may set is_reading before the read begins.
+        if (is_reading) CancelSynchronousIo(main_thread);
     }
 }
 
-std::atomic<bool> is_output_over = false; // the reader of standard output has closed it
+std::atomic<bool> is_output_over = false; // true once nobody reads standard output
 
-// Ends a read when the other end of the output has closed, which nothing else does. A thread of its
-// own, because checking both pipes at every poll of the search would take twice the time.
+// Thread that cancels a waiting read when nobody reads standard output any more. A check of both
+// pipes at every poll of the search would be slower.
 DWORD WINAPI WatchOutput(void* reader) {
     constexpr DWORD PERIOD = 200; // milliseconds
     for (;; Sleep(PERIOD)) {
@@ -99,7 +101,7 @@ DWORD WINAPI WatchOutput(void* reader) {
         is_output_over = true;
         if (!is_reading) continue;
         CancelSynchronousIo(reader);
-        CancelIoEx(Input(), nullptr); // the same for overlapped pipes
+        CancelIoEx(Input(), nullptr); // for pipes opened in overlapped mode
     }
 }
 
@@ -111,7 +113,8 @@ void StartWatchingOutput() {
     CreateThread(nullptr, 0, WatchOutput, reader, 0, nullptr);
 }
 
-// The number of unread bytes if standard input is a file, else INPUT_UNKNOWN.
+// Returns the number of unread bytes if standard input is a file. Returns INPUT_UNKNOWN at the end
+// of the file and for other kinds of input.
 int RestOfFile() {
     LARGE_INTEGER size, place;
     if (GetFileType(Input()) != FILE_TYPE_DISK || !GetFileSizeEx(Input(), &size) ||
@@ -121,7 +124,7 @@ int RestOfFile() {
     return static_cast<int>(std::min<LONGLONG>(size.QuadPart - place.QuadPart, INT_MAX));
 }
 
-// Large pages need the privilege to lock memory, which must be switched on.
+// Enables the privilege to lock memory, which large pages require.
 void AskForLargePages() {
     HANDLE token = nullptr;
     if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES, &token)) return;
@@ -135,7 +138,7 @@ void AskForLargePages() {
 } // namespace
 
 void PrepareProcess(Interrupts interrupts) {
-    SetConsoleCtrlHandler(nullptr, FALSE); // drop the parent's setting
+    SetConsoleCtrlHandler(nullptr, FALSE); // the parent process may have disabled Ctrl-C
     if (interrupts == Interrupts::IGNORED) SetConsoleCtrlHandler(IgnoreInterrupt, TRUE);
     is_ended_by_interrupts = interrupts == Interrupts::END_OF_INPUT;
     if (is_ended_by_interrupts) {
@@ -189,7 +192,7 @@ bool IsConsoleErrors() { return IsConsole(GetStdHandle(STD_ERROR_HANDLE)); }
 
 bool IsUnicodeConsole() { return SetConsoleOutputCP(CP_UTF8) != 0; }
 
-// Windows 10 and later understand a terminal's colour codes once this mode is set.
+// Turns on the console's colour codes, which Windows 10 and later support.
 bool IsColourConsole() {
     DWORD mode = 0;
     return EnvironmentValue("NO_COLOR").empty() && GetConsoleMode(Output(), &mode) &&
@@ -226,10 +229,11 @@ std::size_t ReadInput(std::span<char> room) {
             ReadFile(Input(), room.data(), static_cast<DWORD>(room.size()), &got, nullptr);
         is_reading = false;
         if (!is_read || got > 0) return got;
-        // Zero bytes were written to a pipe, or a console was interrupted: neither is the end.
+        // The read returned no bytes, but the input may not have ended: the other side may have
+        // written an empty message to the pipe, or an interrupt may have ended the read.
         const bool is_interrupted = GetLastError() == ERROR_OPERATION_ABORTED;
         if (is_interrupted && is_ended_by_interrupts) {
-            is_input_over.wait(false); // the handler runs in a thread of its own
+            is_input_over.wait(false); // until EndInput, in another thread, has set it
             return 0;
         }
         if (!is_interrupted && !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr)) {
@@ -257,12 +261,12 @@ void WriteOutput(std::string_view bytes) {
 
 void FlushOutput() {
     if (std::fflush(stdout) != 0 && GetFileType(Output()) == FILE_TYPE_PIPE) {
-        std::_Exit(EXIT_FAILURE); // the reader has closed the pipe
+        std::_Exit(EXIT_FAILURE); // nobody reads the pipe any more
     }
 }
 
 std::string ProgramFolder() {
-    std::wstring name(32768, L'\0'); // the longest path
+    std::wstring name(32768, L'\0'); // maximum length of a path
     const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
     name.resize(length);
     return Narrow(name.substr(0, name.find_last_of(L'\\')));
@@ -279,7 +283,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
         const char* mode;
     };
     constexpr Way WAYS[] = {
-        // A folder can be opened but not read, as on other systems.
+        // FILE_FLAG_BACKUP_SEMANTICS opens folders too, as POSIX does. A read of a folder fails.
         {GENERIC_READ, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, _O_RDONLY | _O_BINARY, "rb"},
         {GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
         {GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
