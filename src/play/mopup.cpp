@@ -14,28 +14,30 @@
 
 namespace {
 
-constexpr std::int32_t DEPTH = 5; // plies
+// Search depth in plies, and a smaller depth for positions with more than MANY_MOVES legal moves.
+constexpr std::int32_t DEPTH = 5;
 constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
 
-// Centipawns for each square denied to the bare king, for each step of the bare king from the
-// centre, and for each step of the kings towards each other.
-constexpr std::int32_t FENCE_BONUS = 25;
-constexpr std::int32_t EDGE_BONUS = 50;
-constexpr std::int32_t CLOSENESS_BONUS = 20;
-constexpr std::int32_t LONGEST_WAY = 14;
+// Bonuses for the winner, in centipawns.
+constexpr std::int32_t FENCE_BONUS = 25; // for each square counted by HeldSquares
+constexpr std::int32_t EDGE_BONUS = 50;  // for each step from the centre to the bare king
+constexpr std::int32_t CLOSENESS_BONUS =
+    20;                                  // for each step that the kings are closer than LONGEST_WAY
+constexpr std::int32_t LONGEST_WAY = 14; // Manhattan distance between opposite corners
 
 std::int32_t Distance(int a, int b) {
     return std::abs(FileOf(a) - FileOf(b)) + std::abs(RankOf(a) - RankOf(b));
 }
 
-// Counts from the nearest of the four central squares.
+// Returns the Manhattan distance to the nearest of the four central squares.
 std::int32_t DistanceFromCentre(int square) {
     return std::max(3 - FileOf(square), FileOf(square) - 4) +
            std::max(3 - RankOf(square), RankOf(square) - 4);
 }
 
-// Counts the squares around the bare king that the winner controls.
+// Counts the squares of the 3x3 block around the bare king that the winner attacks or that are off
+// the board.
 template <Colour WINNER>
 std::int32_t HeldSquares() {
     const int king = KingSquare(Opponent(WINNER));
@@ -59,20 +61,21 @@ std::int32_t EvaluateMopUp(Colour winner) {
     return board.side_to_move == winner ? score : -score;
 }
 
-std::int32_t first_key = 0; // first key index of a position that can recur
+std::int32_t first_key = 0; // index in zobrist_keys of the oldest position that can recur
 
-// True if the position occurred before; a repetition makes no progress.
+// True if the position has occurred before. Such a position makes no progress.
 bool IsRepeated() {
     const std::uint64_t* const first = zobrist_keys + first_key;
     const std::uint64_t* const now = zobrist_keys + board.zobrist_ply_number;
     return std::find(first, now, board.zobrist_key) != now;
 }
 
-// Returns the score of a mate after this many plies; the engine counts to the capture of the king.
+// Returns the score of a mate after this many plies. The engine's mate scores also count the
+// capture of the king, one ply after the mate.
 std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - Plies(plies + 1); }
 
-// Alpha-beta search over all legal moves. A mate scores MATE_EVAL plus the remaining depth, so
-// that a faster one scores higher.
+// Alpha-beta search over all legal moves. A mate scores MATE_EVAL plus the remaining depth, so that
+// a faster mate scores higher.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                     const Move& last_move) {
     if (IsInsufficientMaterial() || IsRepeated()) return DRAW_EVAL;

@@ -1,13 +1,14 @@
-// Elementary endings against the bare king, for levels that do not search deep enough to win them.
+// Endings with a queen or a rook against a bare king. The normal search of a weak level cannot win
+// these endings, so the levels use a special search.
 #pragma once
 
 #include "board/move.h"
 
 #include <cstdint>
 
-// True if the opponent has a bare king and the side to move a queen or a rook.
+// True if the opponent has only the king left and the side to move has a queen or a rook.
 bool IsElementaryWin();
 
-// Finds a move that drives the king to the edge or mates, and returns its score. Requires
-// IsElementaryWin. Searches at most five plies, which takes a few hundredths of a second.
+// Finds a move that mates or drives the bare king to the edge. Returns the move's score. Requires
+// IsElementaryWin(). Takes a few hundredths of a second.
 std::int32_t FindMopUpMove(Move& move);

@@ -19,7 +19,7 @@ void BeginAtInitialPosition() {
     NewStateHistory();
 }
 
-// Leaves the book, whose lines all begin at the initial position.
+// All book lines begin at the initial position, so a game from a FEN position leaves the book.
 void BeginAt(const Fen& fen) {
     ForgetMoves();
     PlacePosition(fen);
@@ -53,6 +53,6 @@ void RestartGame() {
     }
     Fen fen;
     [[maybe_unused]] const bool is_read = ReadFen(pgn_game_info.fen, fen);
-    assert(is_read); // ReadFen accepted it before
+    assert(is_read); // SetBoardFen stores only valid texts
     BeginAt(fen);
 }

@@ -1,19 +1,19 @@
-// How a game begins. Each function keeps the records of a game consistent: the board, the game
-// record, the header, the book and the history.
+// The start of a game. Each function sets up all parts of a game together: the board, the game
+// record, the PGN header, the book position and the state history.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
-// Starts a new game from the initial position, with an empty header and empty tables. Keeps the
-// settings of the command line and the front end.
+// Starts a new game from the initial position. Resets the PGN header, the clocks, the depth limit
+// and the transposition tables. Keeps all other settings.
 void NewGame();
 
-// Restarts the game from the position of the FEN text. Keeps tags, clocks and tables. Returns
-// false, and changes nothing, if the text is not a playable position.
+// Restarts the game from a FEN position. Keeps the PGN tags, the clocks and the transposition
+// tables. Returns false, and changes nothing, if the text is not a playable position.
 bool SetBoardFen(std::string_view text);
 
-// Restarts the game from its starting position. Keeps tags and tables, and the clocks too if the
-// game began from a set-up position. The moves that were played stay in the array of the history
-// until others overwrite them.
+// Restarts the game from its starting position. Keeps the PGN tags and the transposition tables.
+// Resets the clocks unless the game began from a FEN position. The old moves stay in
+// state_history.moves until new moves overwrite them.
 void RestartGame();

@@ -19,34 +19,37 @@
 
 namespace {
 
-// From these levels on, every move is searched and the whole book is used.
+// Levels from FIRST_SEARCHING_ELO search every move. Levels from FIRST_BOOKISH_ELO use the whole
+// book.
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
-// Lower levels use only the first plies of the book.
+// A lower level uses the book in the first plies of a game: in LEAST_BOOK_PLIES plies at MIN_ELO,
+// and in one more for every ELO_PER_BOOK_PLY points of Elo.
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
-// The node limits at FIRST_SEARCHING_ELO and at MAX_ELO; they rise geometrically between these
-// levels.
+// The node limits at FIRST_SEARCHING_ELO and at MAX_ELO. Between these levels, the limit grows
+// exponentially.
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
-// The parameters of a level below FIRST_SEARCHING_ELO. It searches some of its moves as that level
-// does, and picks the others at random after a search of two plies, which sees mates in one and
-// captures. A move worse than the best by `tolerance` centipawns is picked about a third as often
-// as the best. A move worse by `limit` centipawns or more is never picked.
+// The parameters of a level below FIRST_SEARCHING_ELO. Such a level finds a share of its moves by a
+// search of FIRST_NODES nodes. For every other move, it scores all legal moves by a search of two
+// plies and picks one at random. The probability of a move falls with its loss, in centipawns,
+// against the best move.
 struct NoiseLevel {
-    double attention; // share of moves that are searched
-    double tolerance;
-    double limit;
+    double attention; // share of moves found by a search of FIRST_NODES nodes, 0 to 1
+    double tolerance; // at this loss, a move is about a third as probable as the best move
+    double limit;     // moves with this loss or more are never picked
 };
+// The parameters at MIN_ELO and at FIRST_SEARCHING_ELO. Other levels interpolate between them.
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
-constexpr NoiseLevel HIGHEST = {1.0, 10, 50}; // at FIRST_SEARCHING_ELO
-// Exponent of the growth of attention: slow at first, so that the steps in strength are even.
+constexpr NoiseLevel HIGHEST = {1.0, 10, 50};
+// Exponent of the interpolation of `attention`. It makes the steps in strength even.
 constexpr double ATTENTION_GROWTH = 1.2;
 constexpr std::int32_t GLANCE_PLIES = 2;
-constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // below the move
+constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // after the move that is scored
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
 double Mix(double from, double to, double share) { return from + (to - from) * share; }
@@ -66,13 +69,15 @@ std::uint64_t NodesOf(std::int32_t elo) {
     return static_cast<std::uint64_t>(FIRST_NODES * std::pow(LAST_NODES / FIRST_NODES, share));
 }
 
-// Returns a random number of at least 0 and below 1.
+// Returns a random number in [0, 1).
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
-// Scores each move by a short search. Moves not reached before a stop get UNSEARCHED_EVAL.
+// Scores each move by a short search. If the search is stopped, the remaining moves get
+// UNSEARCHED_EVAL.
 void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     ResetSearchInfo({.depth = GLANCE_DEPTH, .clock = {}, .is_strict = true});
-    SchedulePoll(); // no poll at the first node: even a search stopped at once scores some moves
+    // Delays the first poll, so that some moves have a score even if the search is stopped early.
+    SchedulePoll();
     search_info.max_ply = GLANCE_MAX_PLY;
     for (std::int32_t i = 0; i < list.count; ++i) {
         MakeMove(list.moves[i]);
@@ -84,7 +89,7 @@ void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     analyze_info.depth = GLANCE_PLIES;
 }
 
-// Returns the index of a random move; the less a move loses, the likelier it is picked.
+// Returns the index of a random move. A move with a score near the best score is more probable.
 std::int32_t PickByLoss(std::span<const std::int32_t> scores, const NoiseLevel& noise) {
     const std::int32_t best = std::ranges::max(scores);
     double weights[MAX_MOVES];
@@ -123,7 +128,7 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
-        ResetSearchInfo(limits); // FindMopUpMove counts no nodes
+        ResetSearchInfo(limits); // sets the node count to 0; FindMopUpMove does not count
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }

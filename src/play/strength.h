@@ -1,4 +1,4 @@
-// Levels for people: play at a lower Elo rating.
+// Strength levels: the engine plays at a lower Elo rating.
 #pragma once
 
 #include "board/move.h"
@@ -6,18 +6,19 @@
 
 #include <cstdint>
 
-inline constexpr std::int32_t FULL_STRENGTH = 0; // in place of a level's rating
+inline constexpr std::int32_t FULL_STRENGTH = 0; // a value of `elo`: no strength limit
 inline constexpr std::int32_t MIN_ELO = 1000;
 inline constexpr std::int32_t MAX_ELO = 2400;
 
-// Finds a move at this level within the limits, or the best one at full strength. Returns its score
-// in centipawns. Levels from 1800 search a limited number of nodes. Lower ones often pick at random
-// among the moves that a short search scores not much below the best.
+// Finds a move of this strength within the limits. Returns the move's score in centipawns. Levels
+// from 1800 limit the number of nodes. Lower levels also play random moves that are not much worse
+// than the best move. `expected_reply` is a fake move if no reply is expected.
 std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
                              const SearchLimits& limits);
 
-// Returns the number of plies from the start of a game in which this level plays book moves.
+// Returns the number of plies after which this level stops using the book.
 std::int32_t BookPliesOfLevel(std::int32_t elo);
 
-// Picks a book move like PickBookMove, but only within BookPliesOfLevel.
+// Picks a book move. Returns false if the book has no move or the game has reached
+// BookPliesOfLevel.
 bool PickBookMoveOfLevel(std::int32_t elo, Move& move);

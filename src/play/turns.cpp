@@ -23,8 +23,9 @@
 
 namespace {
 
-// A game is hopeless when both the score and the balance of material are this bad (centipawns), and
-// the opponent has more than this time to win it (centiseconds).
+// The engine's position is hopeless if the score and the material balance are both at most
+// HOPELESS_EVAL (centipawns) and the opponent's clock is above HOPELESS_OPPONENT_TIME
+// (centiseconds).
 constexpr std::int32_t HOPELESS_EVAL = -900;
 constexpr std::uint64_t HOPELESS_OPPONENT_TIME = 2'999;
 
@@ -47,7 +48,7 @@ EngineChoice ChooseMove() {
     return choice;
 }
 
-// Must be called after the engine's move.
+// Must be called after the engine's move, so that the opponent is to move.
 bool IsHopeless(std::int32_t score) {
     const Colour opponent = board.side_to_move;
     const Colour engine = Opponent(opponent);
@@ -66,7 +67,7 @@ void RecordEngineMove(const EngineChoice& choice) {
     game_state.hopeless = IsHopeless(choice.score);
 }
 
-// Plays a move that the engine did not choose on the board, in the game record and in the book.
+// Plays the given move on the board, in the game record and in the book.
 void FollowMove(const Move& move) {
     MakeForceMove(move);
     SetNextBookMove(move);
@@ -84,8 +85,8 @@ void MakeEngineMove() {
     CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
     MakeMove(choice.move);
     RecordEngineMove(choice);
-    // A draw by repetition is near. Store the position before the opponent's last move as a draw,
-    // so that later searches find it in the transposition tables.
+    // The game is repeating itself. Store a draw score for the position before the opponent's last
+    // move, so that later searches find a draw there in the transposition tables.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
         ForceHashTable(zobrist_keys[board.zobrist_ply_number - 2], 0);
     }

@@ -1,4 +1,4 @@
-// The turns of a game: the engine's move, the user's move, pondering and analysis.
+// Playing a game: the engine's moves, the user's moves, pondering and analysis.
 #pragma once
 
 #include "board/move.h"
@@ -6,30 +6,29 @@
 #include <cstdint>
 #include <string_view>
 
-// Chooses the engine's move from the book or by searching, plays and announces it, then ponders if
-// pondering is on. Only records the engine's colour if there is no legal move or the history is
-// full.
+// Chooses a move from the book or by a search, plays the move and sends it to the front end. Then
+// ponders if pondering is on. Plays nothing if there is no legal move or the history is full.
 void MakeEngineMove();
 
-// Finds the legal move that a token of either notation names. Returns false, with `move` undefined,
-// if there is none or the history is full.
+// Finds the legal move for a token in SAN or coordinate notation. Returns false if the token is not
+// a legal move or the history is full. `move` is then undefined.
 bool FindLegalMove(std::string_view token, Move& move);
 
-// Plays a legal move: updates the board, game record, book and history. Neither replies nor tests
-// for the end of the game. The history must not be full.
+// Plays a legal move: updates the board, the game record, the book position and the history. Does
+// not check for the end of the game. The history must not be full.
 void PlayMove(const Move& move);
 
-// Plays the user's move, a token in either notation. If it is not legal, reports that to the front
+// Plays the user's move, given in SAN or coordinate notation. Reports an illegal move to the front
 // end and returns false.
 bool MakeUserMove(std::string_view token);
 
-// If the game has ended, announces that to the front end. `last_move` is the last move
-// played or null.
+// If the game has ended, sets game_state.game_over and sends the result to the front end.
+// `last_move` is null if no move has been played.
 void CheckEndOfGame(const Move* last_move);
 
-// Searches on the opponent's time until a command ends the search or it completes.
+// Searches during the opponent's turn until the search completes or a command ends it.
 void PonderMove();
 
-// Searches the position, without a limit in analyze mode, until a command ends the search or it
-// completes.
+// Searches the position until the search completes or a command ends it. In analyze mode there is
+// no time limit.
 void AnalyzePosition();
