@@ -26,19 +26,20 @@ namespace {
 
 constexpr std::uint64_t CENTISECONDS_PER_SECOND = 100;
 
-// The engine accepts a draw if its last score is below this (centipawns).
+// The engine accepts a draw offer if its last score is below this value, in centipawns.
 constexpr std::int32_t DRAW_ACCEPT_EVAL = -101;
 
 constexpr std::size_t RESULT_SIZE = 64;
 constexpr std::size_t STATUS_SIZE = 160;
 
-// Returns the text after the blank that ends a command's name.
+// Returns the arguments without the blank after the command's name.
 std::string_view TextOf(std::string_view arguments) {
     return arguments.substr(std::min<std::size_t>(1, arguments.size()));
 }
 
-// Skips white space and takes a number. Returns false, and leaves the value unchanged, if there is
-// none. The next argument may follow without a blank.
+// Skips white space and takes a number from the arguments. Returns false, and leaves `value`
+// unchanged, if there is no number. Characters directly after the number belong to the next
+// argument.
 bool TakeArgument(std::string_view& arguments, std::int32_t& value) {
     SkipWhiteSpace(arguments);
     return TakeNumber(arguments, value);
@@ -76,7 +77,7 @@ void CarryOutProtover(std::string_view) {
     SendCommand("feature done=1");
 }
 
-// Records that the front end has accepted the feature that the arguments name.
+// Carries out "accepted FEATURE". Only "san" has an effect: moves are then written in SAN.
 void ReceiveFeature(std::string_view arguments) {
     arguments.remove_prefix(std::min<std::size_t>(1, arguments.size()));
     const std::string_view name = NextWord(arguments);
@@ -103,8 +104,8 @@ void CarryOutPlayOther(std::string_view) {
     if (engine_state.ponder) PonderMove();
 }
 
-// "level MOVES BASE INCREMENT". Moves and base time are not used, because the front end sends the
-// clocks before every move. The increment is in seconds. Like a clock it is sign-extended.
+// Carries out "level MOVES BASE INCREMENT". Ignores MOVES and BASE, because the front end sends the
+// clocks before every move. INCREMENT is in seconds. A negative value wraps to a huge one.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
@@ -116,15 +117,15 @@ void CarryOutLevel(std::string_view arguments) {
     game_state.time_increment = static_cast<std::uint64_t>(increment) * CENTISECONDS_PER_SECOND;
 }
 
-// Clamps the depth to MAX_DEPTH_PLIES, the capacity of a search line.
+// Limits the depth to MAX_DEPTH_PLIES, because a PvLine cannot hold deeper search lines.
 void CarryOutSd(std::string_view arguments) {
     std::int32_t plies = 0;
     if (!TakeArgument(arguments, plies)) return;
     engine_state.depth_limit = Plies(std::clamp(plies, 0, MAX_DEPTH_PLIES));
 }
 
-// Sign-extends the clock (centiseconds), so that a negative one becomes huge: the engine then
-// searches without a limit, as it does before the first clock command.
+// Reads a clock in centiseconds. A negative value wraps to a huge one, so that the engine searches
+// without a time limit.
 void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
     if (TakeArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
@@ -152,8 +153,9 @@ void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
-// Logs the game with the tags under the players' real colours. Writing the moves replays them from
-// the starting position. The game stays there, so no move can be taken back.
+// Logs the game, with each player's tags under that player's real colour. The moves are written
+// from the starting position, so the game is restarted first. After this, no move can be taken
+// back.
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
@@ -164,7 +166,7 @@ void LogGame() {
     BlogGame(logged);
 }
 
-// "result RESULT {COMMENT}"
+// Carries out "result RESULT {COMMENT}". Does not log the game in force mode or in analyze mode.
 void CarryOutResult(std::string_view arguments) {
     const std::string_view result = NextWord(arguments).substr(0, RESULT_SIZE - 1);
     if (result.empty() || result == "*") return;
@@ -176,8 +178,8 @@ void CarryOutResult(std::string_view arguments) {
     if (!engine_state.force_mode && !engine_state.analyze_mode) LogGame();
 }
 
-// Some front ends pause an analysis by setting up an empty board. That has already ended the
-// search, so it needs no further action.
+// Some front ends send an empty board to pause an analysis. The command has already ended the
+// search, so nothing else is done.
 void CarryOutSetBoard(std::string_view arguments) {
     const std::string_view fen = TextOf(arguments);
     if (IsEmptyBoard(fen)) return;
@@ -217,7 +219,7 @@ void CarryOutAnalyze(std::string_view) {
 
 void CarryOutExit(std::string_view) { engine_state.analyze_mode = 0; }
 
-// The Black tags contain the opponent's data until the game is logged.
+// During a game the "Black" tags contain the opponent's data, even if the opponent plays White.
 void CarryOutName(std::string_view arguments) { SetTag("Black", TextOf(arguments)); }
 
 void CarryOutRating(std::string_view arguments) {
@@ -234,7 +236,7 @@ void CarryOutIcs(std::string_view arguments) {
 
 void CarryOutComputer(std::string_view) { SetTag("BlackType", "program"); }
 
-// Sends the status line of the running search.
+// Sends the status of the running search. The time is in centiseconds.
 void SendStatus(std::string_view) {
     analyze_info.elapsed = CurrentTimeU64() - search_info.start_time;
     analyze_info.nodes = search_info.nodes;
@@ -245,14 +247,14 @@ void SendStatus(std::string_view) {
     SendCommand(line);
 }
 
-// Waits for any line and discards it.
+// During a search, "pause" lasts until the next line, whatever the line contains.
 void WaitForNextLine(std::string_view) {
     CommandLine next;
     ReceiveCommand(next);
 }
 
-// Behaviour during a search. After the matching rule the columns are: on the engine's own time,
-// pondering, analysing.
+// The treatment of a command during a search. Columns: the matching rule, then the treatment on the
+// engine's own time, while pondering and while analysing.
 using enum Match;
 using enum Hearing;
 constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};
@@ -263,12 +265,12 @@ constexpr DuringSearch EASY{EXACT, ANSWER, ANSWER_AND_STOP, ANSWER};
 constexpr DuringSearch BOOK{EXACT, DROP, ANSWER, ANSWER};
 constexpr DuringSearch HINT{EXACT, DROP, ANSWER, DROP};
 
-// The first matching row is used.
+// ParseCommand uses the first row that matches the line.
 constexpr Command COMMANDS[] = {
     {"xboard", EXACT, Ignore},
     {"protover 2", EXACT, CarryOutProtover},
     {"accepted", PREFIX, ReceiveFeature},
-    {"rejected", PREFIX, Ignore}, // the announced features apply nevertheless
+    {"rejected", PREFIX, Ignore}, // a rejection has no effect
     {"new", EXACT, CarryOutNew, TO_STOP},
     {"random", EXACT, Ignore},
     {"force", EXACT, CarryOutForce, TO_STOP},
@@ -301,7 +303,7 @@ constexpr Command COMMANDS[] = {
     {"computer", EXACT, CarryOutComputer},
     {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
     {"resume", EXACT, Ignore},
-    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends at it and calls no handler
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends without calling the handler
 };
 
 void AnswerUnknown(std::string_view line) {

@@ -20,21 +20,26 @@
 
 namespace {
 
-constexpr int THINKING_WIDTH = 1'000'000;  // a thinking line is never wrapped
-constexpr std::uint64_t LAST_THOUGHT = 50; // centiseconds
+constexpr int THINKING_WIDTH = 1'000'000; // so large that a thinking line is never wrapped
 
-std::int32_t last_timestamp = 0; // of the pending line that was examined last
-std::uint8_t last_pondering = 0; // that was while pondering
-std::uint8_t last_answer = 0;    // that line ended the search
+// Total search time after the front end has gone, in centiseconds. Input from a file of commands
+// ends at once, but the engine should still find its moves.
+constexpr std::uint64_t LAST_THOUGHT = 50;
 
-// When the front end was first found gone, in centiseconds; 0: it is present.
+// The last line that PollCommands examined: its number, the value of engine_state.pondering at that
+// time, and 1 if the line ended the search.
+std::int32_t last_timestamp = 0;
+std::uint8_t last_pondering = 0;
+std::uint8_t last_answer = 0;
+
+// Time at which the front end was found to be gone, in centiseconds. 0 while the front end is
+// present.
 std::uint64_t hung_up_at = 0;
 
-CommandLine line; // the line being examined
+CommandLine line; // the line that PollCommands examines
 
-// True if the search must end because the front end has hung up or the input is at its end. A
-// search without a limit ends at once. Searches on the engine's clock get half a second in all, for
-// piped input. A held line hides later lines, not a hang-up.
+// True if the search must end because the front end has hung up or the input has ended. Pondering
+// and analysis end at once. Other searches end after LAST_THOUGHT.
 bool IsFrontEndGone() {
     if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) {
         hung_up_at = 0;
@@ -45,14 +50,14 @@ bool IsFrontEndGone() {
     return engine_state.pondering || engine_state.analyze_mode || now - hung_up_at > LAST_THOUGHT;
 }
 
-// Returns the row's entry for the kind of search that is running.
+// Returns the treatment of the command in the running kind of search.
 Hearing HearingOf(const Command& command) {
     const DuringSearch& during = command.during_search;
     if (engine_state.pondering) return during.pondering;
     return engine_state.analyze_mode ? during.analysing : during.on_own_time;
 }
 
-// Skips rows that wait, so that a later row may match.
+// Returns the first matching command that does not wait until after the search, or null.
 const Command* FindCommand() {
     const std::span<const Command> commands = CommandTable();
     const auto command = std::ranges::find_if(commands, [](const Command& row) {
@@ -84,7 +89,7 @@ bool PollCommands() {
         last_answer = hearing == Hearing::STOP;
         if (hearing == Hearing::STOP) return true;
         if (hearing == Hearing::WAIT) return IsFrontEndGone();
-        ReceiveCommand(line); // takes the line that was peeked at
+        ReceiveCommand(line); // removes the line from the input
         if (hearing != Hearing::DROP) Answer(*command);
         if (hearing == Hearing::ANSWER_AND_STOP) return true;
     }

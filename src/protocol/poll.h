@@ -1,15 +1,16 @@
-// Polling the front end during a search, and thinking lines.
+// Polling of the front end during a search, and output of thinking lines.
 #pragma once
 
 #include "search/records.h"
 
-// Handles pending lines by the "during search" column of the command table, up to the first that
-// must wait; a line without a row waits. Returns true if the search must stop.
+// Carries out the waiting command lines during a search, up to the first line that must wait until
+// after the search. Unknown commands also wait. Returns true if the search must stop.
 bool PollCommands();
 
-// Prints a thinking line if thinking output is on: plies, centipawns, centiseconds, nodes, moves.
+// If thinking output is on, prints the depth in plies, the score in centipawns, the time in
+// centiseconds, the number of nodes and the moves.
 void PrintThinking(const SearchLine& line);
 
-// Records the root move in analyze_info for the status line. Always returns true: the search
+// Stores the root move in analyze_info for the status line. Returns true, so that the search
 // continues.
 bool NoteRootMove(const Move& move);
