@@ -37,15 +37,15 @@ void CarryOutNewGame(std::string_view) { ForgetGame(); }
 
 void Ignore(std::string_view) {}
 
-// Prints the board from White's side, the position as FEN and its hash key.
+// Prints the board from White's side, and the FEN and the hash key of the position.
 void ShowBoard(std::string_view) {
     char key[32];
     std::snprintf(key, sizeof key, "%016" PRIx64, board.zobrist_key);
     Tell(WrittenDiagram({}) + "Fen: " + GetBoardFen() + "\nKey: " + key);
 }
 
-// Reads a depth within the bounds. A missing one leaves the default in `depth`; an invalid one is
-// reported.
+// Reads a depth from `least` to `most`. If there is no argument, keeps the default value of
+// `depth`. Reports an invalid depth and returns false.
 bool ReadDepth(std::string_view arguments, std::int32_t least, std::int32_t most,
                std::int32_t& depth) {
     const std::string_view word = NextWord(arguments);
@@ -73,7 +73,7 @@ void CarryOutBench(std::string_view arguments) {
 struct UciCommand {
     std::string_view name;
     LineEffect during_search;
-    void (*carry_out)(std::string_view arguments); // the arguments follow the name
+    void (*carry_out)(std::string_view arguments); // receives the text after the name
 };
 
 using enum LineEffect;
@@ -91,10 +91,11 @@ constexpr UciCommand COMMANDS[] = {
     {"d", WAIT, ShowBoard},
     {"perft", WAIT, CarryOutPerft},
     {"bench", WAIT, CarryOutBench},
-    {QUIT_LINE, WAIT, Ignore}, // CarryOutLine returns false
+    {QUIT_LINE, WAIT, Ignore}, // CarryOutLine then returns false
 };
 
-// Returns the command of a line, or null; `arguments` gets the text after its name.
+// Returns the first known command in the line, or null. Sets `arguments` to the text after the
+// command's name.
 const UciCommand* FindCommand(std::string_view line, std::string_view& arguments) {
     arguments = line;
     for (std::string_view word; !(word = NextWord(arguments)).empty();) {

@@ -29,12 +29,12 @@
 namespace {
 
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
-constexpr std::int64_t QUIET_TIME = 1000; // milliseconds before each root move is reported
+constexpr std::int64_t QUIET_TIME = 1000; // in milliseconds; later root moves are reported
 
-// The overhead of this many moves is reserved from the clock.
+// ClockOf subtracts the move overhead of this many moves from the clock.
 constexpr std::int64_t MOVES_TO_COME = 80;
 
-// Limits the lines per poll, so that a flood of lines cannot keep the search from the clock.
+// Maximum number of lines per poll, so that many lines cannot delay the check of the clock.
 constexpr int LINES_PER_POLL = 32;
 
 // The arguments of "go". Times are in milliseconds.
@@ -44,25 +44,25 @@ struct Request {
     bool has_clock[COLOURS] = {};
     std::int64_t clock[COLOURS] = {};
     std::int64_t increment[COLOURS] = {};
-    std::int64_t move_time = 0; // 0: none
-    std::int64_t depth = 0;     // plies; 0: none
-    std::int64_t nodes = 0;     // 0: none
-    std::int64_t mate = 0;      // moves; 0: none
-    MoveList moves;             // the root moves to search; empty: all
+    std::int64_t move_time = 0; // 0 means no limit
+    std::int64_t depth = 0;     // in plies; 0 means no limit
+    std::int64_t nodes = 0;     // 0 means no limit
+    std::int64_t mate = 0;      // search for a mate in this many moves; 0 means none
+    MoveList moves;             // root moves to search; empty means all
 };
 
-// The running search.
+// The state of the running search.
 struct Thinking {
     bool is_stopped;
     bool is_infinite;
     bool is_pondering;
     bool is_measuring;
-    std::int64_t start;     // of the search, in milliseconds
-    std::int64_t clock_run; // start of its time limits, in milliseconds
-    std::int64_t move_time; // milliseconds; 0: none
-    std::int64_t last_poll; // last poll of the input, in milliseconds
+    std::int64_t start;     // start of the search, in milliseconds
+    std::int64_t clock_run; // start of the time limits, in milliseconds
+    std::int64_t move_time; // time limit in milliseconds; 0 means no limit
+    std::int64_t last_poll; // time of the last poll of the input, in milliseconds
     std::optional<TimeLeft> clock;
-    Move last_reported_move; // the first move of the last reported line
+    Move last_reported_move; // first move of the last reported line
 };
 Thinking thinking;
 
@@ -111,7 +111,7 @@ bool IsStopWanted() {
     return thinking.is_stopped || IsTimeUp();
 }
 
-// Returns the score in centipawns or, for a forced mate, in moves.
+// Returns the score in UCI notation: "cp" and centipawns, or "mate" and the number of moves.
 std::string WrittenScore(std::int32_t score) {
     if (!IsMateEval(score)) return "cp " + std::to_string(score);
     return "mate " + std::to_string(MovesToMate(score));
@@ -135,8 +135,8 @@ void TellLine(const SearchLine& line) {
     thinking.last_reported_move = line.moves.front();
 }
 
-// Checks the time before each root move, and polls the input unless it was polled in the same
-// millisecond. Reports root moves only in long searches.
+// Called before each root move. Reports the move if the search is older than QUIET_TIME. Returns
+// false if the search must stop. Polls the input at most once per millisecond.
 bool MayGoOn(const Move& move) {
     const std::int64_t now = Milliseconds();
     if (now - thinking.start > QUIET_TIME) {
@@ -147,7 +147,8 @@ bool MayGoOn(const Move& move) {
     return !(now == thinking.last_poll ? IsTimeUp() : IsStopWanted());
 }
 
-// Takes a number and clamps it to the range. Returns false if there is none.
+// Takes a number from the text and clamps it to 64 bits. Returns false if the next word is not a
+// number.
 bool ReadCount(std::string_view& text, std::int64_t& count) {
     std::string_view rest = text;
     const std::string_view word = NextWord(rest);
@@ -159,12 +160,12 @@ bool ReadCount(std::string_view& text, std::int64_t& count) {
     return true;
 }
 
-// Reads a limit and raises it to at least 1.
+// Reads a limit. A number below 1 becomes 1, because 0 means no limit.
 void ReadLimit(std::string_view& text, std::int64_t& limit) {
     if (ReadCount(text, limit)) limit = std::max<std::int64_t>(limit, 1);
 }
 
-// Takes the moves at the start of the text and keeps the legal ones.
+// Takes the moves at the start of the text. Stores the legal moves and reports the illegal moves.
 void ReadMoves(std::string_view& text, MoveList& moves) {
     for (std::string_view rest = text, word; IsInCan(word = NextWord(rest)); text = rest) {
         Move move;
@@ -199,7 +200,7 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
                                       MILLISECONDS_PER_CENTISECOND);
 }
 
-// Returns the clock of the side to move less the time reserved for overhead.
+// Returns the clock of the side to move, reduced by the move overhead. Empty if "go" gave no clock.
 std::optional<TimeLeft> ClockOf(const Request& request) {
     if (!request.has_clock[board.side_to_move]) return {};
     const std::int64_t clock = request.clock[board.side_to_move];
@@ -208,8 +209,8 @@ std::optional<TimeLeft> ClockOf(const Request& request) {
                     ToCentiseconds(request.increment[board.side_to_move])};
 }
 
-// Returns the depth of the search. A mate in n moves gets n + 1 moves, because pruning may hide it
-// at first.
+// Returns the depth of the search in quarter-plies. For a mate in n moves, the depth is n + 1
+// moves, because pruning may hide the mate at a depth of n moves.
 std::int32_t DepthOf(const Request& request) {
     std::int64_t plies = MAX_DEPTH_PLIES;
     if (request.mate > 0)
@@ -240,13 +241,13 @@ void StartThinking(const Request& request) {
     SetFakeMove(thinking.last_reported_move);
 }
 
-// True if this is a move in a game, not analysis.
+// True if the front end requests a move in a game. False for an analysis.
 bool IsPlaying(const Request& request) {
     return !uci_options.analyse_mode && !request.is_infinite && request.moves.count == 0 &&
            request.mate == 0;
 }
 
-// Book moves are for searches limited by time or nodes; "go depth" is meant to show the search.
+// Requires a limit of time or nodes. "go depth" alone requests a search, so the book is not used.
 bool IsBookWanted(const Request& request) {
     return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
            (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
@@ -256,9 +257,10 @@ std::int32_t LevelOf(const Request& request) {
     return uci_options.limit_strength && IsPlaying(request) ? uci_options.elo : FULL_STRENGTH;
 }
 
-// Searches for a move. At a level, reports it if it was scored. At full strength, reports it if the
-// last line began with another move: the search may stop within an iteration or find all other
-// moves lost. A mate is not reported then, because its distance is unknown.
+// Searches for a move. At full strength, the search may choose a move that does not begin the last
+// reported line, for example when it stops within an iteration. The chosen move is then reported
+// too. A mate score is not reported, because the distance to the mate is unknown. At a lower
+// strength, every chosen move that has a score is reported.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const std::int32_t level = LevelOf(request);
     const std::int32_t score =
@@ -272,7 +274,8 @@ void ChooseBySearch(const Request& request, Choice& choice) {
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    // The expected reply can be illegal: the search may score a draw before the king is captured.
+    // The expected reply can be illegal, because the search may score a draw before the move that
+    // captures the king.
     const Move moves[] = {choice.move, choice.expected_reply};
     if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";

@@ -1,4 +1,4 @@
-// "go": the search of a UCI front end, the lines that arrive during it, and its reports.
+// The UCI command "go": the search, the input during the search, and the reports to the front end.
 #pragma once
 
 #include "search/records.h"
@@ -6,25 +6,25 @@
 #include <cstdint>
 #include <string_view>
 
-// The callbacks of the search.
+// The callbacks of a search for a UCI front end.
 extern const SearchHost UCI_HOST;
 
 // The effect of a line that arrives during a search.
 enum class LineEffect : std::uint8_t {
-    ANSWER,     // carried out at once
+    ANSWER,     // is carried out at once; the search continues
     STOP,       // ends the search
-    PONDER_HIT, // the opponent has played the expected move
-    WAIT        // ends the search and is carried out after it
+    PONDER_HIT, // the opponent has played the expected reply
+    WAIT        // ends the search, then is carried out
 };
 
-// Returns the effect of a line, after carrying it out if that is ANSWER. Set at start-up, because
-// the commands are above "go".
+// Callback for a line that arrives during a search. Carries out a command with the effect ANSWER.
+// Returns the line's effect. Set at start-up to HearDuringSearch.
 extern LineEffect (*hear_line)(std::string_view line);
 
-// Carries out "go" with its limits and sends one line "bestmove" at the end. An infinite search or
-// a ponder search sends it only after the front end has ended the search.
+// Carries out "go": searches within the limits in the arguments and sends "bestmove". An infinite
+// search or a ponder search waits for a command of the front end before it sends "bestmove".
 void Go(std::string_view arguments);
 
-// Polls the front end during a measurement, which only "stop" ends. Other commands that would end a
-// search, and the end of the input, wait until the measurement is done.
+// Call before a perft or a bench. Lets only "stop" end the measurement early. Other commands that
+// end a search wait until the measurement is done. So does the end of the input.
 void ListenWhileMeasuring();

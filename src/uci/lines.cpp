@@ -13,13 +13,13 @@ namespace {
 constexpr std::size_t BLOCK_SIZE = 4096;
 constexpr std::size_t MAX_LINE_SIZE = std::size_t{1} << 20;
 
-std::string received;     // bytes not yet taken
-std::size_t searched = 0; // length of the prefix without a line feed
+std::string received;     // bytes read but not yet taken as lines
+std::size_t searched = 0; // bytes of `received` already searched for a line feed
 std::string returned;
 bool is_returned = false;
-bool has_ended = false; // the input is at its end
+bool has_ended = false; // true after the end of the input
 
-// Reads the available input; waits if there is none.
+// Reads the available input, or waits for some. Cuts a line that is longer than MAX_LINE_SIZE.
 void Receive() {
     char block[BLOCK_SIZE];
     const std::size_t count = ReadInput(block);
@@ -29,8 +29,7 @@ void Receive() {
     received.append(block, count);
 }
 
-// Takes the text before the next line feed, without a carriage return. Returns false if there is no
-// whole line.
+// Takes the next line from `received`, without the line end. Returns false if no line is complete.
 bool CutLine(std::string& line) {
     const std::size_t end = received.find('\n', searched);
     if (end == std::string::npos) {
@@ -51,7 +50,7 @@ bool TakeReturnedLine(std::string& line) {
     return true;
 }
 
-// Returns the text after the last line feed as a line, then QUIT_LINE.
+// Takes the text after the last line feed. Returns QUIT_LINE if no text is left.
 void EndInput(std::string& line) {
     line = received.empty() ? QUIT_LINE : received;
     received.clear();

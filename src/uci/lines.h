@@ -1,31 +1,31 @@
-// Input and output lines of a UCI front end.
+// Lines from a UCI front end, and lines to the front end.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-// Also returned for every read after the end of standard input.
+// After the end of standard input, every read returns this line.
 inline constexpr std::string_view QUIT_LINE = "quit";
 
-// Takes the next line if a whole one is available; never waits. A line of more than a megabyte
-// is cut.
+// Takes the next line. Returns false if no complete line is waiting. Cuts lines of more than a
+// megabyte.
 bool TakeLine(std::string& line);
 
-// Takes the next line, waiting for it.
+// Waits for the next line and takes it.
 void WaitForLine(std::string& line);
 
-// Puts a line back; the next call that takes a line returns it.
+// Puts a line back. The next call of TakeLine or WaitForLine returns that line.
 void ReturnLine(std::string_view line);
 bool IsLineReturned();
 
-// Discards all pending input, for a new conversation.
+// Discards all pending input, so that the next test begins with empty buffers.
 void ForgetLines();
 
-// Sends a line immediately, with a line end.
+// Sends one line to the front end at once. Adds the line end.
 void Tell(std::string_view line);
 
-// Sends a message for a person as "info string".
+// Sends a message for the user, as "info string".
 void TellInfo(std::string_view text);
 
-// If not null, gets the messages of TellInfo instead of the front end.
+// If set, TellInfo calls this function and sends nothing to the front end.
 extern void (*info_listener)(std::string_view text);

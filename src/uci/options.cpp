@@ -25,7 +25,7 @@ constexpr std::string_view NO_FILE = "<empty>";
 
 enum class Kind : std::uint8_t { CHECK, SPIN, BUTTON, STRING };
 
-// The value of an option: 0 or 1 for a check, a number for a spin, a text for a string.
+// The value of an option: `text` for a string, `number` for a spin or a check (0 or 1).
 struct Value {
     std::int32_t number;
     std::string_view text;
@@ -52,14 +52,15 @@ void ClearHash(const Value&) { NewHashTable(); }
 
 void SetOwnBook(const Value& value) { uci_options.own_book = value.number != 0; }
 
-// Looks for the book in the current folder, then relative to the folder of the program.
+// Looks for the book in the current folder and then in the program's folder. Returns the path, or
+// `name` if there is no such file.
 std::string FindBook(std::string_view name) {
     const std::string here(name);
     const std::string beside = NameOf(PathOf(ProgramFolder()) / PathOf(here));
     return !IsPlainFile(here.c_str()) && IsPlainFile(beside.c_str()) ? beside : here;
 }
 
-// Loads the book. Returns an error message, or null.
+// Loads the book and turns its use on. Returns null, or an error message.
 const char* LoadBook(const std::string& file_name) {
     if (!FileExists(file_name.c_str())) return "there is no such file";
     const char* error = ReplaceBook(file_name.c_str());
@@ -74,13 +75,13 @@ void SetBookFile(const Value& value) {
     } else if (const char* error = LoadBook(FindBook(value.text))) {
         TellInfo("Cannot use the book " + std::string(value.text) + ": " + error);
     }
-    RestoreGame(); // finds its place in the new book
+    RestoreGame(); // finds the game's position in the new book
 }
 
 void SetOverhead(const Value& value) { uci_options.move_overhead = value.number; }
 void SetAnalyseMode(const Value& value) { uci_options.analyse_mode = value.number != 0; }
 
-// Clears the tables, so that results of a stronger search do not help the level.
+// Clears the transposition tables, so that results of a stronger search do not help a lower level.
 void SetLimitStrength(const Value& value) {
     uci_options.limit_strength = value.number != 0;
     NewHashTable();
@@ -121,7 +122,7 @@ std::string Declaration(const UciOption& option) {
     }
 }
 
-// Ignores case, which differs between front ends.
+// Option names are not case-sensitive.
 bool IsSameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, LowerCase, LowerCase);
 }
@@ -132,7 +133,7 @@ std::string_view Trim(std::string_view text) {
     return text.substr(0, text.find_last_not_of(BLANKS) + 1);
 }
 
-// Reads the value. Returns false if it is invalid for the option.
+// Reads a value of the option. Returns false if the text is not a valid value.
 bool ReadValue(const UciOption& option, std::string_view text, Value& value) {
     value = {0, text};
     switch (option.kind) {

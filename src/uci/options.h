@@ -6,9 +6,9 @@
 
 struct UciOptions {
     bool own_book;
-    bool analyse_mode;          // no book, and no level
-    bool is_debugging;          // "debug on": report lines without a command
-    std::int32_t move_overhead; // milliseconds reserved per move for communication delay
+    bool analyse_mode;          // turns the book and the strength limit off
+    bool is_debugging;          // true after "debug on": unknown commands are reported
+    std::int32_t move_overhead; // in milliseconds, reserved per move for communication delay
     bool limit_strength;
     std::int32_t elo;
 };
@@ -17,9 +17,9 @@ extern UciOptions uci_options;
 // Sets the defaults and loads the default book if it exists.
 void InitializeUciOptions();
 
-// Declares the options to the front end.
+// Sends the "option" lines to the front end.
 void TellOptions();
 
-// Carries out "setoption name NAME [value VALUE]". An invalid option or
-// value is reported and changes nothing.
+// Carries out "setoption name NAME [value VALUE]". Reports an unknown option or an invalid value to
+// the front end and then changes nothing.
 void SetUciOption(std::string_view arguments);

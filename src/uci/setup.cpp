@@ -17,7 +17,7 @@
 namespace {
 
 struct Setup {
-    std::string fen; // empty: the initial position
+    std::string fen; // empty for the initial position
     std::string moves;
 };
 Setup in_force;
@@ -29,7 +29,8 @@ bool Begin(const std::string& fen) {
     return true;
 }
 
-// Plays moves up to the first illegal one. Returns that one, or an empty word if all were played.
+// Plays moves up to the first illegal move. Returns the illegal move, or an empty text if all moves
+// were played.
 std::string_view PlayMoves(std::string_view moves) {
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
         Move move;
@@ -39,14 +40,14 @@ std::string_view PlayMoves(std::string_view moves) {
     return {};
 }
 
-// True if the game extends the current one, so that only the new moves need to be played.
+// True if `setup` extends the current game. Only the new moves must then be played.
 bool IsContinued(const Setup& setup) {
     return setup.fen == in_force.fen && setup.moves.starts_with(in_force.moves) &&
            (in_force.moves.empty() || setup.moves.size() == in_force.moves.size() ||
             setup.moves[in_force.moves.size()] == ' ');
 }
 
-// Sets up the game. Returns an error message, or an empty text.
+// Sets up the game. Returns an error message, or an empty text on success.
 std::string Apply(const Setup& setup) {
     std::string_view moves = setup.moves;
     if (IsContinued(setup)) {
@@ -74,7 +75,7 @@ void SetUpGame(std::string_view arguments) {
             TellInfo("Illegal position: ");
             return;
         }
-        // The initial position given as FEN counts as startpos, so that the book is used.
+        // The FEN of the initial position counts as "startpos", so that the book is used.
         if (setup.fen == INITIAL_FEN) setup.fen.clear();
     } else if (kind == "startpos") {
         TakeWordsBefore(arguments, "moves");
@@ -102,6 +103,6 @@ void RestoreGame() {
     in_force = {};
     Begin("");
     [[maybe_unused]] const std::string error = Apply(setup);
-    assert(error.empty()); // it was accepted before
+    assert(error.empty()); // SetUpGame has accepted this setup
     in_force = setup;
 }

@@ -5,16 +5,16 @@
 
 #include <string_view>
 
-// Finds the legal move whose coordinate notation is exactly the word. Returns false if there is
-// none.
+// Finds the legal move for a word in coordinate notation, such as "e7e8q". Returns false if there
+// is no such move.
 bool FindMove(std::string_view word, Move& move);
 
-// Sets up the game of "position startpos|fen FEN [moves MOVE...]". If the position
-// is not playable or a move is not legal, reports that and keeps the previous game.
+// Carries out "position startpos|fen FEN [moves MOVE...]". If the position or a move is illegal,
+// reports the error and keeps the previous game.
 void SetUpGame(std::string_view arguments);
 
-// Discards the game and clears the tables.
+// Discards the game and clears the transposition tables.
 void ForgetGame();
 
-// Sets up the same game again, after other code has used the board.
+// Sets up the current game again, after other code has used the board.
 void RestoreGame();
