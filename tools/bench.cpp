@@ -1,4 +1,4 @@
-// bench: the signature and the speed of the search, see measure/bench.h.
+// bench: prints the speed of the search and its signature, a node count (see measure/bench.h).
 #include "measure/bench.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"

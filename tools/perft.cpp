@@ -1,4 +1,4 @@
-// perft: counts positions, or checks a file of known counts.
+// perft: counts the positions after a number of plies, or checks a file of known counts.
 #include "measure/perft.h"
 #include "board/utility.h"
 #include "frame/startup.h"
@@ -29,7 +29,7 @@ void Fail(Tally& tally, std::string_view what, std::string_view line) {
     ++tally.failed;
 }
 
-// Checks one field "Dn count" of a line.
+// Checks one field of a line. "D4 197281" means 197281 positions after 4 plies.
 void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
                 Tally& tally) {
     const std::string_view depth_word = NextWord(field);

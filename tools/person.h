@@ -1,13 +1,13 @@
-// The user's name and files, from the operating system.
+// The user's name and file paths, from environment variables.
 #pragma once
 
 #include <filesystem>
 #include <string>
 
-// The user's name, or "Player".
+// Returns the user's name, or "Player" if the name is unknown.
 std::string PersonName();
 
-// Resolves a file name as the person means it: "~" is their home folder, and other names are
-// relative to the folder where they called the program. The launcher may have changed folders
-// since.
+// Returns the absolute path of a file name that the user has typed. "~" is the home folder.
+// Relative names begin at the folder in KORVANE_CALLED_FROM, because a launcher may have changed
+// the current folder.
 std::filesystem::path PersonPath(const std::string& name);

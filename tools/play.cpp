@@ -1,5 +1,5 @@
-// korvane-play: Korvane for a person at a terminal, with a board and moves as people type them. It
-// takes the engine's options, and uses its rules, book, search and logs.
+// korvane-play: a game against Korvane in a terminal. Prints the board and reads typed moves.
+// Accepts the same options as korvane.
 #include "board/score.h"
 #include "book/book.h"
 #include "frame/startup.h"
@@ -55,19 +55,19 @@ constexpr const char* USAGE =
     "  --help            print this help\n";
 
 DiagramStyle style = {};
-bool is_turned_by_hand = false; // by flip: the board keeps its side
+bool is_turned_by_hand = false; // true after "flip": then the board never turns by itself
 bool is_analysing = false;
-std::int32_t seconds = 2; // for a move
-std::int32_t plies = 0;   // 0: no limit
+std::int32_t seconds = 2; // time for each move
+std::int32_t plies = 0;   // depth limit; 0 means no limit
 std::int32_t elo = FULL_STRENGTH;
 std::uint64_t search_end = 0;
-std::string last_line;   // of the search that ran last
+std::string last_line;   // last line that the search reported
 std::string line_begins; // first move of last_line
-std::string result;      // empty during a game
+std::string result;      // empty until the game ends
 CommandLine input;
-bool is_input_waiting = false; // `input` is still to be carried out
+bool is_input_waiting = false; // true if `input` has not been carried out yet
 
-// Draws the board, and prints the game so far.
+// Prints the board and the moves of the game.
 void Draw() {
     std::printf("\n%s", WrittenDiagram(style).c_str());
     if (state_history.count == 0) return;
@@ -75,7 +75,8 @@ void Draw() {
     std::printf("\n");
 }
 
-// True if the time is up or the input has ended or been interrupted. Any input ends an analysis.
+// Any input ends an analysis. Other searches end when the time is up, at Ctrl-C, or at the end of
+// the input.
 bool IsStopWanted() {
     FlushOutput();
     if (is_analysing) return IsInputWaiting();
@@ -100,7 +101,7 @@ void TakeLine(const SearchLine& line) {
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
-// Searches for a move in the set time. The expected reply may be a fake move.
+// Searches for a move within the set time. `reply` is a fake move if no reply is expected.
 void Think(std::int32_t level, Move& move, Move& reply) {
     std::printf("\nKorvane is thinking...\n");
     const std::int32_t depth = plies > 0 ? Plies(plies) : engine_state.depth_limit;
@@ -111,7 +112,7 @@ void Think(std::int32_t level, Move& move, Move& reply) {
     TakeInterrupt();
 }
 
-// Turns "1-0 {White mates}", as front ends get it, into "White mates: 1-0".
+// Converts a result such as "1-0 {White mates}" to "White mates: 1-0".
 std::string InWords(const std::string& line) {
     const std::size_t brace = line.find('{');
     return line.substr(brace + 1, line.find('}') - brace - 1) + ": " + line.substr(0, brace - 1);
@@ -122,7 +123,8 @@ void EndGame(const char* line) {
     std::printf("\n%s. Type new for another game.\n", InWords(result).c_str());
 }
 
-// Ends the game if the position is its end. Returns true if the game is over, also by resignation.
+// Ends the game if the position is a mate or a draw. Returns true if the game is over, for example
+// by resignation.
 bool IsEnd() {
     if (const char* const line = EndOfGameLine(LastMove())) EndGame(line);
     return !result.empty();
@@ -133,20 +135,19 @@ bool IsOver() {
     return !result.empty();
 }
 
-// Logs the game if it is over, and turns the board to White's side. Logging waits until then, so
-// that undo can still take back the last move or a resignation.
+// Prepares for another game or the end of the program. A finished game is logged here, because
+// until then "undo" can take back the last move or a resignation.
 void LeaveGame() {
     if (!result.empty() && state_history.count > 0) ParseCommand(("result " + result).c_str());
     result.clear();
     style.is_flipped = is_turned_by_hand && style.is_flipped;
 }
 
-// Sets the header's tags at the first move, when the person's side and the time of the start are
-// known.
+// Sets the PGN tags and the side of the board at the first move, when the user's colour is known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
-    SetPgnTagValueByName(pgn_game_info, "Black",
-                         PersonName()); // Black is the opponent until the game is logged
+    // During a game the "Black" tags contain the opponent's data, even if the opponent plays White.
+    SetPgnTagValueByName(pgn_game_info, "Black", PersonName());
     if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
 }
 
@@ -156,8 +157,8 @@ void Play(const Move& move, Colour engine) {
     PlayMove(move);
 }
 
-// If is_answer, the person's move is made but not drawn yet. It is drawn before a search, not
-// before a book move.
+// `is_answer`: the user's move has been made, but the board has not been printed. The board is then
+// printed before a search. A book move comes at once and needs no such print.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);
@@ -210,8 +211,8 @@ void PlayTypedMove(const std::string& text) {
 
 std::string FirstWord(std::string_view line) { return InLowerCase(NextWord(line)); }
 
-// Enter, or "exit" as in the engine's own protocol, only ends the analysis. Another line that ends
-// it is carried out.
+// Analyses until the user types a line. An empty line or "exit" only ends the analysis. Any other
+// line is then carried out as a command.
 void Analyse(const std::string&) {
     if (IsOver()) return;
     is_analysing = true;
@@ -251,7 +252,7 @@ void ShowSettings(const std::string& = "") {
                 number_or(plies, "off (no limit)").c_str(), number_or(elo, "off (full)").c_str());
 }
 
-// Sets a number within its range, or "off" as 0 if allowed, and shows the settings.
+// Sets `value` to a number from `least` to `most`, or to 0 for the word "off". Prints the settings.
 void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
                bool can_be_off = true) {
     std::int32_t number = 0;
@@ -292,7 +293,8 @@ void StartGame(const std::string&) {
     Draw();
 }
 
-// Takes back the person's last move and all after it, or a resignation, but not both.
+// Takes back a resignation. If nobody has resigned, takes back the user's last move and the
+// engine's reply.
 void Undo(const std::string&) {
     const bool has_resigned = !result.empty() && !EndOfGameLine(LastMove());
     result.clear();
@@ -361,8 +363,8 @@ bool IsQuit(std::string_view line) {
     return word == QUIT_COMMAND || word == "exit" || word == "q";
 }
 
-// Carries out lines until one quits. The first interrupt at the prompt only asks, because it may
-// have been meant for a search that has just ended.
+// Carries out lines until the user quits. The first Ctrl-C at the prompt only prints a hint,
+// because the user may have wanted to stop a search that has just ended.
 void Converse() {
     for (bool has_asked = false;;) {
         std::printf(is_input_waiting ? "" : "> ");
@@ -395,7 +397,7 @@ int main(int argument_count, char** arguments) {
     style.is_unicode = IsUnicodeConsole();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
-    engine_state.use_random = 0; // the thinking line is that of the move
+    engine_state.use_random = 0; // the reported line then begins with the chosen move
     search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
     Draw();
     std::printf("\nType your move, go, or help.\n");
