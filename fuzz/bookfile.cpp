@@ -1,4 +1,4 @@
-// Book files: loaded, listed, and played from.
+// Fuzzes book files. Each input is a book file that is loaded, played from and listed.
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/gamestate.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-// Plays book moves to the end of the book.
+// Plays book moves until the book has none, then undoes them.
 void PlayFromBook() {
     Move move;
     while (GetNextBookMove(move)) {

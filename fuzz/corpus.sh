@@ -1,5 +1,5 @@
-# Sourced by the other scripts: UnpackCorpus NAME DIRECTORY unpacks the kept inputs of a harness into
-# the directory where it collects inputs, unless that exists.
+# Sourced by the other scripts. UnpackCorpus NAME DIRECTORY unpacks the inputs in fuzz/corpora/NAME.tar.xz
+# into the directory, unless the directory exists.
 UnpackCorpus() {
     [ ! -d "$2" ] || return 0
     mkdir -p "$2"

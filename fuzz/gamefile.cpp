@@ -1,5 +1,5 @@
-// Game files for the book builder. The first byte selects PGN or lines of moves, and how often a
-// move must have been played to be kept.
+// Fuzzes the book builder with game files. The first byte selects the format (PGN or lines of
+// moves) and the number of games in which a move must occur to enter the book.
 #include "book/bookmaker.h"
 #include "harness.h"
 

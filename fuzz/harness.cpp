@@ -33,17 +33,17 @@ constexpr std::uint32_t SLOTS = 1024;
 
 bool is_exit_caught = false;
 std::jmp_buf exit_point;
-int exit_status = 0;     // passed to exit(); -1 if the function returned
-unsigned first_file = 0; // the lowest free descriptor when the action began
+int exit_status = 0;     // status passed to exit(); -1 if exit() was not called
+unsigned first_file = 0; // lowest free file descriptor at the start of RunToExit
 
-// Poisons the slots that a small table leaves unused.
+// Makes the address sanitizer report accesses beyond the first SLOTS entries.
 template <typename Entry>
 void HideRest(Entry* table, std::uint32_t size) {
     ASAN_POISON_MEMORY_REGION(table + SLOTS, (size - SLOTS) * sizeof(Entry));
 }
 
-// Allocates tables of a few slots, because clearing large ones would take most of the time. Does
-// nothing unless an input has resized them.
+// Limits the tables to SLOTS entries, because clearing larger tables would take most of the time.
+// Does nothing if they have this size already.
 void InitializeSmallTables() {
     if (hash_table_size == SLOTS) return;
     FinalizeHashTable();
@@ -56,29 +56,29 @@ void InitializeSmallTables() {
 
 } // namespace
 
-// Replaces exit() in every source file, by a linker option.
+// The linker option --wrap=exit makes every call of exit() call __wrap_exit().
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
     if (!is_exit_caught) __real_exit(status);
-    CloseFiles(); // files that were open when an action failed
+    CloseFiles(); // files that the failed action has left open
     close_range(first_file, ~0U, 0);
     exit_status = status;
-    std::longjmp(exit_point, 1); // like exit(), does not destroy local objects
+    std::longjmp(exit_point, 1); // like exit(), destroys no local objects
 }
 
-// Replaces time(), so that every run of an input is the same.
+// Replaces time() by a constant, so that every run of an input has the same result.
 extern "C" std::time_t __wrap_time(std::time_t*) { return 0; }
 
-// A quarantine about as large as what most inputs free. With a larger one, allocations would always
-// get fresh memory, which takes a quarter of the time.
+// The address sanitizer keeps freed memory in a quarantine before it reuses the memory. This
+// quarantine has about the size of the memory that most inputs free. With a larger one, every
+// allocation would get fresh memory, which takes a quarter of the run time.
 extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1"; }
 
-// Called once. Makes a directory of its own, in which the logs are links to /dev/null, and starts a
-// game.
+// The fuzzer calls this function once. It makes a new working directory, in which the logs are
+// links to /dev/null, and starts a game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::string directory = std::filesystem::temp_directory_path() / "korvane-fuzz-XXXXXX";
-    setenv("TZ", "UTC0",
-           1); // otherwise each conversion of a date would search for the time-zone file
+    setenv("TZ", "UTC0", 1); // avoids a search for the time-zone file at each use of a date
     Require(mkdtemp(directory.data()) != nullptr, "a directory");
     std::filesystem::current_path(directory);
     for (const char* log : {"GameLog", "GameLog.pgn", "GameLog.fen", "ErrorLog"}) {
@@ -102,7 +102,7 @@ void ResetEngine(bool has_book) {
 int RunToExit(const std::function<void()>& run) {
     first_file = static_cast<unsigned>(dup(0));
     close(static_cast<int>(first_file));
-    __lsan_disable(); // the end of a real process would have freed everything
+    __lsan_disable(); // memory that is in use at exit() is not a leak
     exit_status = -1;
     is_exit_caught = true;
     if (setjmp(exit_point) == 0) run();

@@ -1,5 +1,5 @@
-// What the fuzz harnesses share: an engine on a platform layer in memory, and the checks after each
-// step.
+// Functions for all fuzz harnesses: input and output in memory, the state of the engine, and checks
+// after each step.
 #pragma once
 
 #include "board/move.h"
@@ -10,47 +10,50 @@
 #include <string>
 #include <string_view>
 
-// A byte that is not read: it hides the input after it for 50 polls, so that a search goes on.
+// A byte of the input that hides the bytes after it for 50 polls, so that a search can run. The
+// engine does not read this byte.
 inline constexpr char PAUSE = '\x01';
 
-// Makes the text standard input, to its end.
+// Replaces standard input by the text.
 void SetInput(std::string_view text);
 
-// Appends standard output to the text from now on.
+// From now on, appends standard output to `text`.
 void SetOutput(std::string* text);
 
 // Closes the files that the engine left open.
 void CloseFiles();
 
-// The largest table that can be allocated from now on.
+// From now on, allocations of tables larger than this fail.
 void SetMostMemory(std::size_t bytes);
 
-// Gives the engine its state after start-up, in a new game.
+// Puts the engine into the state after start-up and starts a new game, with or without its book.
 void ResetEngine(bool has_book);
 
-// Runs a function that may call exit(). Returns the exit status, or -1 if the function returned.
+// Runs a function that may call exit(). Returns the exit status, or -1 if exit() was not called.
 int RunToExit(const std::function<void()>& run);
 
 void WriteText(const char* file_name, std::string_view text);
 std::string ReadText(const char* file_name);
 
-// Writes a book of four short lines.
+// Writes a book file with four short lines of moves.
 void WriteSmallBook(const char* file_name);
 
-// Ends the run as a finding unless the condition holds.
+// Prints `what` and aborts if the condition does not hold. The fuzzer then saves the input.
 void Require(bool holds, const char* what);
 
-// Checks that the position's records agree with a recomputation and with the game's records.
+// Checks the position's records against a recomputation and against the game history.
 void CheckPosition();
 
-// Checks that the position's FEN reads as the same position, which becomes the start of the game.
+// Writes the position as a FEN, sets it up from that FEN, and checks that nothing has changed. This
+// starts a new game from the position.
 void CheckFen();
 
-// Undoes every move, and checks each position.
+// Undoes every move of the game, and checks each position.
 void CheckUndo();
 
-// Plays a legal move, and checks that it is read as it is written in both notations.
+// Checks that a legal move, written in either notation, reads as the same move. Then plays the
+// move, unless the history is full.
 void PlayLegalMove(const Move& move);
 
-// The same for a move in text. Ignores text that is not a legal move.
+// The same for a move as text. Does nothing if the text is not a legal move.
 void PlayUserMove(std::string_view token);

@@ -1,9 +1,9 @@
-// Positions and moves as text. An input sets up a position and plays moves. The game is then taken
-// back, written as PGN and read again.
+// Fuzzes FEN, PGN and move notation. Each input sets up a position and plays moves. The moves are
+// then undone, written as PGN and read again.
 //
-// If the first byte is below the number of starts, it selects one of them, and the moves are words
-// in either notation. Otherwise the first line is a FEN, and each byte after it selects a legal
-// move.
+// An input has one of two forms. If the first byte is an index of STARTS, it selects the position,
+// and words in either notation follow as moves. Otherwise the first line is a FEN, and each byte
+// after the line selects a legal move.
 #include "notation/notation.h"
 #include "board/move.h"
 #include "board/position.h"
@@ -29,7 +29,7 @@ constexpr const char* STARTS[] = {
     "1n2k1n1/P1P3P1/8/2pPp3/5Pp1/Q6Q/p1p2p1p/Q3K2R b K f3 0 1",
 };
 
-// The game's moves are read as they were written.
+// Checks that the moves, written as PGN and read again, are the same.
 void CheckMoveList(std::span<const Move> moves) {
     static char text[1 << 16];
     std::FILE* file = fmemopen(text, sizeof text, "w+");
@@ -88,7 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckUndo();
     Require(board == start, "undoing every move leads back to the start");
     CheckMoveList({moves, static_cast<std::size_t>(count)});
-    // A set-up half-move count may have passed 100,000, and reading cuts it to that.
+    // After a FEN from the input, the half-move clock may exceed 100,000. Reading a FEN limits the
+    // clock to 100,000, so CheckFen would report a difference.
     if (is_chosen) CheckFen();
     Require(SetBoardFen(last), "the last position is accepted");
     CheckFen();

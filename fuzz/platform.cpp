@@ -1,5 +1,5 @@
 // The platform layer of the fuzz harnesses: input from memory, output to a string, and a clock that
-// advances with every reading, so that every run of an input is the same.
+// advances at every reading. With these, every run of an input has the same result.
 #include "harness.h"
 #include "platform/system.h"
 
@@ -15,20 +15,20 @@ namespace {
 
 constexpr std::uint64_t TICKS_PER_READING = 30 * TICKS_PER_MILLISECOND;
 constexpr std::size_t PAGE = 4096;
-constexpr int PATIENCE = 4;        // polls after the last read until the input counts as ended
-constexpr int POLLS_OF_PAUSE = 50; // for which PAUSE hides the input
+constexpr int PATIENCE = 4;        // polls without a read; then a poll reports the end of the input
+constexpr int POLLS_OF_PAUSE = 50; // number of polls for which PAUSE hides the input
 
-std::size_t most_memory = std::size_t{64} << 20; // size limit in bytes; larger tables are refused
+std::size_t most_memory = std::size_t{64} << 20; // largest table that can be allocated, in bytes
 std::string_view input;
-int polls = 0; // since the last read
+int polls = 0; // number of polls since the last read
 int polls_left_of_pause = 0;
-std::string* output = nullptr; // null: output is dropped
+std::string* output = nullptr; // null to drop the output
 std::vector<std::FILE*> open_files;
 
 std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }
 
-// The address sanitizer watches small tables. Large ones are mapped, because clearing them takes
-// long and mapped pages are zero already.
+// True if a table is small enough for the heap, where the address sanitizer checks its accesses.
+// Larger tables are mapped: their pages are zero from the start, so they need not be cleared.
 bool IsGuarded(std::size_t bytes) { return bytes < std::size_t{1} << 20; }
 
 bool IsPause() {
@@ -105,7 +105,7 @@ std::FILE* OpenFile(const char* name, FileUse use) {
     return file;
 }
 
-// Replaces fclose() in every source file, by a linker option.
+// The linker option --wrap=fclose makes every call of fclose() call __wrap_fclose().
 extern "C" int __real_fclose(std::FILE* file);
 extern "C" int __wrap_fclose(std::FILE* file) {
     std::erase(open_files, file);

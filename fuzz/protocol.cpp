@@ -1,4 +1,5 @@
-// Whole conversations in CECP, one command a line, with a small book.
+// Fuzzes whole conversations in CECP. Each line of an input is a command. The engine has a small
+// book.
 #include "board/score.h"
 #include "book/book.h"
 #include "game/enginestate.h"
@@ -12,8 +13,8 @@
 
 namespace {
 
-// A search ends with the root move that passes this many nodes. An input that begins with "sd "
-// has deeper searches.
+// A search ends after the root move in which it exceeds this many nodes. The larger limit is for
+// inputs that begin with "sd ".
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
 constexpr std::int32_t MOST_DEPTH = Plies(4);

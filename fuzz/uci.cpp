@@ -1,5 +1,5 @@
-// Whole conversations in UCI, one command a line, with a small book. All moves that the engine
-// prints are played.
+// Fuzzes whole conversations in UCI. Each line of an input is a command. The engine has a small
+// book. All moves that it prints must be legal.
 #include "book/book.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
@@ -20,11 +20,11 @@
 
 namespace {
 
-// A search ends with the root move that passes this many nodes. An input that begins with PAUSE has
-// deeper searches.
+// A search ends soon after this many nodes. The larger limit is for inputs that begin with PAUSE.
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
-constexpr std::size_t MOST_MEMORY = std::size_t{6} << 20; // clearing larger tables takes long
+constexpr std::size_t MOST_MEMORY = std::size_t{6}
+                                    << 20; // in bytes; clearing larger tables takes long
 constexpr int POLLS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
@@ -35,7 +35,7 @@ int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
-// Whether the search has run long enough.
+// True if the search must end: the input has no polls left or the search no nodes.
 bool IsEnough() { return polls_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
 constexpr SearchHost HOST = {
@@ -44,8 +44,8 @@ constexpr SearchHost HOST = {
     .tell_line = [](const SearchLine& line) { UCI_HOST.tell_line(line); },
     .tell_iteration = [](const SearchLine& line) { UCI_HOST.tell_iteration(line); }};
 
-// Commands that no limit makes short. An input with deep searches may have one search of the
-// elementary mates.
+// True for commands that no limit makes short, such as "bench". Forcing an elementary mate takes
+// long too, so an input with deep searches may have one such search, and other inputs none.
 bool IsTooLong(std::string_view command) {
     if (command == "bench" || command == "perft") return true;
     if (command != "go" || !uci_options.limit_strength || !IsElementaryWin()) return false;
@@ -59,7 +59,7 @@ std::string_view CommandOf(std::string_view line) {
     return "";
 }
 
-// Plays the moves and takes them back. `skipped` is a word that may stand between them.
+// Checks that the moves are legal, by playing and undoing them. Ignores the word `skipped`.
 void CheckLine(std::string_view moves, std::string_view skipped) {
     int played = 0;
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
