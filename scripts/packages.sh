@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Sourced by the other scripts, which set pipefail: RequirePackages NAME... installs the Debian packages that are
-# missing, and prints which. If none is missing it needs no network. On systems without dpkg it does nothing.
+# Sourced by the other scripts, which set pipefail. RequirePackages NAME... prints the names of the missing Debian
+# packages and installs them. If no package is missing, it needs no network. On systems without dpkg it does nothing.
 
-LOCK_SECONDS=600 # to wait for other programs that install packages
+LOCK_SECONDS=600 # longest wait for other programs that are installing packages
 declare -A PROGRESS=([dlstatus]=downloaded [pmstatus]=installed [built]=built)
 
 RequirePackages() {
@@ -23,10 +23,12 @@ RequirePackages() {
         { echo "Could not install: ${missing[*]}" >&2; exit 1; }
 }
 
-# Runs apt-get by the caller's as_root, and prints its output if it fails. Waits for programs that hold its locks.
+# Runs apt-get, with the command in the caller's as_root in front. Prints the output if apt-get fails. Waits while
+# another program holds the lock of apt or dpkg.
 RunApt() {
     local output lock end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
-    # Descriptor 3 takes the progress: packages' scripts find that one closed, and must not lose their output.
+    # apt-get writes its progress to descriptor 3 and closes this descriptor in the scripts of packages. These scripts
+    # would lose their output if the progress went to descriptor 1.
     until output=$({ "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         sh -c 'exec apt-get -qq -o APT::Status-Fd=3 "$@" 3>&1 1>&2' sh "$@" </dev/null 2>&4 |
         ShowProgress; } 4>&1); do
@@ -38,14 +40,14 @@ RunApt() {
     done
 }
 
-# ShowProgress [TITLE] copies its input, but keeps back the lines in which apt-get and ninja report progress
-# ("built:1: 35%:Linking korvane"). When there is progress it prints the title and, on a terminal, a
-# percentage, both on standard error.
-# shellcheck disable=SC2120 # RunApt has no title
+# ShowProgress [TITLE] copies its input to its output, except the lines in which apt-get and ninja report progress
+# ("built:1: 35%:Linking korvane"). At the first of these lines it prints the title on standard error. If that is a
+# terminal, it also prints the percentage.
+# shellcheck disable=SC2120 # RunApt passes no title
 ShowProgress() {
     local line title=${1:-} percent=
     while IFS= read -r line; do
-        [[ $line != built:*:Re-* ]] || continue # ninja looks for new files
+        [[ $line != built:*:Re-* ]] || continue # ninja is looking for new source files
         if [[ ! $line =~ ^(dlstatus|pmstatus|built):[^:]*:\ *([0-9]+) ]]; then
             printf '%s\n' "$line"
             continue
