@@ -1,5 +1,5 @@
-// Named cases of one behaviour. Each is a test of its own, `Suite.Name`. They are rows of a table
-// or, if they are all text, lines of a file under tests/cases/.
+// Registers cases as tests. A case is a row of a table or a line of a file under tests/cases/. Its
+// test is called `Suite.Name`.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,8 +19,8 @@ struct CaseTest : testing::Test {
     CheckOfCase<Case> check;
 };
 
-// Registers a test for every case, named by the case's field `name`. The cases must live as long as
-// the program. Returns true, so that an initializer can make the call at start-up:
+// Registers a test for every case. The case's field `name` names the test. The cases must live as
+// long as the program. Returns true, so that the initializer of a constant can make the call:
 //
 //     const bool ARE_CLAIMS_REGISTERED = RegisterCases<Claim>("Protocol/Claims", CLAIMS, Check);
 template <typename Case>
@@ -33,16 +33,16 @@ bool RegisterCases(const char* suite, std::span<const Case> cases, CheckOfCase<C
     return true;
 }
 
-// A line of a file of cases, "NAME | FIELD | FIELD ...". In a file of several suites the suite's
-// name comes first: "Claims.Stalemate" for the suite "Protocol/Claims".
+// A case in a file: the line "NAME | FIELD | FIELD ...". In a file with several suites, NAME begins
+// with the suite: "Plays.APromotion" is a case of the suite "Book/Plays".
 struct TextCase {
     std::string name;
-    std::vector<std::string> fields; // those after the name; missing ones are empty
+    std::vector<std::string> fields; // the fields after the name; missing fields are empty
 };
 
-// Registers a test for every line of the suite. Empty lines and lines that begin with '#' are
-// skipped.
+// Registers a test for every case of the suite in a file under tests/cases/. Skips empty lines and
+// lines that begin with '#'.
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check);
 
-// The text of a file under tests/cases/.
+// Returns the text of a file under tests/cases/. Aborts if there is no such file.
 std::string ReadCases(const char* file_name);

@@ -17,8 +17,8 @@ std::uint64_t PieceKeys(const Piece (&squares)[SQUARES]) {
     return keys;
 }
 
-// True if the value is the exclusive or of some castling keys. Any subset is possible: a FEN brings
-// the key of each of its letters, even if the rook is missing.
+// True if the value is the XOR of any subset of the castling keys. Every subset can occur, because
+// a FEN adds the key of each of its castling letters, even if the rook is missing.
 bool IsSetOfCastlingKeys(std::uint64_t keys) {
     for (int rights = 0; rights < 16; ++rights) {
         std::uint64_t rest = keys;
@@ -30,16 +30,17 @@ bool IsSetOfCastlingKeys(std::uint64_t keys) {
     return false;
 }
 
-// Returns the castling keys in the hash key at the start of the game.
+// Returns the XOR of the castling keys in the hash key of the first position of the game.
 std::uint64_t FirstCastlingKeys() {
     const bool is_black = (board.side_to_move == BLACK) != (state_history.count % 2 != 0);
     return zobrist_keys[0] ^ zobrist_xors[0] ^ PieceKeys(state_history.positions[0]) ^
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// Returns the castling keys after the moves of the game. The first move of a king or rook changes
-// the keys whose partner was unmoved before the move; any unmoved piece on the partner's square
-// counts. The capture of a rook changes none.
+// Returns the XOR of the castling keys after all moves of the game; `keys` is the XOR before them.
+// The first move of a king toggles the key of each rook square that has an unmoved piece. The first
+// move of a rook toggles the rook's key if the king's square has an unmoved piece. Both look at the
+// board before the move, and at any type of piece. The capture of a rook toggles no key.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];
@@ -49,7 +50,7 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
             return piece != NO_PIECE && !IsMoved(piece);
         };
         const int king = move.piece & 0x80 ? 60 : 4;
-        const int right = move.piece & 0x80 ? 2 : 0; // index of the king-side castling key
+        const int right = move.piece & 0x80 ? 2 : 0; // index of the mover's king-side key
         if (TypeOf(move.piece) == KING) {
             if (is_unmoved(king + 3)) keys ^= ZOBRIST_KEY_CASTLE[right];
             if (is_unmoved(king - 4)) keys ^= ZOBRIST_KEY_CASTLE[right + 1];
@@ -60,7 +61,8 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
     return keys;
 }
 
-// Recomputes the record from the squares. Ply, side and en-passant key are copied.
+// Computes the position's record from its squares. Copies the ply, the side to move and the
+// en-passant key.
 Position ComputePosition(std::uint64_t castling_keys) {
     Position now{};
     now.side_to_move = board.side_to_move;

@@ -1,7 +1,8 @@
-// A second computation of the position's records, for the tests and the fuzz harnesses.
+// Recomputes the records that each move updates, to check them in tests and fuzz harnesses.
 #pragma once
 
 #include "board/position.h"
 
-// Returns true if all records are what the squares and the moves of the game give.
+// True if the position's bitboards, counts, sums and hash key agree with its squares and with the
+// moves of the game.
 bool IsConsistentPosition();

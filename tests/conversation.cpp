@@ -32,7 +32,7 @@ struct Conversation {
     std::string directory = std::filesystem::temp_directory_path() / "korvane_test_XXXXXX";
     std::unique_ptr<EngineProcess> program = {};
     Texts transcript = {};
-    std::array<std::string, 10> groups = {}; // of the last pattern that had any
+    std::array<std::string, 10> groups = {}; // texts of the groups in the last pattern with groups
 };
 
 void ReplaceAll(std::string& text, std::string_view old, std::string_view by) {
@@ -41,7 +41,7 @@ void ReplaceAll(std::string& text, std::string_view old, std::string_view by) {
     }
 }
 
-// Splits the text at the separator. Drops empty parts.
+// Splits the text at each separator. Drops empty parts.
 Texts Split(const std::string& text, const std::string& separator) {
     Texts parts;
     for (std::size_t from = 0, end = 0; end != std::string::npos; from = end + separator.size()) {
@@ -74,7 +74,7 @@ std::string Repeat(std::string text) {
     return text;
 }
 
-// Replaces the escapes by their bytes.
+// Replaces the escapes, such as "\n" and "\x41", by their bytes.
 std::string ToBytes(const std::string& text) {
     constexpr std::string_view LETTERS = "strn0e", BYTES{" \t\r\n\0", 5};
     std::string bytes;
@@ -85,7 +85,7 @@ std::string ToBytes(const std::string& text) {
             bytes += static_cast<char>(std::stoi(text.substr(i + 2, 2), nullptr, 16));
             i += 3;
         } else if (letter != std::string::npos) {
-            bytes += BYTES.substr(letter, 1); // "\e" stands for none
+            bytes += BYTES.substr(letter, 1); // adds nothing for "\e"
             ++i;
         } else {
             bytes += text[i];
@@ -94,14 +94,15 @@ std::string ToBytes(const std::string& text) {
     return bytes;
 }
 
-// True if the line is the expected text, or matches it as a pattern if it begins with "~ ".
+// True if the line equals the expected text, or matches the pattern after "~ " in that text.
 bool IsLine(const std::string& expected, const std::string& line, std::smatch& groups) {
     if (!expected.starts_with("~ ")) return line == ToBytes(expected);
     return std::regex_match(line, groups, std::regex(expected.substr(2)));
 }
 
-// True if the lines match the expected ones, in which "..." matches any number of lines. `before`
-// lines have matched already; `most` gets the largest number that matched in any attempt.
+// True if the lines match the expected ones. An expected "..." matches any number of lines, but no
+// errors. `before` is the number of earlier lines, which have matched. `most` becomes the largest
+// number of matching lines in any attempt.
 bool IsTranscript(std::span<const std::string> lines, std::span<const std::string> expected,
                   std::size_t before, std::size_t& most) {
     std::smatch groups;
@@ -185,7 +186,7 @@ void Save(Conversation& talk, const std::string& file_name) {
     }
 }
 
-// The first entry whose word begins a step carries out the rest of the step.
+// The function in the first entry with which a step begins carries out the rest of the step.
 const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> STEPS[] = {
     {"< ", WaitForLine},
     {"$ ", AddShell},
@@ -201,8 +202,8 @@ const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> S
     {"", SendLine},
 };
 
-// Carries out the steps and returns the transcript. Stops at the first step that fails. A last step
-// that waits for nothing fails too, because its effect would not be seen.
+// Carries out the steps and returns the transcript. Stops at the first step that fails. The test
+// also fails if the last step waits for nothing, because the test would not see its effect.
 Texts Converse(const std::string& steps) {
     Conversation talk;
     if (!mkdtemp(talk.directory.data())) return {"no directory for the test"};
@@ -250,7 +251,7 @@ void CheckConversation(const std::string& steps, const std::string& expected,
 
 namespace {
 
-// A case and its suite, which has the steps and the transcript.
+// A case with its own fields and the fields of its suite: name, steps, transcript, pattern.
 struct Script {
     std::string name;
     Texts fields, suite;
@@ -267,7 +268,7 @@ void CheckScript(const Script& script) {
     CheckConversation(fields[1], fields[2], fields[3]);
 }
 
-// Returns the lines of the file without comments. Continued lines are joined.
+// Returns the lines of the file without comments. Joins each line with its continuation lines.
 Texts ReadLines(const char* file_name) {
     std::istringstream file(ReadCases(file_name));
     Texts lines;
@@ -297,7 +298,7 @@ Texts ToFields(const std::string& line) {
     return fields;
 }
 
-// Replaces each defined word by its text.
+// Replaces each word that a "let" line defines by its text.
 void Define(std::string& line, const std::vector<std::pair<std::string, std::string>>& words) {
     const auto is_part = [&](std::size_t at) {
         return at < line.size() && (line[at] == '_' || std::isalpha(line[at]) != 0);
@@ -314,7 +315,7 @@ void Define(std::string& line, const std::vector<std::pair<std::string, std::str
 } // namespace
 
 bool RegisterConversations(const char* file_name) {
-    static std::deque<Script> scripts; // of the whole run
+    static std::deque<Script> scripts; // the registered tests refer to them
     std::vector<std::pair<std::string, std::string>> words;
     std::vector<Texts> suites;
     bool has_cases = true;
@@ -327,7 +328,7 @@ bool RegisterConversations(const char* file_name) {
             if (std::exchange(has_cases, false)) suites.clear();
             suites.push_back(ToFields(line.substr(6)));
         } else {
-            if (suites.empty()) std::abort(); // a case of no suite
+            if (suites.empty()) std::abort(); // a case before the first suite
             has_cases = true;
             const Texts fields = ToFields(line);
             for (const Texts& suite : suites) {

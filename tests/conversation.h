@@ -1,11 +1,11 @@
-// Conversations with programs, written as text in files under tests/cases/. The head of
-// protocol.txt there explains the format.
+// Tests of programs by conversations: lines sent to a program and its answers. The comment at the
+// top of tests/cases/protocol.txt explains the format.
 #pragma once
 
 #include <string>
 
-// Carries out the steps. The test fails if the transcript differs from the expected one. Lines of
-// the transcript that match the pattern are ignored.
+// Carries out the steps. The test fails if the transcript differs from the expected one. Ignores
+// lines of the transcript that match the pattern `left_out`.
 void CheckConversation(const std::string& steps, const std::string& expected,
                        const std::string& left_out = "");
 

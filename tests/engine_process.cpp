@@ -20,9 +20,9 @@
 
 namespace {
 
-constexpr int PATIENCE = 60'000; // milliseconds without a byte
+constexpr int PATIENCE = 60'000; // longest silence of a program, in milliseconds
 
-// The folders of this system's programs and of the tested programs.
+// The folder of the programs for this system, and the folder of the programs under test.
 const std::string NATIVE_PROGRAMS = std::filesystem::path(KORVANE_BINARY).parent_path();
 const std::string PROGRAMS = WINDOWS_PROGRAMS ? WINDOWS_PROGRAMS : NATIVE_PROGRAMS;
 
@@ -31,7 +31,8 @@ void Close(int& end) {
     end = -1;
 }
 
-// Waits until a pipe is ready. Otherwise kills the program, fails the test and returns false.
+// Waits until a pipe is ready. After too long a silence or too much output, kills the program,
+// fails the test and returns false.
 bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
     if (engine.budget > 0 && poll(ends, count, PATIENCE) > 0) return true;
     ADD_FAILURE() << "the program does not come to an end";
@@ -52,7 +53,7 @@ bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
 } // namespace
 
 EngineProcess::EngineProcess(const std::string& command, const std::string& directory) {
-    std::signal(SIGPIPE, SIG_IGN); // a program that has ended fails only its own test
+    std::signal(SIGPIPE, SIG_IGN); // a write to an ended program must not end the tests
     std::istringstream stream(PROGRAMS + "/" + command);
     std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
     std::vector<char*> pointers(words.size() + 1, nullptr);
@@ -60,11 +61,11 @@ EngineProcess::EngineProcess(const std::string& command, const std::string& dire
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     const bool is_ready =
         pipe2(in, O_CLOEXEC) == 0 && pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
-    fcntl(out[1], F_SETFL, O_NONBLOCK); // as some front ends leave it
-    fcntl(in[1], F_SETFL, O_NONBLOCK);  // SendText also reads
+    fcntl(out[1], F_SETFL, O_NONBLOCK); // some front ends give the engine such an output
+    fcntl(in[1], F_SETFL, O_NONBLOCK);  // lets SendText read the output between writes
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
-        std::signal(SIGINT, SIG_DFL); // a background job ignores it
+        std::signal(SIGINT, SIG_DFL); // background jobs start with the signal ignored
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
             execv(words[0].c_str(), pointers.data());
@@ -97,7 +98,7 @@ void SendText(EngineProcess& engine, std::string_view text) {
         if ((ends[1].revents & POLLIN) != 0) {
             ReadMore(engine, engine.output);
         } else if (ends[1].revents != 0) {
-            Close(engine.output.end); // poll would report it for ever
+            Close(engine.output.end); // otherwise poll() would return at once every time
         }
         if (ends[0].revents == 0) continue;
         const ssize_t count = write(engine.input, text.data(), text.size());

@@ -1,4 +1,4 @@
-// A program under test, driven over pipes as a front end drives it.
+// Runs a program under test and talks to it over pipes, like a front end.
 #pragma once
 
 #include <cstdlib>
@@ -6,16 +6,16 @@
 #include <string_view>
 #include <sys/types.h>
 
-// The folder of Windows programs to test instead of this system's, or null.
+// The folder of the Windows programs to test; null to test the programs for this system.
 inline const char* const WINDOWS_PROGRAMS = std::getenv("KORVANE_WINDOWS_PROGRAMS");
 
-// A pipe that the program writes to, with the bytes read but not yet returned as lines.
+// A pipe to which the program writes. `text` is the part that ReadLine has not returned yet.
 struct OutputPipe {
-    int end = -1; // this side's; -1 when closed
+    int end = -1; // the test's end of the pipe; -1 if closed
     std::string text = {};
 };
 
-// The destructor kills the process.
+// A running program. The destructor kills the process.
 struct EngineProcess {
     // Starts "PROGRAM ARGUMENT...", separated by blanks, in the directory.
     EngineProcess(const std::string& command, const std::string& directory);
@@ -23,31 +23,31 @@ struct EngineProcess {
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;
 
-    pid_t pid = -1; // -1 once it has ended
-    int input = -1; // this side's end of the pipe
+    pid_t pid = -1; // -1 after WaitForExit
+    int input = -1; // the test's end of the input pipe; -1 if closed
     OutputPipe output = {}, errors = {};
-    long budget = 1'000'000; // bytes that it may still write
+    long budget = 1'000'000; // bytes that the program may still write
 };
 
-// Sends the bytes. Reads the output at the same time, so that the program is never blocked. Stops
-// without a failure if the program has ended.
+// Sends the bytes. Reads the output at the same time, so that a full pipe never blocks the program.
+// If the program has ended, stops without a failure.
 void SendText(EngineProcess& engine, std::string_view text);
 
-// Reads the next line without its line feed. Returns false at the end of the pipe. A program that
-// is silent for a minute or prints more than its budget is killed, and the test fails.
+// Reads the next line without its line feed. Returns false at the end of the pipe. If the program
+// is silent for a minute or exceeds its budget, kills the program and fails the test.
 bool ReadLine(EngineProcess& engine, OutputPipe& pipe, std::string& line);
 
-// Closes one side.
+// Close the test's end of the pipe.
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
 
-// Makes the output pipe as small as possible, sends more text than the program can answer into it,
-// and waits until the program sleeps with input left: it is then waiting for a reader.
+// Makes the output pipe as small as possible and sends a text with more answers than fit into the
+// pipe. Returns when the program sleeps with unread input: it then waits for a reader.
 void SendWithoutReading(EngineProcess& engine, std::string_view text);
 
-// Waits until the program ends by itself. Returns "exit STATUS" or "signal NAME".
+// Waits for the end of the program. Returns "exit STATUS" or "signal NAME".
 std::string WaitForExit(EngineProcess& engine);
 
-// Runs a shell command in the directory and returns its output. The test fails if the command does.
-// The command can run this system's programs, and $PID is the number of the process.
+// Runs a shell command in the directory and returns its output. The test fails if the command
+// fails. The command can use $PID for `pid`, and the programs for this system without their folder.
 std::string RunShell(const std::string& directory, pid_t pid, const std::string& command);

@@ -1,4 +1,4 @@
-// Helpers of the tests: positions and moves as text.
+// Helpers for the tests: set up positions, play moves, and read recorded searches.
 #pragma once
 
 #include "notation/fen.h"
@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
-// Starts a game from the position, or from the initial one if it is "startpos". The test fails if
-// the position is refused.
+// Starts a game from the FEN; "startpos" is the initial position. The test fails if the FEN is
+// refused.
 void StartAt(const std::string& fen);
 
-// Plays moves in either notation, separated by blanks. The test fails at an illegal one.
+// Plays moves in either notation, separated by blanks. The test fails at an illegal move.
 void Play(const std::string& moves);
 
-// A search, or a game of the engine against itself, with the lines that other programs print.
+// A block of tests/cases/thinking.txt: a search, or several searches that form a game, with the
+// recorded thinking lines and moves.
 struct Reference {
     std::string name, fen, text;
     std::int32_t plies = 0;

@@ -1,4 +1,4 @@
-// The programs as front ends, people and shells use them. Most cases are text files.
+// Tests of the programs over pipes. Most cases are in files under tests/cases/.
 #include "conversation.h"
 
 #include "search/hash.h"
@@ -16,7 +16,7 @@ const bool HAS_CASES[] = {
     RegisterConversations("commandline.txt"), RegisterConversations("play.txt"),
 };
 
-// Limits memory so that only one of the two allocations succeeds.
+// Limits the memory so that only one of the two allocations in InitializeHashTable succeeds.
 void StartWithLittleMemory() {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
@@ -37,7 +37,7 @@ TEST(CommandLine, RefusesTablesWithoutMemoryForThem) {
 #define __SANITIZE_ADDRESS__
 #endif
 #endif
-#ifndef __SANITIZE_ADDRESS__ // which ends the program itself
+#ifndef __SANITIZE_ADDRESS__ // the sanitizer itself ends a program without memory
 TEST(UciOnLinux, ReportsWhenItRunsOutOfMemory) {
     CheckConversation("!run korvane-uci; isready; < readyok; "
                       "$ prlimit --pid $PID --as=$(grep VmSize /proc/$PID/status |tr -cd 0-9)000; "

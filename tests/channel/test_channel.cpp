@@ -1,4 +1,4 @@
-// The command channel on a console that this file plays.
+// Tests the command channel on a console. The functions below simulate the console.
 #include "platform/channel.h"
 #include "platform/system.h"
 
@@ -7,12 +7,13 @@
 
 namespace {
 
-std::string typed;   // input that was typed but not yet read
-int events = 0;      // that wait
-int quiet_calls = 0; // of QuietConsole
+std::string typed;   // input that is typed but not yet read
+int events = 0;      // number of events that are waiting in the console
+int quiet_calls = 0; // number of calls of QuietConsole
 bool is_asked = false;
 
-// A look that finds no line leaves the caller's as it was.
+// Polls for a line and leaves it in the channel. Returns the line, or "untouched" if none is
+// waiting.
 std::string Look(int waiting_events) {
     events = waiting_events;
     CommandLine line = "untouched";
@@ -39,7 +40,8 @@ std::size_t ReadInput(std::span<char> room) {
 
 void WriteOutput(std::string_view) {}
 
-// A key that is pressed is one event.
+// One waiting event can be a single key press. The channel must not read then, because a read waits
+// for a whole line.
 TEST(Console, WaitsForMoreThanOneEvent) {
     typed = "go\r\nnew\r\n";
     EXPECT_EQ(Look(0), "untouched");
