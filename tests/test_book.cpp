@@ -1,4 +1,4 @@
-// Books: the file's bytes, building, listing, damage, and the book in play.
+// Opening books: the bytes of the file, building, listing, damaged files, and play from a book.
 #include "cases.h"
 #include "support.h"
 
@@ -31,7 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Makes a new directory, the working directory for the lifetime of the object.
+// A new directory, which is the working directory during the lifetime of the object.
 struct Folder {
     fs::path old_path = fs::current_path();
     fs::path path;
@@ -64,7 +64,7 @@ struct Book : testing::Test {
     Folder folder;
 };
 
-// Text of a case, with \n, \r and the byte-order mark \b as escapes.
+// Replaces the escapes \n, \r and \b (a byte-order mark) in the text of a case.
 std::string Unescaped(const std::string& text) {
     const std::map<char, std::string> escapes = {{'n', "\n"}, {'r', "\r"}, {'b', "\xEF\xBB\xBF"}};
     std::string plain;
@@ -83,7 +83,7 @@ std::string BuildAndList(const std::string& input, bool is_pgn = false, int mini
     return ReadText("out.txt");
 }
 
-// Lines, an offset in their book, and the bytes there in hexadecimal.
+// Fields: lines of moves; an offset in the book made from them; the bytes there, in hexadecimal.
 void CheckBytes(const TextCase& test) {
     const Folder folder;
     BuildAndList(Unescaped(test.fields[0]));
@@ -95,7 +95,8 @@ void CheckBytes(const TextCase& test) {
     EXPECT_EQ(bytes.str().substr(0, test.fields[2].size()), test.fields[2]);
 }
 
-// "txt", or "pgn" and a minimum of games; a text, and the listing of its book.
+// Fields: "txt", or "pgn" and the minimum number of games; a text; the listing of the book made
+// from the text.
 void CheckListing(const TextCase& test) {
     const Folder folder;
     const bool is_pgn = test.fields[0].starts_with("pgn");
@@ -103,8 +104,8 @@ void CheckListing(const TextCase& test) {
     EXPECT_EQ(BuildAndList(Unescaped(test.fields[1]), is_pgn, minimum), Unescaped(test.fields[2]));
 }
 
-// Runs the action in a process of its own. It must fail with this message, keep the old book, and
-// create no other file.
+// Runs the action in a child process. The action must fail with the message, leave the old book
+// unchanged, and create no file.
 template <typename Action>
 void ExpectFailure(const std::string& input, const std::string& message, Action act) {
     const Folder folder;
@@ -113,10 +114,12 @@ void ExpectFailure(const std::string& input, const std::string& message, Action 
     WriteText("in", input);
     EXPECT_EXIT(act(), testing::ExitedWithCode(1), "Error \\(" + message);
     EXPECT_EQ(ReadText("out.bk"), old_book);
-    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3); // in, out.bk, out.txt
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}),
+              3); // the files in, out.bk and out.txt
 }
 
-// A text, "make BOOK TEXT" or "show BOOK LISTING", and a pattern of the message.
+// Fields: the text of the file "in"; "make BOOK TEXT" or "show BOOK LISTING"; a pattern for the
+// error message.
 void CheckFailure(const TextCase& test) {
     std::istringstream words(test.fields[1]);
     std::string verb, first, second;
@@ -135,7 +138,7 @@ void ExpectDamaged(const std::string& file) {
                 "Error \\(damaged book file\\): bad.bk");
 }
 
-// An offset in a good book, and the number that is written there.
+// Fields: an offset in a good book; the number to write there.
 void CheckDamage(const TextCase& test) {
     const Folder folder;
     BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n");
@@ -157,8 +160,9 @@ void StartInBook(const std::string& lines) {
     NewGame();
 }
 
-// The lines of a book, a game in which "undo" takes back a move and "setup" sets up the initial
-// position, the book's next move, and its moves as the engine prints them; either may be left out.
+// Fields: the lines of a book; moves to play, where "undo" takes back a move and "setup" sets up
+// the initial position; the next book move; all book moves as the engine prints them. An empty
+// result is not checked.
 void CheckPlay(const TextCase& test) {
     const Folder folder;
     StartInBook(Unescaped(test.fields[0]));
@@ -203,7 +207,7 @@ TEST_F(Book, FailsOnAFullDisk) {
     });
 }
 
-// Builds a book at a terminal. Returns the exit status and what is printed.
+// Builds a book in a child process at a terminal. Returns the exit status and the output.
 std::string BuildAtATerminal(const std::string& input, bool is_pgn) {
     WriteText("in", input);
     int screen = -1, status = 0;
@@ -242,7 +246,8 @@ TEST_F(Book, DamagedInLength) {
     ExpectDamaged(good + "x");
 }
 
-// No offset reaches the end of such a file. One byte less may only be too much for the memory.
+// The book's 32-bit offsets cannot reach the end of a file of 2^31 bytes. A file that is one byte
+// smaller is refused for another reason.
 TEST_F(Book, TooLarge) {
     for (const std::uintmax_t size : {std::uintmax_t{1} << 31, (std::uintmax_t{1} << 31) - 1}) {
         std::ofstream("bad.bk").put(0);
@@ -264,11 +269,12 @@ TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
     }
     EXPECT_EQ(times.size(), 3u);
     for (const char* move : {"e2e4", "d2d4", "c2c4"}) {
-        EXPECT_NEAR(times[move], 1000, 250) << move; // ten times the deviation to be expected
+        EXPECT_NEAR(times[move], 1000, 250) << move; // about ten standard deviations
     }
 }
 
-// Two hundred moves, in lines of nine characters.
+// The position has about two hundred moves. Each book line takes nine characters, and
+// book_state.help has room for 56 lines.
 TEST_F(BookInPlay, PrintsAsManyMovesAsFit) {
     StartAt("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
     MoveTrieNode node{};

@@ -1,4 +1,4 @@
-// The dumps for developers.
+// Tests the dumps for debugging.
 #include "support.h"
 
 #include "board/position.h"

@@ -1,4 +1,4 @@
-// FEN, move notation, the end of the game, history.
+// Tests of FEN, move notation, the end of the game, and the history.
 #include "cases.h"
 #include "consistency.h"
 #include "support.h"
@@ -16,14 +16,14 @@
 
 namespace {
 
-// Plays moves and checks the FEN.
+// Fields: a FEN; moves; the FEN after the moves.
 void CheckFen(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
     EXPECT_EQ(GetBoardFen(), test.fields[2]);
 }
 
-// A refused FEN changes nothing.
+// Fields: a bad FEN; the reason for its refusal. The position must not change.
 void CheckRefusal(const TextCase& test) {
     StartAt("r3k2r/8/8/8/4P3/8/8/R3K2R b KQkq e3 0 5");
     Play("e8g8 e1e2");
@@ -35,7 +35,7 @@ void CheckRefusal(const TextCase& test) {
     EXPECT_TRUE(board == before);
 }
 
-// Reads a token and writes the move in coordinate notation.
+// Fields: a FEN; a move as text; the move in coordinate notation, or "none".
 void CheckToken(const TextCase& test) {
     StartAt(test.fields[0]);
     Move move;
@@ -58,7 +58,7 @@ void CheckRefused(const TextCase& test) {
     EXPECT_EQ(WrittenRefusal(test.fields[1]), test.fields[2]);
 }
 
-// Writes a move in coordinate notation and in SAN.
+// Fields: a FEN; a move in coordinate notation; the same move in SAN.
 void CheckWritten(const TextCase& test) {
     StartAt(test.fields[0]);
     Move move;
@@ -67,7 +67,7 @@ void CheckWritten(const TextCase& test) {
     EXPECT_EQ(WrittenSan(move), test.fields[2]);
 }
 
-// Plays moves and checks what is printed at the end of the game, if it has ended.
+// Fields: a FEN; moves; the line printed at the end of the game, or nothing if the game goes on.
 void CheckEnding(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
@@ -78,8 +78,8 @@ void CheckEnding(const TextCase& test) {
     EXPECT_EQ(game_state.game_over, !wanted.empty());
 }
 
-// A position in which black has only king moves behind a wall of pawns, the move from which on
-// white has enough time to win, and the move at which the engine resigns, or 0.
+// Fields: a FEN with king moves only for black; the first move at which white has enough time left
+// to win; the move at which the engine, as black, resigns, or 0.
 void CheckResignation(const TextCase& test) {
     StartAt(test.fields[0]);
     engine_state.depth_limit = Plies(3);
@@ -106,7 +106,7 @@ const bool ARE_CASES_REGISTERED[] = {
     RegisterFile("Finish/Ends", "endings.txt", CheckEnding),
     RegisterFile("Finish/Resigns", "resignations.txt", CheckResignation)};
 
-// Keys can collide.
+// Different positions with the same key are not a repetition.
 TEST(Finish, RepetitionLooksAtTheBoards) {
     StartAt("4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     Play("Rh2 Kd8 Rh3 Kd7 Rh4 Kd6");
@@ -121,7 +121,7 @@ TEST(Finish, MateScores) {
     EXPECT_FALSE(IsMateEval(MATE_EVAL_THRESHOLD) || IsMateEval(-MATE_EVAL_THRESHOLD));
 }
 
-// A position has the same key whether it is set up or reached by moves.
+// A position set up from its FEN has the same key as after the moves.
 TEST(Fen, GivesTheKeyThatMovesGive) {
     for (const char* const moves :
          {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {

@@ -1,4 +1,4 @@
-// Making and unmaking moves, and the hash key.
+// Tests of making and unmaking moves, and of the hash key.
 #include "consistency.h"
 #include "support.h"
 
@@ -31,8 +31,8 @@ TEST(Moves, EnPassantIsOverAfterANullMove) {
     EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
 }
 
-// The keys to change are chosen on the board before the move, where the rook is on the king's
-// square.
+// The first move of a rook toggles a castling key if the king's home square, here e1, has an
+// unmoved piece before the move. Here the rook itself is that piece.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
     StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
     const std::uint64_t key = board.zobrist_key;
@@ -42,16 +42,16 @@ TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
                                            PieceKey(WHITE, ROOK, 12));
 }
 
-// Random games from several starts. After every move all records agree with a recomputation.
-// Undoing the game restores every position, and the last position's FEN reads as the same position.
+// Plays random games from several positions. Checks the records after every move, each position
+// when the game is undone, and the last position when it is set up from its FEN.
 TEST(Moves, RandomGames) {
     const char* const starts[] = {
         INITIAL_FEN,
         "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
         "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
         "4k3/2p1p1p1/8/1P1P1P1P/p1p1p1p1/8/1P1P1P1P/4K3 w - - 0 1",
-        "q3k2q/pppppppp/8/8/8/8/PPPPPPPP/Q3K2Q w KQkq - 0 1", // queens in place of rooks
-        "r3r1k1/8/8/8/8/8/8/4R1KR w Kq - 0 1",                // rooks in place of kings
+        "q3k2q/pppppppp/8/8/8/8/PPPPPPPP/Q3K2Q w KQkq - 0 1", // queens on the rooks' squares
+        "r3r1k1/8/8/8/8/8/8/4R1KR w Kq - 0 1",                // rooks on the kings' squares
     };
     SeedRandom(20);
     for (int game = 0; game < 75; ++game) {

@@ -1,4 +1,4 @@
-// The transposition tables, and the exact results of searches.
+// Tests of the transposition tables, and of the exact results of searches.
 #include "cases.h"
 #include "support.h"
 
@@ -23,9 +23,9 @@
 namespace {
 
 constexpr std::uint64_t KEY = 0x123456789ABCDEF0;
-constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // the same slot
+constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // has the same slot
 
-// Looks up a key. Returns the score and the index of the best move.
+// Probes the tables for a key. Returns the score and the index of the best move.
 std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
                                           std::int32_t depth) {
     std::int32_t index;
@@ -33,7 +33,7 @@ std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha,
     return {score, index};
 }
 
-// Empty tables, and a game of ten plies.
+// Each test starts with empty tables, ten plies into a game.
 struct Hash : testing::Test {
     void SetUp() override {
         NewHashTable();
@@ -50,7 +50,7 @@ TEST_F(Hash, DeeperEntryOfAnotherPositionStaysForFourPlies) {
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{50, 7}));
     EXPECT_EQ(Ask(OTHER_KEY, 0, 1, 8), (std::pair{2, 4}));
     game_state.ply_count = 15;
-    StoreHashTable(KEY, 1, 8, BOUND_UPPER, 3); // against its own position it stays at any age
+    StoreHashTable(KEY, 1, 8, BOUND_UPPER, 3); // does not replace the deeper entry of this position
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{50, 7}));
     StoreHashTable(OTHER_KEY, 2, 8, BOUND_EXACT, 4);
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{UNKNOWN_EVAL, -1}));
@@ -61,7 +61,7 @@ TEST_F(Hash, ForcedScoreIsExactInBothTables) {
     StoreHashTable(KEY, 30, 8, BOUND_UPPER, 3);
     ForceHashTable(KEY, 0);
     EXPECT_EQ(Ask(KEY, 100, 200, 40), (std::pair{0, 7}));
-    // At a greater depth there is no score, and the move is that of the second table.
+    // At a greater depth no score is usable. The move then comes from the shallower entry.
     EXPECT_EQ(Ask(KEY, 100, 200, 41), (std::pair{UNKNOWN_EVAL, 3}));
     StoreHashTable(OTHER_KEY, 60, 8, BOUND_LOWER, 5);
     ForceHashTable(OTHER_KEY, 0);
@@ -77,11 +77,12 @@ TEST_F(Hash, ForcedScoreIsOfOnePositionOnly) {
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{0, 7}));
 }
 
-// The result of a search, and its lines: depth, score, nodes, moves.
+// The result of a search. `lines` has depth, score, nodes and moves of each line that the search
+// reports.
 struct Thought {
-    std::string move, reply; // or "none"
+    std::string move, reply; // in coordinate notation, or "none"
     std::int32_t score;
-    std::int32_t depth = 0;  // depth of the last line
+    std::int32_t depth = 0;  // depth of the last line, in plies
     std::uint64_t nodes = 0; // node count at the last line
     std::string lines;
 };
@@ -102,7 +103,7 @@ void NoteLine(const SearchLine& line) {
     thought.lines += text.str() + "\n";
 }
 
-// Searches to the limits and notes the results.
+// Searches within the limits and stores the results in `thought`.
 void Think(const SearchLimits& limits, SearchHost host = {}) {
     thought = {};
     host.tell_line = NoteLine;
@@ -151,7 +152,8 @@ void CheckChoice(const TextCase& test) {
     EXPECT_EQ(Think(3), test.fields[2]);
 }
 
-// A position, a game, a depth in plies, and names and values of results; "!" negates a value.
+// Fields: a FEN; moves; a depth in plies; names and values of results. "!" before a value means any
+// other value.
 void CheckResult(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
@@ -171,8 +173,8 @@ const bool HAS_CASES[] = {RegisterFile("Search/Draws", "draws.txt", CheckResult)
                           RegisterFile("Search/Results", "results.txt", CheckResult),
                           RegisterFile("Search/Chooses", "choices.txt", CheckChoice)};
 
-// At three plies two moves score 127, but the second score is only a bound. At four plies the first
-// move scores 0, and the search ends before the second.
+// At depth 3 two moves score 127. The second score is only a bound, so it is reduced by 50. At
+// depth 4 the first move scores 0. The search then ends, and the second move is the best.
 TEST(Search, TakesFiftyCentipawnsOffABound) {
     StartAt("8/4k3/2P5/8/8/2K5/8/8 w - - 0 1");
     const SearchHost host = {.may_go_on = [](const Move&) {
@@ -184,7 +186,8 @@ TEST(Search, TakesFiftyCentipawnsOffABound) {
     EXPECT_EQ(thought.move, "c3b4");
 }
 
-// A quiescence search often passes the limit at the end of a root move. No other move begins then.
+// The quiescence search at the end of a root move often exceeds the node limit. The search of
+// another root move must not begin after that.
 TEST(Search, KeepsToItsLimitOfNodes) {
     static std::int32_t begun_too_late;
     begun_too_late = 0;
@@ -202,8 +205,9 @@ TEST(Search, KeepsToItsLimitOfNodes) {
     EXPECT_LE(search_info.nodes, 110'000u);
 }
 
-// After a stop in the first root move one leaf is still searched, unless the limits are strict. Its
-// quiescence search leaves entries in the tables, which change the nodes of the next search.
+// A search that is stopped in its first root move still searches one leaf, unless its limits are
+// strict. The quiescence search of this leaf stores table entries. They change the number of nodes
+// in the next search.
 TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     const std::int32_t size = engine_state.hash_size;
     static int polls;
@@ -223,15 +227,15 @@ TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     EXPECT_EQ(nodes, "2336 2388 ");
 }
 
-// Either of two promotions of equal worth may be chosen. The reply captures the piece that was
-// chosen.
+// The engine chooses at random between two promotions with equal scores. The expected reply must
+// capture the piece of the chosen promotion.
 TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     StartAt("6k1/8/8/8/8/6P1/1p3PK1/N2Q4 b - - 0 1");
     engine_state.use_random = true;
     Move moves[2], move, reply;
     ASSERT_TRUE(ParseMove("b2a1r", moves[0]) && ParseMove("b2a1q", moves[1]));
     SearchLimits limits{.depth = Plies(3), .clock = {}, .moves = std::span(moves).first(1)};
-    FindBestMove(nullptr, nullptr, LastMove(), limits); // its score is in the tables now
+    FindBestMove(nullptr, nullptr, LastMove(), limits); // stores the score of b2a1r
     limits.moves = moves;
     bool is_rook = false;
     for (std::uint32_t seed = 1; !is_rook && seed <= 20; ++seed) {

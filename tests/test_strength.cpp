@@ -1,4 +1,5 @@
-// Levels for people: what they see, what they always win, and where they vary.
+// Tests of the levels of strength: tactics that they see, endings that they win, and random
+// choices.
 #include "cases.h"
 #include "support.h"
 
@@ -44,7 +45,7 @@ void CheckSight(const TextCase& test) {
     }
 }
 
-// The bare king is played by the same level.
+// The level plays for both sides.
 void CheckWin(const TextCase& test) {
     for (const std::int32_t elo : ToLevels(test.fields[1])) {
         StartAt(test.fields[0]);

@@ -1,4 +1,5 @@
-// Time: the rules, and that a search keeps to them. No test depends on how long anything takes.
+// Tests of the time rules, and of searches that must obey them. No test depends on the speed of the
+// machine.
 #include "cases.h"
 #include "support.h"
 
@@ -34,7 +35,8 @@ void CheckIteration(const TextCase& test) {
 const bool ARE_RULES_REGISTERED[] = {RegisterFile("Time/Limit", "time.txt", CheckLimit),
                                      RegisterFile("Time/Iteration", "time.txt", CheckIteration)};
 
-// A search polls the clock at its first node. Its start time is 0.
+// Runs a search with the start time 0, so that it has used more than any real time limit at its
+// first node, where it polls the clock.
 std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     StartAt(INITIAL_FEN);
     Play("e2e4");
@@ -44,7 +46,7 @@ std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     return FullSearch(-500, 500, 8, 4, LastMove(), nullptr, 0);
 }
 
-// Searches use the steady clock, which setting the system time does not change.
+// SystemTime is the steady clock, so a change of the machine's clock has no effect on searches.
 TEST(Time, IsThatOfTheSteadyClock) {
     const auto now = [] {
         using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
@@ -68,13 +70,13 @@ TEST(Time, IsPolledAgainAndAgain) {
     search_info = {};
     search_info.max_ply = 100;
     search_info.next_poll = NODE_CHECK_INTERVAL;
-    FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0); // the limit is 0, the clock is not
+    FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0); // time limit 0: stops at the first poll
     EXPECT_TRUE(search_info.stop);
     EXPECT_GE(search_info.nodes, 10'000u);
     EXPECT_LT(search_info.nodes, 11'000u);
 }
 
-// Pondering and analysis have no clock, nor between iterations.
+// With no time on the clock, pondering and analysis still search to the depth limit.
 TEST(Time, DoesNotStopPonderingAndAnalysis) {
     for (std::uint8_t* const mode : {&engine_state.pondering, &engine_state.analyze_mode}) {
         StartAt(INITIAL_FEN);
@@ -95,7 +97,8 @@ TEST(Time, LimitsASearchByTheClock) {
     EXPECT_EQ(search_info.time_limit, 399u);
 }
 
-// Without a limit the next iteration of so small a position fits into the time.
+// With less than half a second left, the search ends after its first iteration, of depth 3. Without
+// a clock it goes deeper.
 TEST(Time, KeepsTheLastHalfSecond) {
     for (const std::uint64_t clock : {std::uint64_t{49}, UNKNOWN_CLOCK}) {
         StartAt("8/8/8/8/8/1k6/8/K6B w - - 0 1");

@@ -1,4 +1,5 @@
-// The engine's turn: what it leaves in the records and in the tables.
+// Tests of the engine's turn: its effects on the records of the game and on the transposition
+// tables.
 #include "support.h"
 
 #include "board/position.h"
@@ -14,10 +15,10 @@
 
 namespace {
 
-constexpr std::int32_t KEPT_DEPTH = 2000; // deeper than any search stores
+constexpr std::int32_t KEPT_DEPTH = 2000; // in quarter-plies, above the depth of any search
 constexpr std::int32_t KEPT_EVAL = 900'000;
 
-// White has nothing but a perpetual check.
+// White can save the game only by perpetual check.
 const char* const PERPETUAL = "6k1/6p1/8/7Q/8/8/qr6/7K w - - 0 1";
 
 // Plays the engine's move and drops its output.
@@ -30,8 +31,9 @@ void MakeMoveSilently() {
     engine_state.ponder = 1;
 }
 
-// Plays the moves and the engine's. Returns true if the tables then call the position before the
-// opponent's last move a draw. The entry that shows it has a bound that no search can use.
+// Plays the moves, then a move of the engine. Returns true if the tables then contain a draw score
+// for the position before the opponent's last move. An entry for that position is stored first,
+// with a bound that no search can use.
 bool IsDrawForcedAfter(const char* fen, const char* moves) {
     StartAt(fen);
     Play(moves);
@@ -45,8 +47,8 @@ bool IsDrawForcedAfter(const char* fen, const char* moves) {
 TEST(Turns, RepetitionIsADrawInLaterSearches) {
     EXPECT_TRUE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7 e8h5 h7g8"));
     EXPECT_EQ(board.zobrist_ply_number, 5);
-    EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // no repetition yet
-    // The engine repeats the position because it must, but is lost all the same.
+    EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // no position has occurred twice
+    // The engine can only repeat the position, but its score is negative, so no draw is stored.
     EXPECT_FALSE(IsDrawForcedAfter("1r6/8/8/8/8/8/8/K6k w - - 0 1", "a1a2 h1h2 a2a1 h2h1"));
 }
 
@@ -57,7 +59,7 @@ TEST(Turns, ColourIsKnownEvenWithoutAMove) {
     Play("b1b2");
     MakeMoveSilently();
     EXPECT_EQ(pgn_game_info.engine_color, BLACK);
-    ASSERT_TRUE(SetBoardFen("k7/2Q5/1K6/8/8/8/8/8 b - - 0 1")); // stalemate
+    ASSERT_TRUE(SetBoardFen("k7/2Q5/1K6/8/8/8/8/8 b - - 0 1")); // black is stalemated
     pgn_game_info.engine_color = WHITE;
     MakeMoveSilently();
     EXPECT_EQ(pgn_game_info.engine_color, BLACK);

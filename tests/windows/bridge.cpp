@@ -1,6 +1,6 @@
-// bridge PROGRAM [WORD]...: runs a Windows program under Wine, connected by real Windows pipes.
-// Pipes inherited from Linux do not report how many bytes are waiting. Forwards standard input to
-// the program and its output back, and passes on the end of either and the exit status.
+// bridge PROGRAM [WORD]...: runs a Windows program under Wine and connects it by Windows pipes. A
+// pipe of Linux does not report the number of waiting bytes to such a program. The bridge forwards
+// input and output, their ends, and the exit status.
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -38,7 +38,7 @@ int main() {
     start.hStdInput = input.reader;
     start.hStdOutput = output.writer;
     start.hStdError = errors.writer;
-    // The program's command line is what stands behind this one's name.
+    // Removes the name of the bridge from the command line.
     std::wstring line = GetCommandLineW();
     const std::size_t name_end = line.front() == L'"' ? line.find(L'"', 1) + 1 : line.find(L' ');
     line.erase(0, line.find_first_not_of(L' ', name_end));
@@ -59,5 +59,5 @@ int main() {
     WaitForSingleObject(program.hProcess, INFINITE);
     DWORD status = 0;
     GetExitCodeProcess(program.hProcess, &status);
-    TerminateProcess(GetCurrentProcess(), status); // whether or not standard input has ended
+    TerminateProcess(GetCurrentProcess(), status); // also ends the thread that reads the input
 }

@@ -1,4 +1,4 @@
-// The Windows platform layer, on pipes and files of Windows.
+// Tests of the Windows platform layer, with pipes and files of Windows.
 #include "platform/enforce.h"
 #include "platform/system.h"
 
@@ -12,9 +12,9 @@
 
 namespace {
 
-const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt"; // a name outside every code page
+const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt"; // a name that fits no code page
 
-// Standard input and output are pipes. The test holds their other ends.
+// Replaces standard input and output by pipes. The test uses their other ends: `typing`, `reading`.
 struct System : testing::Test {
     HANDLE old_input = GetStdHandle(STD_INPUT_HANDLE), old_output = GetStdHandle(STD_OUTPUT_HANDLE);
     HANDLE input = nullptr, typing = nullptr, reading = nullptr, output = nullptr;
@@ -71,7 +71,7 @@ TEST_F(System, CountsWhatWaitsInAPipe) {
     Type("go\r\n");
     EXPECT_EQ(WaitingInput(), 4);
     EXPECT_EQ(Read(), "go\r\n");
-    Type(""); // which is not the end
+    Type(""); // an empty write does not end the input
     Type("x");
     EXPECT_EQ(Read(), "x");
     EXPECT_FALSE(IsHungUp());
@@ -86,7 +86,8 @@ TEST_F(System, SeesTheEndOfTheInputAfterWhatIsLeft) {
     EXPECT_EQ(Read(), "");
 }
 
-// In a process of its own, because the output stays watched after a read.
+// Runs in a child process: a read of standard input starts a thread that watches standard output
+// until the process ends.
 TEST_F(System, WaitsForInputNoLongerThanSomebodyListens) {
     const auto wait = [this] {
         std::thread front_end([this] { HangUp(reading); });
@@ -110,7 +111,7 @@ TEST_F(System, ReadsFilesToTheirEnd) {
     std::filesystem::remove("in");
 }
 
-// Last, because the output stays watched after a read.
+// Must be the last test of this suite: once closed, the output stays closed for the platform layer.
 TEST_F(System, SeesThatNobodyListens) {
     EXPECT_EQ(WaitingInput(), 0);
     HangUp(reading);
