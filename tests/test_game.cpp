@@ -78,8 +78,8 @@ void CheckEnding(const TextCase& test) {
     EXPECT_EQ(game_state.game_over, !wanted.empty());
 }
 
-// Fields: a FEN with king moves only for black; the first move at which white has enough time left
-// to win; the move at which the engine, as black, resigns, or 0.
+// Fields: a FEN in which black can only move the king; the first move at which white has enough
+// time left to win; the move at which the engine resigns as black, or 0 if it does not resign.
 void CheckResignation(const TextCase& test) {
     StartAt(test.fields[0]);
     engine_state.depth_limit = Plies(3);

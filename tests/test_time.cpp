@@ -35,8 +35,8 @@ void CheckIteration(const TextCase& test) {
 const bool ARE_RULES_REGISTERED[] = {RegisterFile("Time/Limit", "time.txt", CheckLimit),
                                      RegisterFile("Time/Iteration", "time.txt", CheckIteration)};
 
-// Runs a search with the start time 0, so that it has used more than any real time limit at its
-// first node, where it polls the clock.
+// Runs a search that polls the clock at its first node. The start time is 0, so the used time
+// exceeds every limit except UNKNOWN_CLOCK.
 std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     StartAt(INITIAL_FEN);
     Play("e2e4");
