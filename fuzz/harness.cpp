@@ -43,7 +43,7 @@ void HideRest(Entry* table, std::uint32_t size) {
 }
 
 // Limits the tables to SLOTS entries, because clearing larger tables would take most of the time.
-// Does nothing if they have this size already.
+// Does nothing if the tables have this size already.
 void InitializeSmallTables() {
     if (hash_table_size == SLOTS) return;
     FinalizeHashTable();

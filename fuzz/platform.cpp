@@ -22,7 +22,7 @@ std::size_t most_memory = std::size_t{64} << 20; // largest table that can be al
 std::string_view input;
 int polls = 0; // number of polls since the last read
 int polls_left_of_pause = 0;
-std::string* output = nullptr; // null to drop the output
+std::string* output = nullptr; // if null, output is dropped
 std::vector<std::FILE*> open_files;
 
 std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }

@@ -37,10 +37,10 @@ std::uint64_t FirstCastlingKeys() {
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// Returns the XOR of the castling keys after all moves of the game; `keys` is the XOR before them.
+// Returns the XOR of the castling keys after the game; `keys` is the XOR at the start of the game.
 // The first move of a king toggles the key of each rook square that has an unmoved piece. The first
-// move of a rook toggles the rook's key if the king's square has an unmoved piece. Both look at the
-// board before the move, and at any type of piece. The capture of a rook toggles no key.
+// move of a rook toggles the rook's key if the king's square has an unmoved piece. The piece may
+// be of any type, and the board before the move counts. The capture of a rook toggles no key.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];

@@ -32,7 +32,8 @@ struct Conversation {
     std::string directory = std::filesystem::temp_directory_path() / "korvane_test_XXXXXX";
     std::unique_ptr<EngineProcess> program = {};
     Texts transcript = {};
-    std::array<std::string, 10> groups = {}; // texts of the groups in the last pattern with groups
+    std::array<std::string, 10> groups =
+        {}; // matches of the last pattern with groups, for %1 to %9
 };
 
 void ReplaceAll(std::string& text, std::string_view old, std::string_view by) {
@@ -186,7 +187,8 @@ void Save(Conversation& talk, const std::string& file_name) {
     }
 }
 
-// The function in the first entry with which a step begins carries out the rest of the step.
+// The beginnings of steps. The function of the first one that matches carries out the rest of the
+// step.
 const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> STEPS[] = {
     {"< ", WaitForLine},
     {"$ ", AddShell},
@@ -315,7 +317,7 @@ void Define(std::string& line, const std::vector<std::pair<std::string, std::str
 } // namespace
 
 bool RegisterConversations(const char* file_name) {
-    static std::deque<Script> scripts; // the registered tests refer to them
+    static std::deque<Script> scripts; // registered tests refer to the scripts
     std::vector<std::pair<std::string, std::string>> words;
     std::vector<Texts> suites;
     bool has_cases = true;
@@ -328,7 +330,7 @@ bool RegisterConversations(const char* file_name) {
             if (std::exchange(has_cases, false)) suites.clear();
             suites.push_back(ToFields(line.substr(6)));
         } else {
-            if (suites.empty()) std::abort(); // a case before the first suite
+            if (suites.empty()) std::abort(); // the case has no suite
             has_cases = true;
             const Texts fields = ToFields(line);
             for (const Texts& suite : suites) {
@@ -337,6 +339,6 @@ bool RegisterConversations(const char* file_name) {
             }
         }
     }
-    if (!has_cases) std::abort(); // a suite without cases
+    if (!has_cases) std::abort(); // the last suite has no cases
     return true;
 }

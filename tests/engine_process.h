@@ -37,7 +37,7 @@ void SendText(EngineProcess& engine, std::string_view text);
 // is silent for a minute or exceeds its budget, kills the program and fails the test.
 bool ReadLine(EngineProcess& engine, OutputPipe& pipe, std::string& line);
 
-// Close the test's end of the pipe.
+// Close the test's end of the input pipe or of the output pipe.
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
 
@@ -49,5 +49,5 @@ void SendWithoutReading(EngineProcess& engine, std::string_view text);
 std::string WaitForExit(EngineProcess& engine);
 
 // Runs a shell command in the directory and returns its output. The test fails if the command
-// fails. The command can use $PID for `pid`, and the programs for this system without their folder.
+// fails. In the command, $PID is `pid`, and $PATH includes the programs for this system.
 std::string RunShell(const std::string& directory, pid_t pid, const std::string& command);

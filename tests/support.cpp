@@ -36,7 +36,7 @@ void Play(const std::string& moves) {
 std::string ReadCases(const char* file_name) {
     std::ifstream file(std::string(KORVANE_CASES) + "/" + file_name);
     std::string text(std::istreambuf_iterator<char>(file), {});
-    if (text.empty()) std::abort(); // without cases the tests would check nothing
+    if (text.empty()) std::abort(); // an empty file would check nothing
     return text;
 }
 
@@ -52,7 +52,7 @@ std::map<std::string, std::set<std::string>>& SuitesLeft() {
 
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check) {
     constexpr std::size_t MAX_FIELDS = 4;
-    static std::deque<std::vector<TextCase>> files; // the registered tests refer to them
+    static std::deque<std::vector<TextCase>> files; // registered tests refer to the cases
     std::vector<TextCase>& cases = files.emplace_back();
     const std::string text = suite, group = text.substr(text.find('/') + 1);
     const bool is_new_file = SuitesLeft().try_emplace(file_name).second;
@@ -71,7 +71,7 @@ bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase
         cases.push_back({fields[0].substr(dot + 1), {fields.begin() + 1, fields.end()}});
         cases.back().fields.resize(MAX_FIELDS);
     }
-    if (cases.empty()) std::abort(); // the suite would check nothing
+    if (cases.empty()) std::abort(); // a suite without cases would check nothing
     SuitesLeft()[file_name].erase(group);
     return RegisterCases<TextCase>(suite, cases, check);
 }

@@ -206,7 +206,7 @@ TEST_F(Book, FailsOnAFullDisk) {
     });
 }
 
-// Builds a book in a child process at a terminal. Returns the exit status and the output.
+// Builds a book in a child process on a pseudo-terminal. Returns the exit status and the output.
 std::string BuildAtATerminal(const std::string& input, bool is_pgn) {
     WriteText("in", input);
     int screen = -1, status = 0;

@@ -174,7 +174,7 @@ const bool HAS_CASES[] = {RegisterFile("Search/Draws", "draws.txt", CheckResult)
                           RegisterFile("Search/Chooses", "choices.txt", CheckChoice)};
 
 // At depth 3 two moves score 127. The second score is only a bound, so it is reduced by 50. At
-// depth 4 the first move scores 0. The search then ends, and the second move is the best.
+// depth 4 the first move scores 0. The search then ends and chooses the second move.
 TEST(Search, TakesFiftyCentipawnsOffABound) {
     StartAt("8/4k3/2P5/8/8/2K5/8/8 w - - 0 1");
     const SearchHost host = {.may_go_on = [](const Move&) {

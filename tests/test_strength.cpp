@@ -1,5 +1,4 @@
-// Tests of the levels of strength: tactics that they see, endings that they win, and random
-// choices.
+// Tests of the strength levels: tactics, wins against a bare king, and the variety of the moves.
 #include "cases.h"
 #include "support.h"
 

@@ -1,6 +1,6 @@
-// bridge PROGRAM [WORD]...: runs a Windows program under Wine and connects it by Windows pipes. A
-// pipe of Linux does not report the number of waiting bytes to such a program. The bridge forwards
-// input and output, their ends, and the exit status.
+// bridge PROGRAM [WORD]...: runs a Windows program under Wine and connects it by Windows pipes. On
+// a Linux pipe, a Windows program cannot learn the number of waiting bytes. The bridge forwards
+// input and output until they end, and exits with the status of the program.
 #include <cstdio>
 #include <string>
 #include <thread>
