@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint64_t TICKS_PER_READING = 30 * TICKS_PER_MILLISECOND;
 constexpr std::size_t PAGE = 4096;
-constexpr int PATIENCE = 4;        // polls without a read; then a poll reports the end of the input
+constexpr int PATIENCE = 4;        // polls without a read before the input seems to end
 constexpr int POLLS_OF_PAUSE = 50; // number of polls for which PAUSE hides the input
 
 std::size_t most_memory = std::size_t{64} << 20; // largest table that can be allocated, in bytes

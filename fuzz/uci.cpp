@@ -35,7 +35,7 @@ int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
-// True if the search must end: the input has no polls left or the search no nodes.
+// True if the search must end: the input's polls or the search's nodes are used up.
 bool IsEnough() { return polls_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
 constexpr SearchHost HOST = {

@@ -23,7 +23,7 @@ RequirePackages() {
         { echo "Could not install: ${missing[*]}" >&2; exit 1; }
 }
 
-# Runs apt-get, with the command in the caller's as_root in front. Prints the output if apt-get fails. Waits while
+# Runs apt-get as root, with the caller's as_root (sudo or nothing). Prints the output if apt-get fails. Waits while
 # another program holds the lock of apt or dpkg.
 RunApt() {
     local output lock end=$((SECONDS + LOCK_SECONDS)) is_waiting=no

@@ -61,7 +61,7 @@ EngineProcess::EngineProcess(const std::string& command, const std::string& dire
     int in[2] = {-1, -1}, out[2] = {-1, -1}, err[2] = {-1, -1};
     const bool is_ready =
         pipe2(in, O_CLOEXEC) == 0 && pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
-    fcntl(out[1], F_SETFL, O_NONBLOCK); // some front ends give the engine such an output
+    fcntl(out[1], F_SETFL, O_NONBLOCK); // some front ends give the engine a non-blocking output
     fcntl(in[1], F_SETFL, O_NONBLOCK);  // lets SendText read the output between writes
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
@@ -98,7 +98,7 @@ void SendText(EngineProcess& engine, std::string_view text) {
         if ((ends[1].revents & POLLIN) != 0) {
             ReadMore(engine, engine.output);
         } else if (ends[1].revents != 0) {
-            Close(engine.output.end); // otherwise poll() would return at once every time
+            Close(engine.output.end); // otherwise poll() would always return at once
         }
         if (ends[0].revents == 0) continue;
         const ssize_t count = write(engine.input, text.data(), text.size());

@@ -42,7 +42,7 @@ std::string ReadCases(const char* file_name) {
 
 namespace {
 
-// For each file, the suites that its cases name and that RegisterFile has not been called for.
+// The suites in each file for which RegisterFile has not been called yet.
 std::map<std::string, std::set<std::string>>& SuitesLeft() {
     static std::map<std::string, std::set<std::string>> suites;
     return suites;

@@ -31,8 +31,8 @@ TEST(Moves, EnPassantIsOverAfterANullMove) {
     EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
 }
 
-// The first move of a rook toggles a castling key if the king's home square, here e1, has an
-// unmoved piece before the move. Here the rook itself is that piece.
+// The first move of a rook toggles a castling key if the king's home square (e1) has an unmoved
+// piece before the move. In this test, that piece is the rook itself.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
     StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
     const std::uint64_t key = board.zobrist_key;

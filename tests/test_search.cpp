@@ -23,7 +23,7 @@
 namespace {
 
 constexpr std::uint64_t KEY = 0x123456789ABCDEF0;
-constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // has the same slot
+constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // same slot as KEY
 
 // Probes the tables for a key. Returns the score and the index of the best move.
 std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
