@@ -15,7 +15,7 @@ void StartAt(const std::string& fen);
 void Play(const std::string& moves);
 
 // A block of tests/cases/thinking.txt: a search, or several searches that form a game, with the
-// recorded thinking lines and moves.
+// expected thinking lines and moves.
 struct Reference {
     std::string name, fen, text;
     std::int32_t plies = 0;
