@@ -7,7 +7,7 @@
 // Returns the user's name, or "Player" if the name is unknown.
 std::string PersonName();
 
-// Returns the absolute path of a file name that the user has typed. "~" is the home folder.
-// Relative names begin at the folder in KORVANE_CALLED_FROM, because a launcher may have changed
-// the current folder.
+// Returns the absolute path of a file name that the user has typed. "~" is the home folder. Other
+// relative names begin at the folder KORVANE_CALLED_FROM, because a launcher may have changed the
+// current folder.
 std::filesystem::path PersonPath(const std::string& name);

@@ -135,15 +135,15 @@ bool IsOver() {
     return !result.empty();
 }
 
-// Prepares for another game or the end of the program. A finished game is logged here, because
-// until then "undo" can take back the last move or a resignation.
+// Leaves the current game. A finished game is logged only here, so that "undo" can take back the
+// last move or a resignation until then.
 void LeaveGame() {
     if (!result.empty() && state_history.count > 0) ParseCommand(("result " + result).c_str());
     result.clear();
     style.is_flipped = is_turned_by_hand && style.is_flipped;
 }
 
-// Sets the PGN tags and the side of the board at the first move, when the user's colour is known.
+// Sets the PGN tags and turns the board at the first move, when the user's colour is known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
     // During a game the "Black" tags contain the opponent's data, even if the opponent plays White.
@@ -157,8 +157,8 @@ void Play(const Move& move, Colour engine) {
     PlayMove(move);
 }
 
-// `is_answer`: the user's move has been made, but the board has not been printed. The board is then
-// printed before a search. A book move comes at once and needs no such print.
+// `is_answer`: the user's last move is not on the printed board yet. If the engine must search,
+// prints the board first.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);

@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr std::int32_t BOOK_MAX_PLIES = 30; // plies of each game that go into a book
+constexpr std::int32_t BOOK_MAX_PLIES = 30; // a book contains this many plies of each game
 constexpr std::int32_t BOOK_MIN_COUNT = 5;  // a move must occur in this many PGN games
 
 constexpr std::uint8_t SWITCH = 1;
@@ -37,8 +37,8 @@ Option options[] = {
     {"--format", "", VALUE, 0},     {"-f", "", VALUE, 0},           {"-o", "", VALUE, 0},
 };
 
-// PrintUsage pads the lines with blanks to PLAIN_WIDTH. It pads a line with "%s" to NAMED_WIDTH,
-// and then replaces "%s" by the program's name.
+// The lines are padded with blanks to PLAIN_WIDTH. A line with "%s" is padded to NAMED_WIDTH, and
+// then the program's name replaces "%s".
 constexpr int PLAIN_WIDTH = 79;
 constexpr int NAMED_WIDTH = 69;
 constexpr std::string_view USAGE[] = {

@@ -1,5 +1,5 @@
-// The main program of korvane-uci, the engine for UCI front ends. With arguments, such as "bench
-// 5", the program runs them as one command and exits.
+// The main program of korvane-uci, the engine for UCI front ends. If there are arguments, such as
+// "bench 5", the program runs them as one command and exits.
 #include "board/utility.h"
 #include "book/book.h"
 #include "frame/startup.h"
@@ -48,7 +48,7 @@ void PrintUsage() {
         PERFT_MAX_DEPTH, BENCH_MIN_DEPTH, BENCH_MAX_DEPTH, BENCH_DEFAULT_DEPTH);
 }
 
-int command_status = EXIT_SUCCESS; // exit status of the command in the arguments
+int command_status = EXIT_SUCCESS; // exit status of a command given as arguments
 
 void Complain(std::string_view text) {
     std::fprintf(stderr, "korvane-uci: %.*s (try korvane-uci --help)\n",

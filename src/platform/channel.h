@@ -17,9 +17,9 @@ inline constexpr std::string_view QUIT_COMMAND = "quit";
 // the input, stores QUIT_COMMAND.
 void NextBuffer(CommandLine& line);
 
-// With `consume`, waits for a command line and takes it. Without `consume`, copies the next line,
-// and the next call returns the same line again. If no input is waiting, returns false and leaves
-// `line` unchanged. Stores the number of lines read so far in `timestamp`, which may be null.
+// With `consume`, waits for a command line and takes it. Without `consume`, copies the waiting line
+// and keeps it for the next call. Returns false, and leaves `line` unchanged, if no input is
+// waiting. Stores the number of lines read so far in `timestamp`, which may be null.
 bool NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume);
 
 // Waits for the next command line and takes it.

@@ -13,8 +13,8 @@
 // True if the path is a regular file or a link to one.
 bool IsPlainFile(const char* path);
 
-// True if the file can be opened for reading. Also true for any named pipe, which is not opened
-// here because opening a pipe can block.
+// True if the file can be opened for reading. Also true for a named pipe, which is not opened here.
+// Opening a pipe can block.
 bool FileExists(const char* path);
 
 // Ends the program with a fatal error if the file cannot be opened for reading.

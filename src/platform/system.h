@@ -14,9 +14,9 @@
 // input then reports the end of the input. TakeInterrupt undoes this after an interrupt.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
-// Sets the effect of interrupts and prepares standard output: a write waits while the pipe is full,
-// and ends the process if nobody reads the pipe any more. A write beyond the file size limit
-// returns an error and raises no signal.
+// Sets the effect of interrupts. From then on, a write to standard output waits while the pipe is
+// full, and ends the process if nobody reads the pipe. A write beyond the file size limit fails
+// without a signal.
 void PrepareProcess(Interrupts interrupts);
 
 // Returns true if an interrupt has ended standard input, and makes standard input readable again.
@@ -52,8 +52,8 @@ bool IsColourConsole();
 // Returns the value of an environment variable, or an empty text if the variable is not set.
 std::string EnvironmentValue(const char* name);
 
-// Returns the amount of unread standard input: events of a console, otherwise bytes. Never blocks.
-// Returns INPUT_UNKNOWN if the input has ended, the amount cannot be determined or nobody reads
+// Returns the amount of unread standard input: the number of bytes or, for a console, of events.
+// Never blocks. Returns INPUT_UNKNOWN if the input has ended, the amount is unknown or nobody reads
 // standard output any more.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();

@@ -22,13 +22,12 @@ namespace {
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
 
 #ifdef POLLRDHUP
-constexpr short HALF_CLOSED = POLLRDHUP; // poll: the other side of a socket sends no more
+constexpr short HALF_CLOSED = POLLRDHUP; // poll event: the other side of a socket sends no more
 #else
 constexpr short HALF_CLOSED = 0;
 #endif
 
-// WaitingInput reports this many events for a byte typed on a console: a key press and a key
-// release.
+// WaitingInput counts each byte typed on a console as two events: a key press and a key release.
 constexpr int EVENTS_OF_KEY = 2;
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
@@ -37,8 +36,8 @@ constexpr std::size_t RoundUp(std::size_t bytes) {
     return (bytes + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
 }
 
-// True if a failed read or write should be repeated. Waits until a non-blocking descriptor is
-// ready.
+// True if a failed read or write should be repeated. If the descriptor is non-blocking, first waits
+// until it is ready.
 bool WaitToRepeat(int descriptor, short events) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;

@@ -64,7 +64,7 @@ bool IsGone(DWORD error) {
 }
 
 bool is_ended_by_interrupts = false;     // true if an interrupt ends standard input
-std::atomic<bool> is_input_over = false; // true after the end of standard input by an interrupt
+std::atomic<bool> is_input_over = false; // true after EndInput has ended standard input
 std::atomic<bool> is_closing = false;    // true once the console closes or the user logs off
 std::atomic<bool> is_reading = false;    // true while ReadInput reads
 HANDLE main_thread = nullptr;
@@ -84,8 +84,8 @@ BOOL WINAPI EndInput(DWORD event) {
     if (is_interrupt || !main_thread) return is_interrupt;
     constexpr DWORD PERIOD = 100; // milliseconds
     for (;; Sleep(PERIOD)) {
-        // Cancels only a read, because the log must be written. Repeats, because the main thread
-        // may set is_reading before the read begins.
+        // Cancels only a read, because the log must be written. Repeats, because is_reading is set
+        // shortly before the read begins.
         if (is_reading) CancelSynchronousIo(main_thread);
     }
 }
@@ -233,7 +233,7 @@ std::size_t ReadInput(std::span<char> room) {
         // written an empty message to the pipe, or an interrupt may have ended the read.
         const bool is_interrupted = GetLastError() == ERROR_OPERATION_ABORTED;
         if (is_interrupted && is_ended_by_interrupts) {
-            is_input_over.wait(false); // until EndInput, in another thread, has set it
+            is_input_over.wait(false); // EndInput sets this flag in another thread
             return 0;
         }
         if (!is_interrupted && !PeekNamedPipe(Input(), nullptr, 0, nullptr, nullptr, nullptr)) {

@@ -20,11 +20,10 @@ constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
 
 // Bonuses for the winner, in centipawns.
-constexpr std::int32_t FENCE_BONUS = 25; // for each square counted by HeldSquares
-constexpr std::int32_t EDGE_BONUS = 50;  // for each step from the centre to the bare king
-constexpr std::int32_t CLOSENESS_BONUS =
-    20;                                  // for each step that the kings are closer than LONGEST_WAY
-constexpr std::int32_t LONGEST_WAY = 14; // Manhattan distance between opposite corners
+constexpr std::int32_t FENCE_BONUS = 25;     // for each square forbidden to the bare king
+constexpr std::int32_t EDGE_BONUS = 50;      // for each step from the centre to the bare king
+constexpr std::int32_t CLOSENESS_BONUS = 20; // for each step towards the winner's king
+constexpr std::int32_t LONGEST_WAY = 14;     // Manhattan distance between opposite corners
 
 std::int32_t Distance(int a, int b) {
     return std::abs(FileOf(a) - FileOf(b)) + std::abs(RankOf(a) - RankOf(b));

@@ -1,5 +1,5 @@
-// Endings with a queen or a rook against a bare king. The normal search of a weak level cannot win
-// these endings, so the levels use a special search.
+// A special search for endings with a queen or a rook against a bare king. The normal search of a
+// weak strength level cannot win these endings.
 #pragma once
 
 #include "board/move.h"

@@ -24,8 +24,8 @@ namespace {
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
-// A lower level uses the book in the first plies of a game: in LEAST_BOOK_PLIES plies at MIN_ELO,
-// and in one more for every ELO_PER_BOOK_PLY points of Elo.
+// A level below FIRST_BOOKISH_ELO uses the book for LEAST_BOOK_PLIES plies, and for one more ply
+// for every ELO_PER_BOOK_PLY points above MIN_ELO.
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
@@ -34,10 +34,10 @@ constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
-// The parameters of a level below FIRST_SEARCHING_ELO. Such a level finds a share of its moves by a
-// search of FIRST_NODES nodes. For every other move, it scores all legal moves by a search of two
-// plies and picks one at random. The probability of a move falls with its loss, in centipawns,
-// against the best move.
+// The parameters of a level below FIRST_SEARCHING_ELO. Such a level finds some of its moves by a
+// search of FIRST_NODES nodes. For the others, a search of two plies scores all legal moves, and
+// the level picks a move at random. A move is less probable if it loses more centipawns against the
+// best move.
 struct NoiseLevel {
     double attention; // share of moves found by a search of FIRST_NODES nodes, 0 to 1
     double tolerance; // at this loss, a move is about a third as probable as the best move
@@ -46,10 +46,10 @@ struct NoiseLevel {
 // The parameters at MIN_ELO and at FIRST_SEARCHING_ELO. Other levels interpolate between them.
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
 constexpr NoiseLevel HIGHEST = {1.0, 10, 50};
-// Exponent of the interpolation of `attention`. It makes the steps in strength even.
+// Exponent of the interpolation of `attention`, chosen for even steps in strength.
 constexpr double ATTENTION_GROWTH = 1.2;
 constexpr std::int32_t GLANCE_PLIES = 2;
-constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // after the move that is scored
+constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // depth after the scored move
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
 double Mix(double from, double to, double share) { return from + (to - from) * share; }
@@ -128,7 +128,7 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
-        ResetSearchInfo(limits); // sets the node count to 0; FindMopUpMove does not count
+        ResetSearchInfo(limits); // sets the node count to 0; FindMopUpMove counts no nodes
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }

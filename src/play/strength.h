@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-inline constexpr std::int32_t FULL_STRENGTH = 0; // a value of `elo`: no strength limit
+inline constexpr std::int32_t FULL_STRENGTH = 0; // value of `elo` for no strength limit
 inline constexpr std::int32_t MIN_ELO = 1000;
 inline constexpr std::int32_t MAX_ELO = 2400;
 

@@ -303,7 +303,7 @@ constexpr Command COMMANDS[] = {
     {"computer", EXACT, CarryOutComputer},
     {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
     {"resume", EXACT, Ignore},
-    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends without calling the handler
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // ends the main loop; the handler is not called
 };
 
 void AnswerUnknown(std::string_view line) {

@@ -39,8 +39,8 @@ struct Command {
     Match match;
     CommandHandler carry_out; // handler while no search runs
     DuringSearch during_search = TO_WAIT;
-    // Handler during a search. If null, carry_out is called. This handler must not use the board,
-    // because the board then shows a position in the search tree.
+    // Handler during a search, or null to call carry_out. A handler must not use the board then,
+    // because the board shows a position in the search tree.
     CommandHandler answer = nullptr;
 };
 

@@ -22,8 +22,8 @@ namespace {
 
 constexpr int THINKING_WIDTH = 1'000'000; // so large that a thinking line is never wrapped
 
-// Total search time after the front end has gone, in centiseconds. Input from a file of commands
-// ends at once, but the engine should still find its moves.
+// Total search time after the end of the input, in centiseconds. If the input is a file of
+// commands, the end comes early, and the engine still needs time to find its moves.
 constexpr std::uint64_t LAST_THOUGHT = 50;
 
 // The last line that PollCommands examined: its number, the value of engine_state.pondering at that
@@ -57,7 +57,7 @@ Hearing HearingOf(const Command& command) {
     return engine_state.analyze_mode ? during.analysing : during.on_own_time;
 }
 
-// Returns the first matching command that does not wait until after the search, or null.
+// Returns the first matching command whose treatment is not WAIT, or null.
 const Command* FindCommand() {
     const std::span<const Command> commands = CommandTable();
     const auto command = std::ranges::find_if(commands, [](const Command& row) {

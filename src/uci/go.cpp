@@ -29,7 +29,9 @@
 namespace {
 
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
-constexpr std::int64_t QUIET_TIME = 1000; // in milliseconds; later root moves are reported
+
+// Root moves are reported after this time, in milliseconds.
+constexpr std::int64_t QUIET_TIME = 1000;
 
 // ClockOf subtracts the move overhead of this many moves from the clock.
 constexpr std::int64_t MOVES_TO_COME = 80;
@@ -44,7 +46,7 @@ struct Request {
     bool has_clock[COLOURS] = {};
     std::int64_t clock[COLOURS] = {};
     std::int64_t increment[COLOURS] = {};
-    std::int64_t move_time = 0; // 0 means no limit
+    std::int64_t move_time = 0; // in milliseconds; 0 means no limit
     std::int64_t depth = 0;     // in plies; 0 means no limit
     std::int64_t nodes = 0;     // 0 means no limit
     std::int64_t mate = 0;      // search for a mate in this many moves; 0 means none
@@ -58,7 +60,7 @@ struct Thinking {
     bool is_pondering;
     bool is_measuring;
     std::int64_t start;     // start of the search, in milliseconds
-    std::int64_t clock_run; // start of the time limits, in milliseconds
+    std::int64_t clock_run; // start of the move time, in milliseconds
     std::int64_t move_time; // time limit in milliseconds; 0 means no limit
     std::int64_t last_poll; // time of the last poll of the input, in milliseconds
     std::optional<TimeLeft> clock;
@@ -135,8 +137,8 @@ void TellLine(const SearchLine& line) {
     thinking.last_reported_move = line.moves.front();
 }
 
-// Called before each root move. Reports the move if the search is older than QUIET_TIME. Returns
-// false if the search must stop. Polls the input at most once per millisecond.
+// Called before each root move. Reports the move if the search has run longer than QUIET_TIME.
+// Returns false if the search must stop. Polls the input at most once per millisecond.
 bool MayGoOn(const Move& move) {
     const std::int64_t now = Milliseconds();
     if (now - thinking.start > QUIET_TIME) {
@@ -274,8 +276,8 @@ void ChooseBySearch(const Request& request, Choice& choice) {
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    // The expected reply can be illegal, because the search may score a draw before the move that
-    // captures the king.
+    // The expected reply can be illegal. The search detects an illegal move by the capture of the
+    // king, and a line can end in a draw before that capture.
     const Move moves[] = {choice.move, choice.expected_reply};
     if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";

@@ -35,7 +35,7 @@ struct UciOption {
     std::string_view name;
     Kind kind;
     Value standard;
-    std::int32_t least, most; // bounds of a spin
+    std::int32_t least, most; // minimum and maximum of a spin option
     void (*set)(const Value& value);
 };
 
@@ -60,7 +60,7 @@ std::string FindBook(std::string_view name) {
     return !IsPlainFile(here.c_str()) && IsPlainFile(beside.c_str()) ? beside : here;
 }
 
-// Loads the book and turns its use on. Returns null, or an error message.
+// Loads the book and sets use_book. Returns null, or an error message on failure.
 const char* LoadBook(const std::string& file_name) {
     if (!FileExists(file_name.c_str())) return "there is no such file";
     const char* error = ReplaceBook(file_name.c_str());

@@ -40,7 +40,7 @@ std::string_view PlayMoves(std::string_view moves) {
     return {};
 }
 
-// True if `setup` extends the current game. Only the new moves must then be played.
+// True if `setup` extends the current game, so that only the new moves must be played.
 bool IsContinued(const Setup& setup) {
     return setup.fen == in_force.fen && setup.moves.starts_with(in_force.moves) &&
            (in_force.moves.empty() || setup.moves.size() == in_force.moves.size() ||
