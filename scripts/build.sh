@@ -21,7 +21,7 @@ RunBuild() {
     local preset=$1 targets=$2
     shift 2
     cd "$root" || return
-    # CMake refuses a folder that another generator made, or that was copied from elsewhere.
+    # CMake refuses a folder that another generator has made or that was copied from another path.
     if ! grep -qsxF "# For build in directory: $root/build/$preset" "build/$preset/CMakeCache.txt" ||
         [ ! -e "build/$preset/build.ninja" ]; then
         rm -rf "build/$preset/CMakeCache.txt" "build/$preset/CMakeFiles"
@@ -33,7 +33,7 @@ RunBuild() {
     NINJA_STATUS='built:1:%p:' cmake --build --preset "$preset" --target $targets
 }
 
-# CheckSignature BENCH...: runs it, and fails if its search has not the recorded signature.
+# CheckSignature BENCH [WORD]...: runs the bench program. Fails if the node count differs from tests/bench.signature.
 CheckSignature() {
     local printed signature recorded
     recorded=$(cat "$root/tests/bench.signature")

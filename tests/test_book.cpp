@@ -181,11 +181,11 @@ void CheckPlay(const TextCase& test) {
     EXPECT_TRUE(next.empty() || next == found) << found;
 }
 
-const bool ARE_CASES_REGISTERED[] = {RegisterFile("Book/Bytes", "book.txt", CheckBytes),
-                                     RegisterFile("Book/Keeps", "book.txt", CheckListing),
-                                     RegisterFile("Book/Fails", "book.txt", CheckFailure),
-                                     RegisterFile("Book/Damaged", "book.txt", CheckDamage),
-                                     RegisterFile("Book/Plays", "book.txt", CheckPlay)};
+const bool HAS_BOOK_CASES[] = {RegisterFile("Book/Bytes", "book.txt", CheckBytes),
+                               RegisterFile("Book/Keeps", "book.txt", CheckListing),
+                               RegisterFile("Book/Fails", "book.txt", CheckFailure),
+                               RegisterFile("Book/Damaged", "book.txt", CheckDamage),
+                               RegisterFile("Book/Plays", "book.txt", CheckPlay)};
 
 TEST_F(Book, KeepsThirtyPliesOfGamesOfAnyLength) {
     std::string game;

@@ -96,7 +96,7 @@ void CheckResignation(const TextCase& test) {
     EXPECT_EQ(resigned_at, std::stoi(test.fields[2]));
 }
 
-const bool ARE_CASES_REGISTERED[] = {
+const bool HAS_GAME_CASES[] = {
     RegisterFile("Fen/Reads", "fen.txt", CheckFen),
     RegisterFile("Fen/Refuses", "badfen.txt", CheckRefusal),
     RegisterFile("Notation/Reads", "tokens.txt", CheckToken),

@@ -10,7 +10,7 @@
 
 namespace {
 
-const bool HAS_CASES[] = {
+const bool HAS_PROGRAM_CASES[] = {
     RegisterConversations("protocol.txt"),    RegisterConversations("logs.txt"),
     RegisterConversations("uci.txt"),         RegisterConversations("exits.txt"),
     RegisterConversations("commandline.txt"), RegisterConversations("play.txt"),

@@ -169,9 +169,9 @@ void CheckResult(const TextCase& test) {
     }
 }
 
-const bool HAS_CASES[] = {RegisterFile("Search/Draws", "draws.txt", CheckResult),
-                          RegisterFile("Search/Results", "results.txt", CheckResult),
-                          RegisterFile("Search/Chooses", "choices.txt", CheckChoice)};
+const bool HAS_SEARCH_CASES[] = {RegisterFile("Search/Draws", "draws.txt", CheckResult),
+                                 RegisterFile("Search/Results", "results.txt", CheckResult),
+                                 RegisterFile("Search/Chooses", "choices.txt", CheckChoice)};
 
 // At depth 3 two moves score 127. The second score is only a bound, so it is reduced by 50. At
 // depth 4 the first move scores 0. The search then ends and chooses the second move.

@@ -57,8 +57,8 @@ void CheckWin(const TextCase& test) {
     }
 }
 
-const bool HAS_CASES[] = {RegisterFile("Strength/Sees", "strength.txt", CheckSight),
-                          RegisterFile("Strength/Wins", "strength.txt", CheckWin)};
+const bool HAS_STRENGTH_CASES[] = {RegisterFile("Strength/Sees", "strength.txt", CheckSight),
+                                   RegisterFile("Strength/Wins", "strength.txt", CheckWin)};
 
 TEST(Strength, StrongLevelsLeaveNothingToChance) {
     std::uint64_t last_nodes = 0;
