@@ -35,7 +35,7 @@ bool FindLegalMove(const Move& wanted, const Move* last_move, Move& move) {
     return true;
 }
 
-// Removes the child `*link` from the list of children. Frees the child and its subtree.
+// Removes `*link` from the children of `parent`. Frees the removed child and its subtree.
 void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     MoveTrieNode* child = *link;
     *link = child->next;
@@ -44,10 +44,10 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
     delete child;
 }
 
-// Checks that every move in the subtree is legal. Takes the fields of each move from the move
-// generator, because the fields in the file may be wrong. Returns false on an illegal move. After a
-// promotion, an illegal move is dropped instead, because promotions to different pieces share a
-// node.
+// Checks the moves of the subtree. Replaces each move by the generated move with the same squares
+// and promotion, because the other fields of the file's move may be wrong. Returns false if a move
+// is illegal. After a promotion, illegal moves are dropped instead. Promotions to different pieces
+// share a node, so a reply to one promotion may be illegal after another.
 bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;
@@ -93,8 +93,8 @@ const char* ReadPlainBook(MoveTrieNode& root, const char* file_name) {
 }
 
 // Picks a book move at random and returns its node. Returns null if the book has no move, or if the
-// picked move is illegal. The latter can happen after a promotion, because promotions to different
-// pieces share a node.
+// picked move is illegal. A book move can be illegal after a promotion, because promotions to
+// different pieces share a node.
 const MoveTrieNode* PickChild(Move& move) {
     if (!IsFollowingBook()) return nullptr;
     const std::uint32_t r1 = RandomU15();

@@ -34,16 +34,16 @@ bool IsFollowingBook();
 void LeaveBook();
 
 // Picks one of the book moves at random, all with equal probability. Returns false if the book has
-// no move for the position. Seeds the random number generator from the time of day, so that the
+// no move for the position. Seeds the random number generator from the current time, so that the
 // picks differ from run to run.
 bool PickBookMove(Move& move);
 
-// Picks a book move and advances book_state. If the book has no move, returns false and leaves the
-// book.
+// Picks a book move and advances book_state to the position after that move. If the book has no
+// move, returns false and leaves the book.
 bool GetNextBookMove(Move& move);
 
-// Advances book_state by a move that was played. Leaves the book if the book does not contain the
-// move.
+// Advances book_state to the position after a move that was played. Leaves the book if the book
+// does not contain the move.
 void SetNextBookMove(const Move& move);
 
 // Returns the book moves of the current position, one per line, or a notice if there are none. The

@@ -19,11 +19,12 @@
 
 namespace {
 
-constexpr std::int32_t MAX_GAME_MOVES = 512; // in plies; later moves of a game are skipped
+constexpr std::int32_t MAX_GAME_MOVES = 512; // in plies; the rest of a longer game is ignored
 constexpr int LISTING_WIDTH = 1024;
 constexpr std::int32_t PROGRESS_STEP = 500; // number of games between progress reports
 
-// The moves of a game. For a line of the book, moves[0] is the undefined move of the root.
+// MakeBook stores the moves of a game here, starting at moves[0]. ShowBook stores the path from the
+// root to a node of the book. On such a path, moves[0] is the undefined move of the root.
 struct Line {
     std::int32_t length;
     Move moves[MAX_GAME_MOVES + 1];
@@ -49,8 +50,8 @@ struct GameFile {
     std::int32_t games; // number of games read, including the current one
 };
 
-// Ends the program with an error message. On a console, the message also gives the game and the
-// move number.
+// Ends the program with an error message about the illegal move `token`. On a console, the message
+// also contains the game and the move number.
 [[noreturn]] void RefuseMove(const GameFile& input, const char* token) {
     std::string message = std::string("Error (illegal move): ") + token;
     if (IsConsoleErrors()) {
@@ -96,7 +97,7 @@ void ShowProgress(const GameFile& input, std::int64_t size) {
     is_progress_shown = true;
 }
 
-// Adds the first `max_plies` moves of every game to the trie.
+// Adds the first `max_plies` plies of every game to the trie.
 void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     const bool is_shown = IsConsoleErrors();
     const std::int64_t size = is_shown ? FileSize(input.file) : 0;
@@ -111,8 +112,8 @@ void ReadGames(GameFile& input, std::int32_t max_plies, MoveTrieNode& root) {
     }
 }
 
-// Writes one line of text for each leaf of the subtree. `line` must contain the moves from the root
-// to the node's parent.
+// Writes one line of text for each leaf of the subtree: the moves from the root to the leaf. The
+// variable `line` must contain the moves from the root to the parent of `node`.
 void WriteLines(std::FILE* text, const MoveTrieNode& node) {
     line.moves[line.length++] = node.move;
     if (node.child_count <= 0) {

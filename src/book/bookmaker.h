@@ -1,13 +1,14 @@
-// Builds a book file from games, and lists a book file as text.
+// Builds a book file from games, and writes a book as text.
 #pragma once
 
 #include <cstdint>
 
 // Builds a book file from the first `max_plies` plies of every game in the input. The input is a
-// PGN file, or lines of moves if `is_pgn` is false. From PGN games, only moves that were played at
-// least `minimum_count` times are kept. Games are read up to ply 512, and every move must be legal.
-// Any failure is a fatal error and leaves an existing book unchanged. On a console, progress and a
-// summary are printed to standard error.
+// PGN file. If `is_pgn` is false, the input contains games without tags: moves, then a result such
+// as "*". From PGN games, only moves that were played at least `minimum_count` times are kept. The
+// first 512 plies of each game must be legal; later plies are ignored. Any failure is a fatal error
+// and leaves an existing book unchanged. If standard error is a console, progress and a summary are
+// printed there.
 void MakeBook(const char* book_name, const char* input_name, bool is_pgn, std::int32_t max_plies,
               std::int32_t minimum_count);
 

@@ -15,13 +15,13 @@
 namespace {
 
 // A book file contains one record per node: the move, the number of children, and the file offset
-// of each child's record. RECORD_BYTES is the size without the offsets. All integers are
-// little-endian. The records of a node's subtree follow the node's own record without gaps.
+// of each child's record. RECORD_BYTES is the size of a record without the offsets. All integers
+// are little-endian. Each record is followed directly by the records of the node's descendants.
 constexpr std::size_t MOVE_BYTES = sizeof(Move);
 constexpr std::size_t NUMBER_BYTES = 4;
 constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
 
-// Maximum size of a book file in bytes, because offsets are signed 32-bit integers.
+// Maximum size of a book file in bytes. Limited by the offsets, which are signed 32-bit integers.
 constexpr std::size_t MAX_BOOK_SIZE = std::numeric_limits<std::int32_t>::max();
 
 // Number of names to try for the temporary file.
@@ -43,7 +43,8 @@ std::int32_t GetNumber(const unsigned char* place) {
     return static_cast<std::int32_t>(number);
 }
 
-// Writes only the fields that are defined for this move. The other bytes must be zero already.
+// Writes only the fields that are defined for this move. The caller must have set all bytes to
+// zero.
 void PutMove(unsigned char* place, const Move& move) {
     PutNumber(place, move.from);
     PutNumber(place + 4, move.to);
@@ -123,9 +124,10 @@ std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
     return nodes;
 }
 
-// Writes the bytes to a new file in the same folder, then renames the new file to `name`. Fails if
-// `name` exists and is not a regular file. A symbolic link is replaced by the new file. The link's
-// target stays unchanged, because it may be another user's book.
+// Writes the bytes to a temporary file in the same folder, then renames that file to `name`.
+// Returns false on failure. Fails if `name` exists and is not a regular file. A symbolic link is
+// replaced by the new file. The link's target stays unchanged, because the target may be another
+// user's book.
 bool WriteWhole(const std::string& name, const Bytes& bytes) {
     std::error_code error;
     if (std::filesystem::exists(PathOf(name), error) && !IsPlainFile(name.c_str())) {
@@ -188,8 +190,8 @@ const char* ReadWhole(BookFile& book_file, MoveTrieNode& root) {
     return std::ferror(book_file.file) ? "it cannot be read" : error;
 }
 
-// True if there is memory for this many nodes. Checked before the first node is allocated: if
-// memory ran out later, the stack could not grow either.
+// True if there is memory for this many nodes. ReadMoveTrie checks this first, because the program
+// cannot recover if memory runs out while nodes are allocated.
 bool IsMemoryFor(std::uintmax_t nodes) {
     // Allows 16 bytes of overhead for each heap block.
     constexpr std::uintmax_t NODE_MEMORY = sizeof(MoveTrieNode) + 16;

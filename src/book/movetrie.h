@@ -10,13 +10,14 @@
 
 struct MoveTrieNode {
     Move move;          // the move that leads to this node; undefined in the root
-    std::int32_t count; // number of games that contain this node, or UNWEIGHTED_COUNT
+    std::int32_t count; // number of games with this node; UNWEIGHTED_COUNT if not from PGN
     MoveTrieNode* children;
     MoveTrieNode* next; // next child of the same parent
     std::int32_t child_count;
 };
 
-// Count of a node that does not come from PGN games. It exceeds every minimum count.
+// Count of a node that does not come from PGN games. Larger than every minimum count, so that the
+// node is always kept.
 inline constexpr std::int32_t UNWEIGHTED_COUNT = 1'000'000;
 
 // Maximum length of a line in a book file, in plies.
@@ -32,9 +33,9 @@ void InitMoveTrie(MoveTrieNode& node);
 // weighted line adds 1 to the count of each of its nodes.
 void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is_weighted);
 
-// Writes the trie to a book file. Omits every node whose count is below the minimum, with its
-// subtree. Returns the number of nodes written, including the root. On failure, returns 0 and
-// leaves an existing file unchanged.
+// Writes the trie to a book file. Omits nodes with a count below the minimum, and their subtrees.
+// Returns the number of nodes written, including the root. On failure, returns 0 and leaves an
+// existing file unchanged.
 std::int32_t WriteMoveTrie(const MoveTrieNode& root, const char* file_name,
                            std::int32_t minimum_count);
 
