@@ -16,7 +16,8 @@ namespace {
 constexpr std::int32_t FIFTY_MOVE_PLIES = 100;
 constexpr int HOPELESS_MOVES_TO_RESIGN = 5;
 
-// True if `other` has the same pieces on the same squares as the board. Ignores the moved flags.
+// True if `other` has the same pieces on the same squares as the board. Ignores the flags that mark
+// moved pieces.
 bool IsSameBoard(const Piece (&other)[SQUARES]) {
     return std::ranges::equal(board.position, other, [](Piece a, Piece b) {
         return ((a ^ b) & (TYPE_BITS | COLOUR_BITS)) == 0;

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <span>
 
-// True if the side to move has a legal move. Throughout this header, `last_move` is the last move
-// played, or null. It determines whether en passant is possible.
+// True if the side to move has a legal move. In this header, the parameter `last_move` is the last
+// move played, or null. It determines whether an en passant capture is possible.
 bool HasLegalMove(const Move* last_move);
 
 bool IsCheck();
@@ -29,12 +29,12 @@ bool IsInsufficientMaterial();
 // True on mate, stalemate or insufficient material. Ignores repetition and the fifty-move rule.
 bool IsEndOfGame(const Move* last_move);
 
-// Returns the part of the line that can be played from the current position. It ends before the
-// first illegal move, or after a move that ends the game.
+// Returns the part of the line that can be played from the current position. This part ends before
+// the first illegal move, or after the first move that ends the game.
 std::span<const Move> PlayablePart(std::span<const Move> line);
 
 // True if resignation is enabled and the engine was clearly lost after each of its last five moves.
-// Call after the engine's move, before saving that move in the history.
+// Call after the engine's move and before that move is saved in the history.
 bool ShouldResign();
 
 // Returns the output line for the end of the game, such as "1/2-1/2 {Stalemate}" or "resign".

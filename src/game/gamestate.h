@@ -8,7 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
-inline constexpr int EXPECTED_MOVE_SIZE = 8; // enough for the longest move, such as "Qa1xb2+"
+// Large enough for the longest move text, such as "Qa1xb2+", and its NUL.
+inline constexpr int EXPECTED_MOVE_SIZE = 8;
 
 struct GameState {
     std::uint8_t no_last_move; // set if last_move is undefined
@@ -16,13 +17,13 @@ struct GameState {
     std::int32_t ply_count; // number of plies played in the game
     std::int32_t last_eval; // score of the engine's last move, in centipawns; 0 for a book move
     Move last_move;
-    Move expected_move; // the engine's expected reply; a fake move if unknown
+    Move expected_move; // the reply that the engine expects; `from` is NO_SQUARE if none
     char expected_move_text[EXPECTED_MOVE_SIZE];
     std::int32_t fifty_move_count; // plies since the last pawn move or capture
     // Clocks in centiseconds, as last reported by the front end.
     std::uint64_t engine_time;
     std::uint64_t opponent_time;
-    std::uint64_t time_increment; // per move, in centiseconds
+    std::uint64_t time_increment; // added per move, in centiseconds
     std::uint8_t hopeless;        // set if the engine made the last move and is clearly lost
 };
 extern GameState game_state;
@@ -38,9 +39,11 @@ struct BookState {
 };
 extern BookState book_state;
 
-// Initial value of both clocks, in centiseconds: more than 300 years.
+// Initial value of both clocks, in centiseconds (about 317 years). Used until the front end reports
+// a time.
 inline constexpr std::uint64_t UNKNOWN_CLOCK = 1'000'000'000'000;
 
+// Turns `move` into a fake move, which stands for no move.
 inline void SetFakeMove(Move& move) { move.from = NO_SQUARE; }
 
 // Returns the move that led to the current position, or null if there is none.

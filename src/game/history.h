@@ -20,8 +20,8 @@ struct StateHistory {
 };
 extern StateHistory state_history;
 
-// Maximum length of a game, in plies; later moves are refused. The remaining entries of
-// zobrist_keys are reserved for the search.
+// Maximum length of a game, in plies. Later moves are refused. The search needs the remaining
+// entries of zobrist_keys for its own moves.
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 
