@@ -60,10 +60,11 @@ bool ReadSide(std::string_view text, Fen& fen) {
     return text == "w" || text == "b";
 }
 
-// Reads the letters KQkq, each at most once. For each letter, clears the moved flags on the home
-// squares of king and rook. These squares may be empty. Refuses an enemy piece there, because
-// castling does not check the colour of unmoved pieces. Refuses a king on the rook's square,
-// because an unmoved king is assumed to be on its own home square.
+// Reads the castling rights: "-", or the letters KQkq, each at most once. Each letter marks the
+// pieces on the home squares of king and rook as unmoved. An empty home square is accepted. Returns
+// false if a home square contains an enemy piece, because the test for castling does not check the
+// colour of unmoved pieces. Also returns false if a king is on the rook's home square, because
+// the program assumes that an unmoved king is on its own home square.
 bool ReadCastling(std::string_view text, Fen& fen) {
     std::size_t read = text == "-" ? 1 : 0;
     for (const Colour colour : {WHITE, BLACK}) {
@@ -99,8 +100,8 @@ bool ReadEnPassant(std::string_view text, Fen& fen) {
            fen.board[to] == (UnmovedPiece(pusher, PAWN) | MOVED_FLAG);
 }
 
-// Reads a number. An empty word gives `missing`. Returns false if the word contains anything but
-// digits.
+// Reads a number. Sets `value` to `missing` if the word is empty. Returns false if the word
+// contains a character that is not a digit.
 bool ReadCounter(std::string_view word, std::int32_t missing, std::int32_t& value) {
     value = missing;
     if (word.empty()) return true;
@@ -168,8 +169,9 @@ const char* ReadFields(std::string_view text, Fen& fen) {
     return FaultOfPosition(fen);
 }
 
-// Records the pawn's double step as the last move. The pieces of this move have no colour, because
-// only their type is used. The en passant key is added only if an en passant capture is legal.
+// Records a pawn's double step over `square` as the last move. Leaves the colour out of the move's
+// piece fields, because only the piece type is used. Adds the en passant key to the Zobrist key
+// only if an en passant capture is legal.
 void PlaceEnPassant(int square) {
     const Colour pusher = Opponent(board.side_to_move);
     Move& push = game_state.last_move;

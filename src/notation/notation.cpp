@@ -23,7 +23,7 @@ struct MoveWish {
     PieceType promotion = NO_PIECE_TYPE;
 };
 
-// Returns NO_SQUARE if the square is not on the board. Without this check, i1 would be read as a2.
+// Returns NO_SQUARE if the square is not on the board. Without the test, i1 would be read as a2.
 int ReadSquare(char file, char rank) {
     if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
     return SquareOf(FileByChar(file), RankByChar(rank));
@@ -49,8 +49,8 @@ void GenerateCandidates(bool is_capture, MoveList& list) {
     }
 }
 
-// Returns the from-square of the first legal move that matches, or NO_SQUARE. The hints are the
-// file and rank of the from-square, or NO_HINT.
+// Returns the from-square of the first legal move that matches the arguments, or NO_SQUARE. The
+// hints are the file and the rank of the from-square; each is NO_HINT if unknown.
 int FindMover(PieceType type, int to, bool is_capture, int file_hint, int rank_hint) {
     MoveList list;
     GenerateCandidates(is_capture, list);
@@ -138,8 +138,8 @@ void AddSquare(MoveText& text, int square) {
     AddChar(text, CharByRank(RankOf(square)));
 }
 
-// Appends a SAN piece move without the check mark. Adds the file or rank of the from-square if
-// another piece of this type can move to the same square.
+// Appends a SAN piece move without the check mark. Adds the file, the rank or both of the
+// from-square if other pieces of this type can move to the same square.
 void AddPieceMove(MoveText& text, const Move& move) {
     MoveList list;
     bool needs_file = false;

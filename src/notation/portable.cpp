@@ -29,8 +29,8 @@ constexpr const char* TAG_ORDER[] = {"Event",    "Site",      "Date",      "Roun
                                      "White",    "Black",     "Result",    "WhiteElo",
                                      "BlackElo", "WhiteType", "BlackType", "Time"};
 
-// Plays the moves that PlayablePart returns. Calls visit(move, is_first) before each move. Restores
-// the board and game_state at the end.
+// Plays the moves that PlayablePart returns. Before each move, calls visit(move, is_first) with the
+// board at the position before that move. Restores the board and game_state at the end.
 template <typename Visit>
 void ForEachMove(std::span<const Move> moves, Visit visit) {
     const GameState saved = game_state;
@@ -81,7 +81,7 @@ std::int32_t FindTag(const PgnGameInfo& info, std::string_view name) {
     return i;
 }
 
-// Longer header lines are cut, so they are not recognized as tags.
+// A longer header line is cut and loses its closing bracket. ReadTag then rejects the line.
 constexpr std::size_t HEADER_LINE_SIZE = 512;
 
 constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
@@ -131,8 +131,8 @@ bool ReadTag(std::string_view line, PgnTag& tag) {
     return true;
 }
 
-// Reads the next token, up to white space, and cuts it to the size of the buffer. Returns the
-// length, or 0 at the end of the file.
+// Reads the next token. Tokens end at white space. Cuts the token to the size of the buffer.
+// Returns the token's length, or 0 at the end of the file.
 std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     std::size_t length = 0;
     int c = NextChar(file);
@@ -142,7 +142,7 @@ std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     for (; c != EOF && !IsWhiteSpace(c); c = NextChar(file)) {
         if (length < token.size() - 1) token[length++] = static_cast<char>(c);
     }
-    if (c != EOF) std::ungetc(c, file); // a line feed must remain for SkipLine
+    if (c != EOF) std::ungetc(c, file); // SkipLine needs the line feed after the last token
     token[length] = '\0';
     return length;
 }

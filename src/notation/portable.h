@@ -53,7 +53,7 @@ void SwapPgnTagValuesByNames(PgnGameInfo& info, std::string_view a, std::string_
 void DefaultPgnTagValues(PgnGameInfo& info);
 
 // Swaps the White and Black tags if the engine played black, so that the tags match the colours
-// played. A second call would swap them back.
+// played. Call only once for each game: a second call would swap the tags back.
 void CorrectPgnTagValues(PgnGameInfo& info);
 
 // Resets pgn_game_info for a new game, with the default tags.
@@ -61,8 +61,9 @@ void NewPgnGameInfo();
 
 void WriteNextPgnTag(std::FILE* file, const char* name, const char* value);
 
-// Writes a token after a blank, or on a new line if the current line would reach `width`
-// characters. Call with a null token before the first token of a text.
+// Writes a token, separated from the previous token by a blank. Starts a new line instead if the
+// current line would reach `width` characters. Call with a null token before the first token of a
+// text.
 void WriteNextPgnToken(std::FILE* file, int width, const char* token);
 
 // Returns the move number of a ply, "12." for White and "12..." for Black, in a static buffer.
@@ -76,11 +77,13 @@ struct MoveListStyle {
     const char* (*written)(const Move& move);
 };
 
-// Writes the moves, starting from the current position, without a final line feed. Stops after a
-// move that ends the game and before an illegal move. Restores the board and game_state.
+// Writes the moves without a final line feed. The first move is played from the current position.
+// Stops after a move that ends the game, or before the first illegal move. Restores the board and
+// game_state.
 void WritePgnMoveList(std::FILE* file, std::span<const Move> moves, const MoveListStyle& style);
 
-// Returns the moves as text, each with a blank before it. Starts and stops like WritePgnMoveList.
+// Returns the moves as text, each with a blank before it. The first move is played from the current
+// position. Stops after a move that ends the game, or before the first illegal move.
 std::string WrittenLine(std::span<const Move> moves);
 
 // File name of the log of finished games.
@@ -97,8 +100,8 @@ bool AppendGameSoFar(const char* file_name, const char* result);
 // file cannot be written.
 bool WritePgnGame(const char* file_name, const PgnGameInfo& info, std::span<const Move> moves);
 
-// The functions below read games from a PGN file or from a file with lines of moves. Comments,
-// variations and annotation glyphs are not supported.
+// The functions below read games from a PGN file, or from a file that contains moves without tags.
+// PGN comments, variations and annotation glyphs are not supported.
 
 // Maximum size of a move token, including the NUL. Longer tokens are cut.
 inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
@@ -107,11 +110,11 @@ inline constexpr std::size_t MOVE_TOKEN_SIZE = 64;
 bool SkipToNextGame(std::FILE* file);
 
 // Reads the next tag of the header. Name and value are cut to PGN_TEXT_SIZE. Skips invalid tags.
-// Returns false at the first line that does not begin with '[', where the moves start.
+// The header ends at the first line that does not begin with '['. Returns false at this line.
 bool ReadNextPgnTag(std::FILE* file, PgnTag& tag);
 
-// Reads the next move token, skipping move numbers. Returns false at a result token or at the end
-// of the file.
+// Reads the next move token. Skips tokens that are move numbers, such as "12.". Returns false at a
+// result token or at the end of the file.
 bool ReadNextPgnMove(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token);
 
 void SkipLine(std::FILE* file);

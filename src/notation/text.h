@@ -26,7 +26,7 @@ std::string_view NextWord(std::string_view& text);
 std::string TakeWordsBefore(std::string_view& text, std::string_view end);
 
 // Removes the decimal number from the start of the text and stores its value. The number may have a
-// sign; a value beyond 32 bits is clamped. Returns false and changes nothing if the text does not
+// sign. A value beyond 32 bits is clamped. Returns false and changes nothing if the text does not
 // start with a number.
 bool TakeNumber(std::string_view& text, std::int32_t& value);
 

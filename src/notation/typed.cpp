@@ -29,8 +29,8 @@ std::string_view WithoutMoveNumber(std::string_view text) {
     return text;
 }
 
-// Removes the move number, "e.p." and optional characters such as 'x', '+' and '='. Replaces 0 and
-// o by the letter O of castling.
+// Removes the move number, "e.p." and optional characters such as 'x', '+' and '='. Replaces the
+// digit 0 and the letter o by O, as in castling.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
     text = WithoutMoveNumber(text);
@@ -70,7 +70,7 @@ std::vector<std::string> Spellings(const Move& move) {
     return spellings;
 }
 
-// Returns the moves of the list with this spelling. If no spelling matches exactly, ignores case.
+// Returns the moves of the list with this spelling. Ignores case if no move matches exactly.
 std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     std::vector<Move> exact, in_any_case;
     for (const Move& move : list) {
@@ -83,7 +83,8 @@ std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     return exact.empty() ? in_any_case : exact;
 }
 
-// True for castling, and for a text of at most six move characters that contains a square.
+// True for castling. Also true if the text has at most six characters, all of which can occur in a
+// move, and contains the name of a square (such as e4).
 bool LooksLikeMove(const std::string& typed) {
     if (typed == SHORT_CASTLING || typed == LONG_CASTLING) return true;
     constexpr std::size_t LONGEST = 6;
