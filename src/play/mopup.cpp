@@ -14,16 +14,17 @@
 
 namespace {
 
-// Search depth in plies, and a smaller depth for positions with more than MANY_MOVES legal moves.
+// Search depth in plies. In a position with more than MANY_MOVES legal moves, the search depth is
+// DEPTH_WITH_MANY_MOVES.
 constexpr std::int32_t DEPTH = 5;
 constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
 
-// Bonuses for the winner, in centipawns.
+// Bonuses for the winner, in centipawns. All distances are Manhattan distances.
 constexpr std::int32_t FENCE_BONUS = 25;     // for each square forbidden to the bare king
-constexpr std::int32_t EDGE_BONUS = 50;      // for each step from the centre to the bare king
-constexpr std::int32_t CLOSENESS_BONUS = 20; // for each step towards the winner's king
-constexpr std::int32_t LONGEST_WAY = 14;     // Manhattan distance between opposite corners
+constexpr std::int32_t EDGE_BONUS = 50;      // times the bare king's distance from the centre
+constexpr std::int32_t CLOSENESS_BONUS = 20; // times (LONGEST_WAY minus the kings' distance)
+constexpr std::int32_t LONGEST_WAY = 14;     // distance between opposite corners
 
 std::int32_t Distance(int a, int b) {
     return std::abs(FileOf(a) - FileOf(b)) + std::abs(RankOf(a) - RankOf(b));
@@ -35,8 +36,8 @@ std::int32_t DistanceFromCentre(int square) {
            std::max(3 - RankOf(square), RankOf(square) - 4);
 }
 
-// Counts the squares of the 3x3 block around the bare king that the winner attacks or that are off
-// the board.
+// Counts the squares of the 3x3 block around the bare king that are off the board or attacked by
+// the winner.
 template <Colour WINNER>
 std::int32_t HeldSquares() {
     const int king = KingSquare(Opponent(WINNER));
@@ -62,19 +63,20 @@ std::int32_t EvaluateMopUp(Colour winner) {
 
 std::int32_t first_key = 0; // index in zobrist_keys of the oldest position that can recur
 
-// True if the position has occurred before. Such a position makes no progress.
+// True if the position has occurred before, in the game or in the current search line. The search
+// scores such a position as a draw, because it makes no progress.
 bool IsRepeated() {
     const std::uint64_t* const first = zobrist_keys + first_key;
     const std::uint64_t* const now = zobrist_keys + board.zobrist_ply_number;
     return std::find(first, now, board.zobrist_key) != now;
 }
 
-// Returns the score of a mate after this many plies. The engine's mate scores also count the
-// capture of the king, one ply after the mate.
+// Returns the score of a mate after this many plies. The engine's mate scores depend on the ply in
+// which the king would be captured, one ply after the mating move.
 std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - Plies(plies + 1); }
 
-// Alpha-beta search over all legal moves. A mate scores MATE_EVAL plus the remaining depth, so that
-// a faster mate scores higher.
+// Alpha-beta search over all legal moves. `depth` is in plies. A mate scores MATE_EVAL plus the
+// remaining depth, so that a faster mate scores higher.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                     const Move& last_move) {
     if (IsInsufficientMaterial() || IsRepeated()) return DRAW_EVAL;

@@ -9,6 +9,6 @@
 // True if the opponent has only the king left and the side to move has a queen or a rook.
 bool IsElementaryWin();
 
-// Finds a move that mates or drives the bare king to the edge. Returns the move's score. Requires
-// IsElementaryWin(). Takes a few hundredths of a second.
+// Finds a move that mates the bare king or drives it to the edge. Returns the move's score.
+// Requires IsElementaryWin(). Takes a few hundredths of a second.
 std::int32_t FindMopUpMove(Move& move);

@@ -19,7 +19,8 @@ void BeginAtInitialPosition() {
     NewStateHistory();
 }
 
-// All book lines begin at the initial position, so a game from a FEN position leaves the book.
+// Begins a game at a FEN position. Leaves the book, because all book lines begin at the initial
+// position.
 void BeginAt(const Fen& fen) {
     ForgetMoves();
     PlacePosition(fen);
@@ -53,6 +54,6 @@ void RestartGame() {
     }
     Fen fen;
     [[maybe_unused]] const bool is_read = ReadFen(pgn_game_info.fen, fen);
-    assert(is_read); // SetBoardFen stores only valid texts
+    assert(is_read); // SetBoardFen stores only valid texts in pgn_game_info.fen
     BeginAt(fen);
 }

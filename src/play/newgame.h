@@ -1,5 +1,5 @@
-// The start of a game. Each function sets up all parts of a game together: the board, the game
-// record, the PGN header, the book position and the state history.
+// The start of a game. Each function sets up the board, game_state, book_state and the state
+// history, and keeps pgn_game_info consistent with them.
 #pragma once
 
 #include <cstdint>

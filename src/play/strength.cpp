@@ -19,13 +19,13 @@
 
 namespace {
 
-// Levels from FIRST_SEARCHING_ELO search every move. Levels from FIRST_BOOKISH_ELO use the whole
-// book.
+// Levels below FIRST_SEARCHING_ELO play some moves at random. Levels below FIRST_BOOKISH_ELO leave
+// the book early.
 constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
-// A level below FIRST_BOOKISH_ELO uses the book for LEAST_BOOK_PLIES plies, and for one more ply
-// for every ELO_PER_BOOK_PLY points above MIN_ELO.
+// At MIN_ELO, the engine uses the book for the first LEAST_BOOK_PLIES plies of a game. Every
+// ELO_PER_BOOK_PLY points above MIN_ELO add one ply, up to FIRST_BOOKISH_ELO.
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
@@ -35,21 +35,23 @@ constexpr double FIRST_NODES = 80'000;
 constexpr double LAST_NODES = 6'000'000;
 
 // The parameters of a level below FIRST_SEARCHING_ELO. Such a level finds some of its moves by a
-// search of FIRST_NODES nodes. For the others, a search of two plies scores all legal moves, and
-// the level picks a move at random. A move is less probable if it loses more centipawns against the
-// best move.
+// search of FIRST_NODES nodes. It picks the other moves at random, after a search of GLANCE_PLIES
+// plies has scored all legal moves. The loss of a move is the best score minus the move's score, in
+// centipawns. The greater the loss, the less probable the move.
 struct NoiseLevel {
     double attention; // share of moves found by a search of FIRST_NODES nodes, 0 to 1
-    double tolerance; // at this loss, a move is about a third as probable as the best move
+    double tolerance; // a move with this loss is 1/e times as probable as the best move
     double limit;     // moves with this loss or more are never picked
 };
 // The parameters at MIN_ELO and at FIRST_SEARCHING_ELO. Other levels interpolate between them.
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
 constexpr NoiseLevel HIGHEST = {1.0, 10, 50};
-// Exponent of the interpolation of `attention`, chosen for even steps in strength.
+// `attention` grows with this power of the distance from MIN_ELO. Chosen so that equal Elo steps
+// give about equal steps in strength.
 constexpr double ATTENTION_GROWTH = 1.2;
 constexpr std::int32_t GLANCE_PLIES = 2;
-constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1); // depth after the scored move
+// ScoreMoves makes each move before the search, so one ply less remains.
+constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1);
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
 double Mix(double from, double to, double share) { return from + (to - from) * share; }
@@ -72,8 +74,8 @@ std::uint64_t NodesOf(std::int32_t elo) {
 // Returns a random number in [0, 1).
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
-// Scores each move by a short search. If the search is stopped, the remaining moves get
-// UNSEARCHED_EVAL.
+// Scores each move by a search of GLANCE_PLIES plies. If the search is stopped, the moves without a
+// score get UNSEARCHED_EVAL.
 void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     ResetSearchInfo({.depth = GLANCE_DEPTH, .clock = {}, .is_strict = true});
     // Delays the first poll, so that some moves have a score even if the search is stopped early.
@@ -89,7 +91,7 @@ void ScoreMoves(const MoveList& list, std::int32_t (&scores)[MAX_MOVES]) {
     analyze_info.depth = GLANCE_PLIES;
 }
 
-// Returns the index of a random move. A move with a score near the best score is more probable.
+// Returns the index of a random move. Moves with a higher score are more probable.
 std::int32_t PickByLoss(std::span<const std::int32_t> scores, const NoiseLevel& noise) {
     const std::int32_t best = std::ranges::max(scores);
     double weights[MAX_MOVES];
@@ -128,7 +130,8 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
-        ResetSearchInfo(limits); // sets the node count to 0; FindMopUpMove counts no nodes
+        // FindMopUpMove does not count nodes. Clear the node count of the previous search.
+        ResetSearchInfo(limits);
         analyze_info.depth = 1;
         return FindMopUpMove(move);
     }

@@ -12,13 +12,14 @@ inline constexpr std::int32_t MAX_ELO = 2400;
 
 // Finds a move of this strength within the limits. Returns the move's score in centipawns. Levels
 // from 1800 limit the number of nodes. Lower levels also play random moves that are not much worse
-// than the best move. `expected_reply` is a fake move if no reply is expected.
+// than the best move. If no reply is expected, sets `expected_reply` to a fake move (see
+// board/move.h).
 std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
                              const SearchLimits& limits);
 
-// Returns the number of plies after which this level stops using the book.
+// Returns the number of plies (of both sides) after which this level stops using the book.
 std::int32_t BookPliesOfLevel(std::int32_t elo);
 
-// Picks a book move. Returns false if the book has no move or the game has reached
-// BookPliesOfLevel.
+// Picks a book move. Returns false if the book has no move, or if the game already has
+// BookPliesOfLevel(elo) plies.
 bool PickBookMoveOfLevel(std::int32_t elo, Move& move);

@@ -24,8 +24,8 @@
 namespace {
 
 // The engine's position is hopeless if the score and the material balance are both at most
-// HOPELESS_EVAL (centipawns) and the opponent's clock is above HOPELESS_OPPONENT_TIME
-// (centiseconds).
+// HOPELESS_EVAL centipawns, and the opponent has more than HOPELESS_OPPONENT_TIME centiseconds
+// left.
 constexpr std::int32_t HOPELESS_EVAL = -900;
 constexpr std::uint64_t HOPELESS_OPPONENT_TIME = 2'999;
 
@@ -48,7 +48,7 @@ EngineChoice ChooseMove() {
     return choice;
 }
 
-// Must be called after the engine's move, so that the opponent is to move.
+// Call after the engine's move, with the opponent to move. `score` is the score of that move.
 bool IsHopeless(std::int32_t score) {
     const Colour opponent = board.side_to_move;
     const Colour engine = Opponent(opponent);
@@ -67,7 +67,7 @@ void RecordEngineMove(const EngineChoice& choice) {
     game_state.hopeless = IsHopeless(choice.score);
 }
 
-// Plays the given move on the board, in the game record and in the book.
+// Makes the move on the board and updates game_state and book_state.
 void FollowMove(const Move& move) {
     MakeForceMove(move);
     SetNextBookMove(move);
@@ -86,7 +86,7 @@ void MakeEngineMove() {
     MakeMove(choice.move);
     RecordEngineMove(choice);
     // The game is repeating itself. Store a draw score for the position before the opponent's last
-    // move, so that later searches find a draw there in the transposition tables.
+    // move in the transposition tables, so that later searches score this position as a draw.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
         ForceHashTable(zobrist_keys[board.zobrist_ply_number - 2], 0);
     }

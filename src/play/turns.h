@@ -7,19 +7,20 @@
 #include <string_view>
 
 // Chooses a move from the book or by a search, plays the move and sends it to the front end. Then
-// ponders if pondering is on. Plays nothing if there is no legal move or the history is full.
+// ponders if pondering is on, the game continues and the book has no reply. Does nothing if there
+// is no legal move or the history is full.
 void MakeEngineMove();
 
 // Finds the legal move for a token in SAN or coordinate notation. Returns false if the token is not
 // a legal move or the history is full. `move` is then undefined.
 bool FindLegalMove(std::string_view token, Move& move);
 
-// Plays a legal move: updates the board, the game record, the book position and the history. Does
-// not check for the end of the game. The history must not be full.
+// Plays a legal move: updates the board, game_state, book_state and the state history. Does not
+// check for the end of the game. The history must not be full.
 void PlayMove(const Move& move);
 
-// Plays the user's move, given in SAN or coordinate notation. Reports an illegal move to the front
-// end and returns false.
+// Plays the user's move, given in SAN or coordinate notation. If the move is illegal, reports this
+// to the front end and returns false.
 bool MakeUserMove(std::string_view token);
 
 // If the game has ended, sets game_state.game_over and sends the result to the front end.
