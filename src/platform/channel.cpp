@@ -6,15 +6,15 @@
 
 namespace {
 
-// A console reports its waiting input as a number of events, such as key presses. A single event is
-// not a line yet.
+// For a console, WaitingInput returns a number of events, such as key presses and releases. Up to
+// this many events do not count as waiting input, because a line has more events.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
 std::uint8_t in_buffer = 0;         // 1 while my_buffer holds a line
 CommandLine my_buffer = "";         // a line that was polled but not taken yet
 std::int32_t command_timestamp = 0; // number of lines read so far
-std::uint8_t init = 0;              // 1 once `pipe` is set
-std::uint8_t pipe = 0;              // 1 if standard input is not a console
+std::uint8_t init = 0;              // 1 once `pipe` has its value
+std::uint8_t pipe = 0;              // 1 if standard input is a pipe or a file, 0 for a console
 
 // Returns the next byte, or END_OF_INPUT.
 constexpr int END_OF_INPUT = -1;

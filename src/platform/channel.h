@@ -1,5 +1,5 @@
 // Command lines from standard input and answers on standard output. The main loop waits for a line.
-// A running search polls for one.
+// A running search polls the input.
 #pragma once
 
 #include <cstddef>
@@ -17,9 +17,10 @@ inline constexpr std::string_view QUIT_COMMAND = "quit";
 // the input, stores QUIT_COMMAND.
 void NextBuffer(CommandLine& line);
 
-// With `consume`, waits for a command line and takes it. Without `consume`, copies the waiting line
-// and keeps it for the next call. Returns false, and leaves `line` unchanged, if no input is
-// waiting. Stores the number of lines read so far in `timestamp`, which may be null.
+// With `consume`, waits for a command line, takes it and returns true. Without `consume`, copies
+// the waiting command line, and the next call returns the same line again. If no input is waiting,
+// a call without `consume` returns false and leaves `line` unchanged. Stores the number of lines
+// read so far in `timestamp`, which may be null.
 bool NextCommand(CommandLine& line, std::int32_t* timestamp, bool consume);
 
 // Waits for the next command line and takes it.
@@ -28,5 +29,5 @@ void ReceiveCommand(CommandLine& line);
 // True if input is waiting or the input has ended.
 bool IsInputWaiting();
 
-// Sends one line to the front end at once. Adds the line end.
+// Sends one line to the front end, without buffering. Adds the line end.
 void SendCommand(std::string_view text);

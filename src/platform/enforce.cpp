@@ -22,7 +22,7 @@ bool IsPlainFile(const char* path) {
 
 bool FileExists(const char* path) {
     std::error_code error;
-    // Opening a named pipe for reading blocks until another process opens it for writing.
+    // Returns early for a named pipe, because opening a named pipe would wait for a writer.
     if (std::filesystem::is_fifo(PathOf(path), error)) return true;
     std::FILE* file = OpenFile(path, FileUse::READ);
     if (!file) return false;

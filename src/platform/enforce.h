@@ -13,8 +13,8 @@
 // True if the path is a regular file or a link to one.
 bool IsPlainFile(const char* path);
 
-// True if the file can be opened for reading. Also true for a named pipe, which is not opened here.
-// Opening a pipe can block.
+// True if the file can be opened for reading. Also true for every named pipe: opening a pipe can
+// block, so pipes are not tested.
 bool FileExists(const char* path);
 
 // Ends the program with a fatal error if the file cannot be opened for reading.

@@ -10,8 +10,9 @@
 #include <string>
 #include <string_view>
 
-// The effect of an interrupt (Ctrl-C) or a termination signal. END_OF_INPUT: a read of standard
-// input then reports the end of the input. TakeInterrupt undoes this after an interrupt.
+// The effect of an interrupt (Ctrl-C) or a termination signal. END_OF_INPUT: after the signal,
+// reads of standard input report the end of the input. After an interrupt, TakeInterrupt makes
+// standard input readable again. A termination signal ends the input for good.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
 // Sets the effect of interrupts. From then on, a write to standard output waits while the pipe is
@@ -19,7 +20,7 @@ enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 // without a signal.
 void PrepareProcess(Interrupts interrupts);
 
-// Returns true if an interrupt has ended standard input, and makes standard input readable again.
+// If an interrupt has ended standard input, makes standard input readable again and returns true.
 bool TakeInterrupt();
 
 // Returns the words of the command line, beginning with the program's name. They remain valid until
@@ -35,31 +36,32 @@ inline constexpr std::uint64_t TICKS_PER_MILLISECOND = TICKS_PER_SECOND / 1000;
 // True if standard input is an interactive console. False for a pipe or a file.
 bool IsConsoleInput();
 
-// Discards the waiting events of the console and turns off its mouse and window events.
+// Discards the waiting events of the console and turns mouse and window events off.
 void QuietConsole();
 
 // True if standard output (or standard error) is an interactive console.
 bool IsConsoleOutput();
 bool IsConsoleErrors();
 
-// True if a console shows UTF-8 text correctly. Switches a Windows console to UTF-8.
+// True if the console can show UTF-8 text. On Windows, switches the output of the console to UTF-8.
 bool IsUnicodeConsole();
 
-// True if standard output is a console with 256 colours and the environment variable NO_COLOR is
-// not set.
+// True if standard output is a console with at least 256 colours and the environment variable
+// NO_COLOR is empty or not set.
 bool IsColourConsole();
 
 // Returns the value of an environment variable, or an empty text if the variable is not set.
 std::string EnvironmentValue(const char* name);
 
-// Returns the amount of unread standard input: the number of bytes or, for a console, of events.
-// Never blocks. Returns INPUT_UNKNOWN if the input has ended, the amount is unknown or nobody reads
-// standard output any more.
+// Returns the amount of unread standard input: a number of events for a console, a number of bytes
+// for other input. Never blocks. Returns INPUT_UNKNOWN if the input has ended or the amount is
+// unknown. Also returns INPUT_UNKNOWN if nobody reads standard output any more and no unread input
+// is left.
 inline constexpr int INPUT_UNKNOWN = -1;
 int WaitingInput();
 
-// True if the other end of standard input or of standard output has closed. Unread input makes no
-// difference.
+// True if the other end of standard input or of standard output has closed, even if unread input
+// remains.
 bool IsHungUp();
 
 // Waits for standard input, reads at most room.size() bytes and returns the number of bytes.
@@ -67,8 +69,8 @@ bool IsHungUp();
 // and no input is waiting.
 std::size_t ReadInput(std::span<char> room);
 
-// Writes all bytes to standard output at once, with line feeds as the system's line ends. Gives up
-// after a write error.
+// Writes all bytes to standard output, without buffering. Replaces each line feed by the system's
+// line end. Gives up after a write error.
 void WriteOutput(std::string_view bytes);
 
 // Flushes stdout. Ends the process if nobody reads the output any more.
@@ -85,7 +87,8 @@ std::string NameOf(const std::filesystem::path& path);
 // WRITE truncates an existing file. CREATE fails if the file exists. LOG appends to the file.
 enum class FileUse : std::uint8_t { READ, WRITE, CREATE, LOG };
 
-// Opens a file in binary mode. Returns null on failure. Opening a LOG fails where it would block.
+// Opens a file in binary mode. Returns null on failure. With LOG, opening a named pipe that has no
+// reader fails at once.
 std::FILE* OpenFile(const char* name, FileUse use);
 
 // Renames a file and replaces any file that has the new name. Returns false on failure.

@@ -22,12 +22,13 @@ namespace {
 constexpr std::uint64_t NANOSECONDS_PER_TICK = 100;
 
 #ifdef POLLRDHUP
-constexpr short HALF_CLOSED = POLLRDHUP; // poll event: the other side of a socket sends no more
+constexpr short HALF_CLOSED = POLLRDHUP; // poll event: the peer of a socket has stopped sending
 #else
 constexpr short HALF_CLOSED = 0;
 #endif
 
-// WaitingInput counts each byte typed on a console as two events: a key press and a key release.
+// For a console, WaitingInput returns a number of events. Each typed byte counts as two events: a
+// key press and a key release.
 constexpr int EVENTS_OF_KEY = 2;
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
@@ -50,7 +51,7 @@ bool WaitToRepeat(int descriptor, short events) {
 struct Events {
     int count; // number of descriptors with an event; negative if poll failed
     short input;
-    short output; // reports only errors, such as a pipe that nobody reads
+    short output; // only error events, such as a pipe that nobody reads any more
 };
 
 // Waits for an event for at most `timeout` milliseconds. -1 means no limit.
@@ -105,7 +106,7 @@ bool TakeInterrupt() {
     sigset_t interrupt, before;
     sigemptyset(&interrupt);
     sigaddset(&interrupt, SIGINT);
-    sigprocmask(SIG_BLOCK, &interrupt, &before); // a SIGINT during the reset would be lost
+    sigprocmask(SIG_BLOCK, &interrupt, &before); // otherwise a SIGINT during the reset is lost
     is_interrupted = 0;
     dup2(input_before_interrupt, STDIN_FILENO);
     sigprocmask(SIG_SETMASK, &before, nullptr);
@@ -169,7 +170,8 @@ bool IsHungUp() {
 std::size_t ReadInput(std::span<char> room) {
     for (;;) {
         const Events events = PollFrontEnd(-1);
-        if (events.count > 0 && events.input == 0) return 0; // nobody reads standard output
+        // If only standard output has an event, nobody reads standard output any more.
+        if (events.count > 0 && events.input == 0) return 0;
         const ssize_t got = read(STDIN_FILENO, room.data(), room.size());
         if (got >= 0) return static_cast<std::size_t>(got);
         if (!WaitToRepeat(STDIN_FILENO, POLLIN)) return 0;

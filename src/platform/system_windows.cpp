@@ -73,9 +73,9 @@ BOOL WINAPI IgnoreInterrupt(DWORD event) {
     return event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
 }
 
-// Handler of console events: ends standard input. After the console has closed, Windows ends the
-// program when this handler returns, or after some seconds. So the handler does not return then,
-// and the main thread has time to log the game.
+// Handler of console events. Ends standard input. If the console closes or the user logs off,
+// Windows ends the program when this handler returns, at the latest after a few seconds. For these
+// events the handler never returns, so that the main thread has time to log the game.
 BOOL WINAPI EndInput(DWORD event) {
     const bool is_interrupt = IgnoreInterrupt(event) != FALSE;
     if (!is_interrupt) is_closing = true;
@@ -84,16 +84,16 @@ BOOL WINAPI EndInput(DWORD event) {
     if (is_interrupt || !main_thread) return is_interrupt;
     constexpr DWORD PERIOD = 100; // milliseconds
     for (;; Sleep(PERIOD)) {
-        // Cancels only a read, because the log must be written. Repeats, because is_reading is set
-        // shortly before the read begins.
+        // Cancels only the main thread's reads, because a cancelled write would spoil the log.
+        // Repeats, because is_reading is set shortly before the read begins.
         if (is_reading) CancelSynchronousIo(main_thread);
     }
 }
 
 std::atomic<bool> is_output_over = false; // true once nobody reads standard output
 
-// Thread that cancels a waiting read when nobody reads standard output any more. A check of both
-// pipes at every poll of the search would be slower.
+// Thread that sets is_output_over and cancels a waiting read when nobody reads standard output any
+// more. It exists because a check at every poll of the search would be slower.
 DWORD WINAPI WatchOutput(void* reader) {
     constexpr DWORD PERIOD = 200; // milliseconds
     for (;; Sleep(PERIOD)) {
@@ -101,7 +101,7 @@ DWORD WINAPI WatchOutput(void* reader) {
         is_output_over = true;
         if (!is_reading) continue;
         CancelSynchronousIo(reader);
-        CancelIoEx(Input(), nullptr); // for pipes opened in overlapped mode
+        CancelIoEx(Input(), nullptr); // needed for pipes opened in overlapped mode
     }
 }
 
