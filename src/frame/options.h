@@ -17,14 +17,14 @@ struct Option {
     std::uint8_t present;
 };
 
-// An option that is valid together with an action. Example: "-o" with "--make-book".
+// An option that is valid together with an action, such as "-o" with "--make-book".
 struct AllowedOption {
     std::string_view name;
     bool is_required;
 };
 
-// The program's file name as it was called, without the directory. Used in error messages. A long
-// name is cut.
+// The file name under which the program was started, without the directory. Used in error messages.
+// A long name is cut.
 extern char MY_FILE_NAME[FILE_NAME_SIZE];
 void SetMyFileName(std::string_view invocation);
 

@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr std::int32_t BOOK_MAX_PLIES = 30; // a book contains this many plies of each game
-constexpr std::int32_t BOOK_MIN_COUNT = 5;  // a move must occur in this many PGN games
+constexpr std::int32_t BOOK_MAX_PLIES = 30; // a book contains at most this many plies of each game
+constexpr std::int32_t BOOK_MIN_COUNT = 5;  // a book move occurs in at least this many PGN games
 
 constexpr std::uint8_t SWITCH = 1;
 constexpr std::uint8_t VALUE = 0;
@@ -37,8 +37,8 @@ Option options[] = {
     {"--format", "", VALUE, 0},     {"-f", "", VALUE, 0},           {"-o", "", VALUE, 0},
 };
 
-// The lines are padded with blanks to PLAIN_WIDTH. A line with "%s" is padded to NAMED_WIDTH, and
-// then the program's name replaces "%s".
+// PrintUsage pads each line with blanks to PLAIN_WIDTH. It pads a line that contains "%s" to
+// NAMED_WIDTH and then replaces "%s" by the program's name.
 constexpr int PLAIN_WIDTH = 79;
 constexpr int NAMED_WIDTH = 69;
 constexpr std::string_view USAGE[] = {
@@ -114,7 +114,8 @@ struct Action {
     void (*run)();
 };
 
-// In order of priority. Only the first action that was given runs, and then the program ends.
+// In order of priority: if the command line gives several of these actions, only the one listed
+// first here runs. The program then ends.
 constexpr Action ACTIONS[] = {{"--version", RunVersion},
                               {"--help", RunHelp},
                               {"--make-book", RunMakeBook},

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-// Runs the whole start-up, up to a new game. Ends the program if the command line contains an
+// Runs the whole start-up and starts a new game. Ends the program if the command line contains an
 // action, such as --help, or an error.
 void Initialize(int argument_count, const char* const* arguments);
 

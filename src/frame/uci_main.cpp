@@ -82,9 +82,10 @@ void RunConversation() {
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
     InitializeTables();
-    // A strength level should play different moves in every run.
+    // The lower strength levels choose moves at random. A new seed gives different moves in each
+    // run.
     SeedRandom(static_cast<std::uint32_t>(SystemTime()));
-    // At full strength, the best move must be the first move of the last reported line.
+    // A random choice at full strength could differ from the first move of the last reported line.
     engine_state.use_random = 0;
     InitializeHashTable(engine_state.hash_size);
     InitializeUciOptions();
