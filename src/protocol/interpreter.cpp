@@ -26,7 +26,8 @@ namespace {
 
 constexpr std::uint64_t CENTISECONDS_PER_SECOND = 100;
 
-// The engine accepts a draw offer if its last score is below this value, in centipawns.
+// The engine accepts a draw offer if the score of its last move is below this value, in centipawns
+// from the engine's point of view.
 constexpr std::int32_t DRAW_ACCEPT_EVAL = -101;
 
 constexpr std::size_t RESULT_SIZE = 64;
@@ -105,7 +106,7 @@ void CarryOutPlayOther(std::string_view) {
 }
 
 // Carries out "level MOVES BASE INCREMENT". Ignores MOVES and BASE, because the front end sends the
-// clocks before every move. INCREMENT is in seconds. A negative value wraps to a huge one.
+// clocks before every move. INCREMENT is in seconds. A negative increment wraps to a huge number.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
@@ -124,8 +125,8 @@ void CarryOutSd(std::string_view arguments) {
     engine_state.depth_limit = Plies(std::clamp(plies, 0, MAX_DEPTH_PLIES));
 }
 
-// Reads a clock in centiseconds. A negative value wraps to a huge one, so that the engine searches
-// without a time limit.
+// Reads a clock in centiseconds. A negative clock wraps to a huge number, so that the engine
+// searches without a time limit.
 void ReadClock(std::string_view arguments, std::uint64_t& clock) {
     std::int32_t centiseconds = 0;
     if (TakeArgument(arguments, centiseconds)) clock = static_cast<std::uint64_t>(centiseconds);
@@ -153,9 +154,9 @@ void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
-// Logs the game, with each player's tags under that player's real colour. The moves are written
-// from the starting position, so the game is restarted first. After this, no move can be taken
-// back.
+// Logs the game. CorrectPgnTagValues makes the tags match the colours that the players had. The
+// moves are written from the starting position, so the game is restarted first. After the restart,
+// no move can be taken back.
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
@@ -219,7 +220,7 @@ void CarryOutAnalyze(std::string_view) {
 
 void CarryOutExit(std::string_view) { engine_state.analyze_mode = 0; }
 
-// During a game the "Black" tags contain the opponent's data, even if the opponent plays White.
+// During a game, the "Black" tags contain the opponent's data, even if the opponent plays White.
 void CarryOutName(std::string_view arguments) { SetTag("Black", TextOf(arguments)); }
 
 void CarryOutRating(std::string_view arguments) {
@@ -247,14 +248,16 @@ void SendStatus(std::string_view) {
     SendCommand(line);
 }
 
-// During a search, "pause" lasts until the next line, whatever the line contains.
+// Carries out "pause" during a search: waits for the next line and discards it, whatever it
+// contains.
 void WaitForNextLine(std::string_view) {
     CommandLine next;
     ReceiveCommand(next);
 }
 
-// The treatment of a command during a search. Columns: the matching rule, then the treatment on the
-// engine's own time, while pondering and while analysing.
+// The treatment of commands during a search. The columns are the fields of DuringSearch: the
+// matching rule, then the treatment during a search for the engine's move, during pondering and
+// during analysis.
 using enum Match;
 using enum Hearing;
 constexpr DuringSearch MOVE_NOW{PREFIX, ANSWER_AND_STOP, DROP, ANSWER_AND_STOP};

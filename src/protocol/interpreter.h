@@ -39,8 +39,8 @@ struct Command {
     Match match;
     CommandHandler carry_out; // handler while no search runs
     DuringSearch during_search = TO_WAIT;
-    // Handler during a search, or null to call carry_out. A handler must not use the board then,
-    // because the board shows a position in the search tree.
+    // Handler during a search, or null to call carry_out. A handler that is called during a search
+    // must not use the board, because the board then contains a position of the search tree.
     CommandHandler answer = nullptr;
 };
 

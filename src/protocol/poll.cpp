@@ -22,12 +22,12 @@ namespace {
 
 constexpr int THINKING_WIDTH = 1'000'000; // so large that a thinking line is never wrapped
 
-// Total search time after the end of the input, in centiseconds. If the input is a file of
-// commands, the end comes early, and the engine still needs time to find its moves.
+// Time for all searches together after the front end has gone, in centiseconds. A program that
+// pipes prepared commands into the engine is gone at once, but still expects moves.
 constexpr std::uint64_t LAST_THOUGHT = 50;
 
-// The last line that PollCommands examined: its number, the value of engine_state.pondering at that
-// time, and 1 if the line ended the search.
+// The number of the last line that PollCommands examined, the value of engine_state.pondering at
+// that time, and a flag: 1 if the line ended the search.
 std::int32_t last_timestamp = 0;
 std::uint8_t last_pondering = 0;
 std::uint8_t last_answer = 0;
@@ -50,7 +50,8 @@ bool IsFrontEndGone() {
     return engine_state.pondering || engine_state.analyze_mode || now - hung_up_at > LAST_THOUGHT;
 }
 
-// Returns the treatment of the command in the running kind of search.
+// Returns the command's treatment in the current search: pondering, analysis or a search for the
+// engine's move.
 Hearing HearingOf(const Command& command) {
     const DuringSearch& during = command.during_search;
     if (engine_state.pondering) return during.pondering;
