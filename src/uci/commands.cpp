@@ -37,7 +37,7 @@ void CarryOutNewGame(std::string_view) { ForgetGame(); }
 
 void Ignore(std::string_view) {}
 
-// Prints the board from White's side, and the FEN and the hash key of the position.
+// Prints the board from White's side, then the FEN and the hash key of the position.
 void ShowBoard(std::string_view) {
     char key[32];
     std::snprintf(key, sizeof key, "%016" PRIx64, board.zobrist_key);
@@ -91,7 +91,7 @@ constexpr UciCommand COMMANDS[] = {
     {"d", WAIT, ShowBoard},
     {"perft", WAIT, CarryOutPerft},
     {"bench", WAIT, CarryOutBench},
-    {QUIT_LINE, WAIT, Ignore}, // CarryOutLine then returns false
+    {QUIT_LINE, WAIT, Ignore}, // ends the program: CarryOutLine returns false
 };
 
 // Returns the first known command in the line, or null. Sets `arguments` to the text after the

@@ -30,10 +30,10 @@ namespace {
 
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
 
-// Root moves are reported after this time, in milliseconds.
+// The current root move is reported only once the search has run this many milliseconds.
 constexpr std::int64_t QUIET_TIME = 1000;
 
-// ClockOf subtracts the move overhead of this many moves from the clock.
+// ClockOf reserves the move overhead of this many moves, but at most half of the clock.
 constexpr std::int64_t MOVES_TO_COME = 80;
 
 // Maximum number of lines per poll, so that many lines cannot delay the check of the clock.
@@ -60,7 +60,7 @@ struct Thinking {
     bool is_pondering;
     bool is_measuring;
     std::int64_t start;     // start of the search, in milliseconds
-    std::int64_t clock_run; // start of the move time, in milliseconds
+    std::int64_t clock_run; // time from which move_time counts, in milliseconds
     std::int64_t move_time; // time limit in milliseconds; 0 means no limit
     std::int64_t last_poll; // time of the last poll of the input, in milliseconds
     std::optional<TimeLeft> clock;
@@ -113,7 +113,8 @@ bool IsStopWanted() {
     return thinking.is_stopped || IsTimeUp();
 }
 
-// Returns the score in UCI notation: "cp" and centipawns, or "mate" and the number of moves.
+// Returns the score in UCI notation: "cp" and centipawns, or "mate" and the number of moves until
+// mate, which is negative if the engine is mated.
 std::string WrittenScore(std::int32_t score) {
     if (!IsMateEval(score)) return "cp " + std::to_string(score);
     return "mate " + std::to_string(MovesToMate(score));
@@ -202,7 +203,8 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
                                       MILLISECONDS_PER_CENTISECOND);
 }
 
-// Returns the clock of the side to move, reduced by the move overhead. Empty if "go" gave no clock.
+// Returns the remaining time of the side to move, less a reserve for the move overhead, and the
+// increment. Returns nothing if "go" gave no clock.
 std::optional<TimeLeft> ClockOf(const Request& request) {
     if (!request.has_clock[board.side_to_move]) return {};
     const std::int64_t clock = request.clock[board.side_to_move];
@@ -249,7 +251,8 @@ bool IsPlaying(const Request& request) {
            request.mate == 0;
 }
 
-// Requires a limit of time or nodes. "go depth" alone requests a search, so the book is not used.
+// True if "go" may answer with a book move: in a game with a clock, a move time or a node limit.
+// "go depth" without any of these always searches.
 bool IsBookWanted(const Request& request) {
     return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
            (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
@@ -259,10 +262,10 @@ std::int32_t LevelOf(const Request& request) {
     return uci_options.limit_strength && IsPlaying(request) ? uci_options.elo : FULL_STRENGTH;
 }
 
-// Searches for a move. At full strength, the search may choose a move that does not begin the last
-// reported line, for example when it stops within an iteration. The chosen move is then reported
-// too. A mate score is not reported, because the distance to the mate is unknown. At a lower
-// strength, every chosen move that has a score is reported.
+// Searches for a move. At full strength, the chosen move can differ from the first move of the last
+// reported line, for example if the search stops within an iteration. In this case, reports the
+// chosen move as one more line. Does not report a mate score, because the distance to the mate is
+// unknown. At a lower strength, reports every chosen move that has a score.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const std::int32_t level = LevelOf(request);
     const std::int32_t score =
@@ -276,8 +279,8 @@ void ChooseBySearch(const Request& request, Choice& choice) {
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    // The expected reply can be illegal. The search detects an illegal move by the capture of the
-    // king, and a line can end in a draw before that capture.
+    // The expected reply can be illegal. The search detects an illegal move only when the king is
+    // captured one ply later, and a line that ends in a draw does not contain that ply.
     const Move moves[] = {choice.move, choice.expected_reply};
     if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";

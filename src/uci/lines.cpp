@@ -19,7 +19,8 @@ std::string returned;
 bool is_returned = false;
 bool has_ended = false; // true after the end of the input
 
-// Reads the available input, or waits for some. Cuts a line that is longer than MAX_LINE_SIZE.
+// Reads at most BLOCK_SIZE bytes and waits if no input is available. Cuts a line that is longer
+// than MAX_LINE_SIZE.
 void Receive() {
     char block[BLOCK_SIZE];
     const std::size_t count = ReadInput(block);
@@ -50,7 +51,7 @@ bool TakeReturnedLine(std::string& line) {
     return true;
 }
 
-// Takes the text after the last line feed. Returns QUIT_LINE if no text is left.
+// Stores the text after the last line feed in `line`, or QUIT_LINE if no text is left.
 void EndInput(std::string& line) {
     line = received.empty() ? QUIT_LINE : received;
     received.clear();

@@ -21,7 +21,7 @@ bool IsLineReturned();
 // Discards all pending input, so that the next test begins with empty buffers.
 void ForgetLines();
 
-// Sends one line to the front end at once. Adds the line end.
+// Sends one line to the front end, without buffering. Adds the line end.
 void Tell(std::string_view line);
 
 // Sends a message for the user, as "info string".

@@ -53,14 +53,14 @@ void ClearHash(const Value&) { NewHashTable(); }
 void SetOwnBook(const Value& value) { uci_options.own_book = value.number != 0; }
 
 // Looks for the book in the current folder and then in the program's folder. Returns the path, or
-// `name` if there is no such file.
+// `name` if neither folder contains the file.
 std::string FindBook(std::string_view name) {
     const std::string here(name);
     const std::string beside = NameOf(PathOf(ProgramFolder()) / PathOf(here));
     return !IsPlainFile(here.c_str()) && IsPlainFile(beside.c_str()) ? beside : here;
 }
 
-// Loads the book and sets use_book. Returns null, or an error message on failure.
+// Loads the book and sets use_book to 1. Returns null on success and an error message on failure.
 const char* LoadBook(const std::string& file_name) {
     if (!FileExists(file_name.c_str())) return "there is no such file";
     const char* error = ReplaceBook(file_name.c_str());
@@ -75,7 +75,7 @@ void SetBookFile(const Value& value) {
     } else if (const char* error = LoadBook(FindBook(value.text))) {
         TellInfo("Cannot use the book " + std::string(value.text) + ": " + error);
     }
-    RestoreGame(); // finds the game's position in the new book
+    RestoreGame(); // replays the game's moves in the new book
 }
 
 void SetOverhead(const Value& value) { uci_options.move_overhead = value.number; }

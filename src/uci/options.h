@@ -6,7 +6,7 @@
 
 struct UciOptions {
     bool own_book;
-    bool analyse_mode;          // turns the book and the strength limit off
+    bool analyse_mode;          // if true, the book and the strength limit are off
     bool is_debugging;          // true after "debug on": unknown commands are reported
     std::int32_t move_overhead; // in milliseconds, reserved per move for communication delay
     bool limit_strength;
@@ -20,6 +20,6 @@ void InitializeUciOptions();
 // Sends the "option" lines to the front end.
 void TellOptions();
 
-// Carries out "setoption name NAME [value VALUE]". Reports an unknown option or an invalid value to
-// the front end and then changes nothing.
+// Carries out "setoption name NAME [value VALUE]". If the option is unknown or the value is
+// invalid, reports the error and changes nothing.
 void SetUciOption(std::string_view arguments);

@@ -29,8 +29,8 @@ bool Begin(const std::string& fen) {
     return true;
 }
 
-// Plays moves up to the first illegal move. Returns the illegal move, or an empty text if all moves
-// were played.
+// Plays the moves in order. Returns the first move that is illegal or exceeds the maximum length of
+// the game. Returns an empty text if all moves were played.
 std::string_view PlayMoves(std::string_view moves) {
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
         Move move;
@@ -75,7 +75,8 @@ void SetUpGame(std::string_view arguments) {
             TellInfo("Illegal position: ");
             return;
         }
-        // The FEN of the initial position counts as "startpos", so that the book is used.
+        // The FEN of the initial position counts as "startpos", because the book is not used in a
+        // game that starts from a FEN.
         if (setup.fen == INITIAL_FEN) setup.fen.clear();
     } else if (kind == "startpos") {
         TakeWordsBefore(arguments, "moves");
@@ -103,6 +104,6 @@ void RestoreGame() {
     in_force = {};
     Begin("");
     [[maybe_unused]] const std::string error = Apply(setup);
-    assert(error.empty()); // SetUpGame has accepted this setup
+    assert(error.empty()); // SetUpGame has already accepted this setup
     in_force = setup;
 }

@@ -10,7 +10,7 @@
 bool FindMove(std::string_view word, Move& move);
 
 // Carries out "position startpos|fen FEN [moves MOVE...]". If the position or a move is illegal,
-// reports the error and keeps the previous game.
+// or the game is too long, reports the error and keeps the previous game.
 void SetUpGame(std::string_view arguments);
 
 // Discards the game and clears the transposition tables.
