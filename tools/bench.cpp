@@ -1,4 +1,5 @@
-// bench: prints the speed of the search and its signature, a node count (see measure/bench.h).
+// bench: searches fixed positions and prints the speed and the total number of nodes, which is the
+// signature of the search (see measure/bench.h).
 #include "measure/bench.h"
 #include "frame/startup.h"
 #include "game/enginestate.h"

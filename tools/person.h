@@ -7,7 +7,8 @@
 // Returns the user's name, or "Player" if the name is unknown.
 std::string PersonName();
 
-// Returns the absolute path of a file name that the user has typed. "~" is the home folder. Other
-// relative names begin at the folder KORVANE_CALLED_FROM, because a launcher may have changed the
-// current folder.
+// Returns the absolute path of a file name that the user has typed. A leading "~/" stands for the
+// home folder. Other relative names are relative to the folder in the environment variable
+// KORVANE_CALLED_FROM: the launcher stores the user's folder there before it changes the current
+// folder.
 std::filesystem::path PersonPath(const std::string& name);

@@ -62,7 +62,7 @@ std::int32_t plies = 0;   // depth limit; 0 means no limit
 std::int32_t elo = FULL_STRENGTH;
 std::uint64_t search_end = 0;
 std::string last_line;   // last line that the search reported
-std::string line_begins; // first move of last_line
+std::string line_begins; // first move of last_line, in SAN
 std::string result;      // empty until the game ends
 CommandLine input;
 bool is_input_waiting = false; // true if `input` has not been carried out yet
@@ -135,8 +135,8 @@ bool IsOver() {
     return !result.empty();
 }
 
-// Leaves the current game. A finished game is logged only here, so that "undo" can take back the
-// last move or a resignation until then.
+// Leaves the current game. Logs a finished game here, not at its end, because the user can still
+// take back the last move or a resignation with "undo".
 void LeaveGame() {
     if (!result.empty() && state_history.count > 0) ParseCommand(("result " + result).c_str());
     result.clear();
@@ -146,7 +146,8 @@ void LeaveGame() {
 // Sets the PGN tags and turns the board at the first move, when the user's colour is known.
 void BeginGame() {
     DefaultPgnTagValues(pgn_game_info);
-    // During a game the "Black" tags contain the opponent's data, even if the opponent plays White.
+    // During a game, the "Black" tags contain the opponent's data, even if the opponent plays
+    // White.
     SetPgnTagValueByName(pgn_game_info, "Black", PersonName());
     if (!is_turned_by_hand) style.is_flipped = pgn_game_info.engine_color == WHITE;
 }
@@ -157,8 +158,8 @@ void Play(const Move& move, Colour engine) {
     PlayMove(move);
 }
 
-// `is_answer`: the user's last move is not on the printed board yet. If the engine must search,
-// prints the board first.
+// `is_answer` is true if the board was not printed after the user's last move. In this case, prints
+// the board before a search.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);
@@ -252,7 +253,8 @@ void ShowSettings(const std::string& = "") {
                 number_or(plies, "off (no limit)").c_str(), number_or(elo, "off (full)").c_str());
 }
 
-// Sets `value` to a number from `least` to `most`, or to 0 for the word "off". Prints the settings.
+// Sets `value` to the number in `word`, from `least` to `most`, or to 0 for the word "off". Then
+// prints the settings. If `word` is empty, only prints the settings.
 void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
                bool can_be_off = true) {
     std::int32_t number = 0;
@@ -397,7 +399,7 @@ int main(int argument_count, char** arguments) {
     style.is_unicode = IsUnicodeConsole();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
-    engine_state.use_random = 0; // the reported line then begins with the chosen move
+    engine_state.use_random = 0; // a random move could differ from the reported line
     search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
     Draw();
     std::printf("\nType your move, go, or help.\n");
