@@ -33,7 +33,7 @@ namespace {
 
 constexpr int DIAGONALS = 15;
 
-// Piece codes of unmoved pieces: W or B for the colour, then the FEN letter of the type.
+// Piece codes of unmoved pieces. Each name is W or B for the colour and the FEN letter of the type.
 constexpr Piece WP = UnmovedPiece(WHITE, PAWN), WN = UnmovedPiece(WHITE, KNIGHT);
 constexpr Piece WB = UnmovedPiece(WHITE, BISHOP), WR = UnmovedPiece(WHITE, ROOK);
 constexpr Piece WQ = UnmovedPiece(WHITE, QUEEN), WK = UnmovedPiece(WHITE, KING);
@@ -50,7 +50,7 @@ constexpr Bitboard BitAt(int file, int rank) {
     return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
 }
 
-// The parallel diagonals of one direction, in the order of their bits.
+// All diagonals of one direction. They are sorted by their bits in the rotated order.
 struct DiagonalSet {
     int length[DIAGONALS];
     int first_bit[DIAGONALS];
@@ -64,8 +64,8 @@ void FillPlainAndFileOrders() {
     }
 }
 
-// Numbers the bits of a rotated order, one diagonal after another. The a1h8 order starts at a1 and
-// goes up each diagonal. The a8h1 order starts at a8 and goes down each diagonal.
+// Numbers the bits of a diagonal order, one diagonal after another. The a1h8 order runs from a1 to
+// h8 and goes up each diagonal. The a8h1 order runs from a8 to h1 and goes down each diagonal.
 DiagonalSet FillDiagonalOrder(bool is_a1h8) {
     DiagonalSet set{};
     int next_bit = 0;
@@ -161,8 +161,8 @@ void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* s
     }
 }
 
-// Returns the squares of a file on ranks 2 to 7, from rank `first` in steps of `step`. Returns 0 if
-// the file is off the board.
+// Returns the squares of a file from rank `first` to the last pawn rank (2 or 7) in the direction
+// of `step`, which is 1 or -1. Returns 0 if the file is off the board.
 Bitboard PawnFile(int file, int first, int step) {
     Bitboard squares = 0;
     for (int rank = first; rank >= RANK_2 && rank <= RANK_7; rank += step) {

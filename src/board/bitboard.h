@@ -14,9 +14,9 @@ inline constexpr Bitboard FILE_H_SQUARES = FILE_A_SQUARES << FILE_H;
 inline constexpr Bitboard BACK_RANKS = 0xFF000000000000FF; // ranks 1 and 8
 inline constexpr Bitboard DARK_SQUARES = 0xAA55AA55AA55AA55;
 
-// Returns the index of the lowest set bit (FirstBitNumber) or of the highest set bit
-// (LastBitNumber). The set must not be empty. The builtins avoid the test for 0 in std::countr_zero
-// and std::countl_zero.
+// Return the index of the lowest set bit (FirstBitNumber) and of the highest set bit
+// (LastBitNumber). The set must not be empty. std::countr_zero and std::countl_zero would be
+// slower, because they also test for 0.
 inline int FirstBitNumber(Bitboard set) {
     assert(set != 0);
     return __builtin_ctzll(set);
@@ -36,7 +36,7 @@ inline int PopCount(Bitboard set) {
 #endif
 }
 
-// Removes the lowest square from a non-empty set and returns it.
+// Removes the lowest square from a non-empty set and returns the square.
 inline int PopFirstBit(Bitboard& set) {
     const int square = FirstBitNumber(set);
     set &= set - 1;
@@ -44,10 +44,10 @@ inline int PopFirstBit(Bitboard& set) {
 }
 
 // A set of squares in four bit orders. `rank` is the plain order: bit n is square n. In each of the
-// other orders, the squares of a file or diagonal are adjacent bits. `a1h8` is the order for
-// diagonals parallel to a8-h1 (constant file + rank). `a8h1` is the order for diagonals parallel to
-// a1-h8 (constant file - rank). The alignment lets a few vector instructions update all four
-// orders.
+// other orders, the squares of a file or diagonal are adjacent bits. A diagonal order is named
+// after its first and last square, so the name is across the diagonals: the diagonals of `a1h8` are
+// parallel to a8-h1 (constant file + rank), those of `a8h1` are parallel to a1-h8 (constant
+// file - rank). The alignment lets a few vector instructions update all four orders.
 struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard rank;
     Bitboard file;
@@ -67,20 +67,21 @@ inline void Toggle(RotatedSet& set, const RotatedSet& squares) {
 extern Bitboard BIT_RANK[SQUARES];
 extern RotatedSet BITS[SQUARES];
 
-// Shifts and masks that extract the occupancy of a square's diagonal from a bitboard in rotated
-// order: (bitboard >> shift) & mask.
+// Shifts and masks that extract the occupancy of a square's diagonal from a bitboard in the a1h8 or
+// a8h1 order: (bitboard >> shift) & mask.
 extern std::uint64_t DIAG_SHIFT_A1H8[SQUARES];
 extern std::uint64_t DIAG_MASK_A1H8[SQUARES];
 extern std::uint64_t DIAG_SHIFT_A8H1[SQUARES];
 extern std::uint64_t DIAG_MASK_A8H1[SQUARES];
 
-// Index into the MOVES tables: a square, and the occupancy of its rank, file or diagonal.
+// Index into the MOVES tables, for a square and the occupancy of its rank, file or diagonal.
 inline constexpr int OCCUPANCIES = 256;
 constexpr int LineIndex(int square, std::uint64_t occupancy) {
     return square * OCCUPANCIES + static_cast<int>(occupancy);
 }
 
-// Squares that a slider attacks along one line, including the first piece in each direction.
+// Squares that a slider attacks along one line, including the first occupied square in each
+// direction.
 extern Bitboard MOVES_RANK[SQUARES * OCCUPANCIES];
 extern Bitboard MOVES_FILE[SQUARES * OCCUPANCIES];
 extern Bitboard MOVES_A1H8[SQUARES * OCCUPANCIES];
@@ -91,15 +92,15 @@ extern Bitboard ATTACKS_KING[SQUARES];
 extern Bitboard ATTACKS_PAWN[COLOURS][SQUARES];
 extern Bitboard ATTACKS_ENPASSANT[SQUARES]; // neighbouring squares on rank 4 or 5; 0 on other ranks
 
-inline constexpr int KING_DISTANCES = 4;                 // distances 1 to 3 are used
+inline constexpr int KING_DISTANCES = 4;                 // distances 1 to 3; index 0 is unused
 extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];         // squares ahead on the same file
-extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // [d]: squares at king distance 1 to d
-extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // [d]: squares at king distance d
+extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // index d: squares at king distance 1 to d
+extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // index d: squares at king distance d
 
 // Masks for the pawn structure. They contain only squares on ranks 2 to 7.
-extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on three files
-extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on the neighbouring files
-extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files, same rank and behind
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on own and neighbouring files
+extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on neighbouring files
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // squares beside and behind, neighbouring files
 extern Bitboard PAWN_ISOLATED[SQUARES];            // all squares of the neighbouring files
 extern Bitboard PAWN_DOUBLED[SQUARES];             // the other squares of the same file
 
@@ -108,7 +109,7 @@ extern const Piece NEW_POSITION[SQUARES];
 extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
 extern RotatedSet NEW_PIECES_ALL[COLOURS];
 
-// Moves of the knight and the king: X is the file offset, Y the rank offset.
+// Moves of the knight and the king. X is the file offset, Y is the rank offset.
 inline constexpr std::int32_t KNIGHT_X[] = {1, 2, 2, 1, -1, -2, -2, -1};
 inline constexpr std::int32_t KNIGHT_Y[] = {-2, -1, 1, 2, 2, 1, -1, -2};
 inline constexpr std::int32_t KING_X[] = {0, 1, 1, 1, 0, -1, -1, -1};

@@ -31,7 +31,7 @@ inline constexpr int MAX_MOVES = 512;
 // Only the first `count` moves are valid.
 struct MoveList {
     std::int32_t count = 0;
-    std::int32_t prefetched = 0; // number of leading moves with prefetched hash slots
+    std::int32_t prefetched = 0; // number of first moves whose hash slots are prefetched
     Move moves[MAX_MOVES];
 };
 
@@ -40,10 +40,10 @@ inline Move* end(MoveList& list) { return list.moves + list.count; }
 inline const Move* begin(const MoveList& list) { return list.moves; }
 inline const Move* end(const MoveList& list) { return list.moves + list.count; }
 
-// True if both moves have the same squares. Promotions are ignored.
+// True if both moves have the same `from` and `to`. Promotions are ignored.
 inline bool IsEqualMove(const Move& a, const Move& b) { return a.from == b.from && a.to == b.to; }
 
-// True if both moves have the same squares and the same promotion.
+// True if both moves have the same `from` and `to` and the same promotion.
 inline bool IsSameMove(const Move& a, const Move& b) {
     return IsEqualMove(a, b) && TypeOf(a.promoted) == TypeOf(b.promoted);
 }

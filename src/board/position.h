@@ -1,5 +1,5 @@
-// Declares `board`, the program's only position: pieces, bitboards, piece counts, evaluation sums
-// and hash key, with the history of keys. The search makes and unmakes its moves on `board`.
+// Declares `board`, the program's only position, and the history of its hash keys. The search makes
+// and unmakes its moves on `board`.
 #pragma once
 
 #include "board/bitboard.h"
@@ -49,8 +49,8 @@ extern Position board;
 // Functions that need the position of the game assert that this flag is false.
 extern bool is_position_withheld;
 
-// Hash keys and en-passant keys of the game, followed by those of the current search line. Indexed
-// by zobrist_ply_number.
+// Hash keys and en-passant keys of the positions of the game, followed by those of the current
+// search line. Indexed by zobrist_ply_number.
 inline constexpr int KEY_HISTORY_SIZE = 4096;
 inline constexpr int MAX_PLY_NUMBER = KEY_HISTORY_SIZE - 1;
 inline constexpr int MAX_LINE_PLIES = 320; // longest search line, in plies

@@ -4,19 +4,19 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Scores are in centipawns. Capturing the enemy king at ply p (in quarter-plies) scores MATE_EVAL
-// minus p, so that a faster mate scores higher. A score is a mate score if its absolute value
-// exceeds MATE_EVAL_THRESHOLD.
+// Scores are in centipawns. Capturing the enemy king at ply p scores MATE_EVAL minus p, so that a
+// faster mate scores higher. p is the distance from the root in quarter-plies. A score is a mate
+// score if its absolute value exceeds MATE_EVAL_THRESHOLD.
 inline constexpr std::int32_t MATE_EVAL = 1'000'000;
 inline constexpr std::int32_t MATE_EVAL_THRESHOLD = 997'999;
 inline constexpr std::int32_t DRAW_EVAL = 0;
 
-// Means that there is no score. Returned by hash probes without a usable entry and by pruning steps
-// that do not apply.
+// Means that there is no score. Returned by a hash probe that finds no usable entry, and by a
+// pruning step that does not apply.
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
-// Returned by a stopped search. Negated in the parent node, the value is below every real score.
-// Callers check search_info.stop and discard the value.
+// Returned by a stopped search. Callers check search_info.stop and discard the value. The parent
+// node negates the value, which is then below every real score.
 inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
 // Score of a root move that has not been searched. Below every real score.

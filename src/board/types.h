@@ -62,8 +62,8 @@ constexpr bool IsOnBoard(int file, int rank) {
     return file >= 0 && file < BOARD_SIDE && rank >= 0 && rank < BOARD_SIDE;
 }
 
-// Index into tables by colour, type and square. An int `type` and an unsigned result avoid
-// conversions in hot code.
+// Index into tables by colour, type and square. The signed `type` and the unsigned result avoid
+// conversion instructions in hot code.
 constexpr std::uint32_t PieceSquareIndex(Colour colour, int type, int square) {
     return static_cast<std::uint32_t>(PieceIndex(colour, type) * SQUARES + square);
 }
@@ -74,7 +74,7 @@ inline constexpr int PAWN_STEP[COLOURS] = {BOARD_SIDE, -BOARD_SIDE};
 enum CastleSide : std::int32_t { KING_SIDE = 0, QUEEN_SIDE = 1 };
 inline constexpr int CASTLE_SIDES = 2;
 
-// Squares from which kings and rooks castle.
+// Initial squares of kings and rooks, from which they castle.
 inline constexpr int KING_HOME[COLOURS] = {SquareOf(FILE_E, RANK_1), SquareOf(FILE_E, RANK_8)};
 inline constexpr int ROOK_HOME[COLOURS][CASTLE_SIDES] = {
     {SquareOf(FILE_H, RANK_1), SquareOf(FILE_A, RANK_1)},

@@ -12,8 +12,7 @@ extern std::uint32_t POP_COUNT[POP_COUNT_SIZE];
 // Seeds the random generator with a fixed value and fills POP_COUNT.
 void InitializeUtility();
 
-// A linear congruential generator. The same seed gives the same numbers on every system. The
-// generator is seeded again at each choice of a book move.
+// A linear congruential generator. The same seed gives the same numbers on every system.
 void SeedRandom(std::uint32_t seed);
 std::uint32_t RandomU15(); // 0 to 32767
 std::uint32_t RandomU32(); // 0 to 2^30 - 1
@@ -25,5 +24,6 @@ constexpr std::span<T> SpanOf(T* items, std::int32_t count) {
     return {items, static_cast<std::size_t>(count)};
 }
 
-// Returns the time of a steady clock, in centiseconds. Only differences are meaningful.
+// Returns the time of a steady clock, in centiseconds. Only the difference of two times is
+// meaningful.
 std::uint64_t CurrentTimeU64();
