@@ -14,6 +14,6 @@ void DumpU64(std::uint64_t value);
 void DumpZobristKey(std::uint64_t key);
 void DumpBitBoard(Bitboard set);
 
-// Both functions read the moving piece from the board. Call them before the move is made.
+// DumpMove and DumpMoveList read the moving pieces from the board. Call them before a move is made.
 void DumpMove(const Move& move);
 void DumpMoveList(std::span<const Move> moves);
