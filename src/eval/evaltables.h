@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-// Value of each piece type. The king's value is never added to a sum.
+// Value of each piece type. The sums in `board` leave out the king's value.
 inline constexpr std::int32_t PIECE_WEIGHT[PIECE_TYPES] = {0, 100, 300, 1'000'000,
                                                            0, 300, 500, 900};
 
@@ -25,7 +25,7 @@ inline std::int32_t KingPieceSquareEval(Colour colour, int phase, int square) {
     return KING_PIECE_SQUARE_EVAL[(colour * GAME_PHASES + phase) * SQUARES + square];
 }
 
-// Copies a table of 64 values and reverses the order of the ranks.
+// Copies a table of 64 values with the order of the ranks reversed.
 void ReverseBoard(const std::int32_t* source, std::int32_t* destination);
 
 // Fills both piece-square tables. The values for black mirror those for white. Call once, at

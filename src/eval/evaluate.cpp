@@ -5,9 +5,9 @@
 
 namespace {
 
-// Evaluation terms, in centipawns. The _OPEN terms apply if the enemy has a rook and no pawn ahead
-// on the file. ISOLATED_OPEN replaces ISOLATED. BACKWARD_OPEN is added to the term for backward
-// pawns.
+// Evaluation terms, in centipawns. A pawn gets an _OPEN term if the enemy has a rook and no enemy
+// pawn is ahead of the pawn on its file. ISOLATED_OPEN replaces ISOLATED. BACKWARD_OPEN is added to
+// BACKWARD or BACKWARD_EDGE.
 constexpr std::int32_t SHELTER_NEAR = 12;
 constexpr std::int32_t SHELTER_FAR = 5;
 constexpr std::int32_t DANGER = -12;
@@ -28,7 +28,7 @@ int GamePhase() {
     return pieces >= 4 ? 1 : 2;
 }
 
-// Scores the pawn shelter of the king and the enemy pieces near the king.
+// Returns the score of the king's pawn shelter and of the enemy pieces near the king.
 template <Colour US>
 std::int32_t KingSafety(int king) {
     constexpr Colour THEM = Opponent(US);
@@ -66,14 +66,14 @@ std::int32_t PawnStructure() {
 
 // A cache of pawn-structure scores. Many positions of a search tree have the same pawns.
 struct PawnEntry {
-    Bitboard white; // white pawns; bit 0 (a1) is set if white has a rook
-    Bitboard black;
+    Bitboard white; // white pawns, and bit 0 (a1) if white has a rook
+    Bitboard black; // black pawns, and bit 0 if black has a rook
     std::int32_t score;
 };
 constexpr int PAWN_SLOT_BITS = 11;
 PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 
-// Not inlined, because this makes cache hits faster.
+// Not inlined, because the code for a cache hit is faster without it.
 [[gnu::noinline]] void Fill(PawnEntry& entry, Bitboard white, Bitboard black) {
     entry = {white, black, PawnStructure<WHITE>() - PawnStructure<BLACK>()};
 }
@@ -81,7 +81,8 @@ PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 std::int32_t PawnScore() {
     const Bitboard white = PiecesOf(WHITE, PAWN) | (PiecesOf(WHITE, ROOK) != 0);
     const Bitboard black = PiecesOf(BLACK, PAWN) | (PiecesOf(BLACK, ROOK) != 0);
-    // Multiplicative hashing: the high bits of the product depend on all bits of both sets.
+    // Multiplicative hashing. The slot is the high bits of the product, because these depend on all
+    // bits of both sets.
     constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;
     const std::uint64_t mixed = (white * FACTOR ^ black) * FACTOR;
     PawnEntry& entry = pawn_entries[mixed >> (64 - PAWN_SLOT_BITS)];
@@ -89,7 +90,7 @@ std::int32_t PawnScore() {
     return entry.score;
 }
 
-// Returns the score of one colour without the pawn structure.
+// Returns the score of US without the pawn structure. The enemy's score is not subtracted.
 template <Colour US>
 std::int32_t EvaluateColour(int phase) {
     const int king = KingSquare(US);
