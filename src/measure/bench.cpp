@@ -20,7 +20,7 @@
 
 namespace {
 
-// A test position: a FEN, and the moves to play from it before the search.
+// A test position: a FEN, and the moves that are played from there before the search.
 struct Start {
     const char* fen;
     const char* moves;
@@ -99,8 +99,8 @@ void PrintHead() {
     FlushOutput();
 }
 
-// Searches one position with empty hash tables and prints its row. Returns false if the position is
-// illegal or the search was stopped.
+// Searches one position with empty hash tables, prints a row and adds to `total`. Returns false if
+// the position is illegal or the search was stopped.
 bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     if (!PlayTo(start)) {
         std::fprintf(stderr, "bench: illegal: %s %s\n", start.fen, start.moves);

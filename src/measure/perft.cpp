@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::int32_t POLL_DEPTH = 3; // in plies; nodes of this depth poll the host
+constexpr std::int32_t POLL_DEPTH = 3; // remaining plies at a node that polls the host
 
 bool is_stopped = false;
 
