@@ -14,7 +14,7 @@ bool IsEnPassantEnablingMove(const Move& move) {
     Bitboard candidates = ATTACKS_ENPASSANT[move.to] & PiecesOf(enemy, PAWN);
     while (candidates) {
         const int square = PopFirstBit(candidates);
-        // Only the bitboards are updated, because the test for check does not read board.position.
+        // Makes the capture in the bitboards only, because HaveKingCaptures reads nothing else.
         TogglePieceOnBitBoard(mover, PAWN, move.to);
         TogglePieceOnBitBoard(enemy, PAWN, square);
         TogglePieceOnBitBoard(enemy, PAWN, passed_over);

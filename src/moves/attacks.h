@@ -1,5 +1,5 @@
-// Attack queries: sliding attacks by rotated bitboards, the test for a capturable king, and the
-// tests for castling and en passant.
+// Sliding attacks by rotated bitboards, tests for attacked squares and kings, and the attack tests
+// for castling and en passant.
 #pragma once
 
 #include "board/move.h"
@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-// Squares attacked by a rook, bishop or queen on the square. The first piece in each direction is
-// included, whatever its colour.
+// Squares attacked by a rook, bishop or queen on the given square. The first piece in each
+// direction is included, own or enemy.
 inline Bitboard RookAttacks(int square) {
     const Bitboard by_rank = board.pieces_all[WHITE].rank | board.pieces_all[BLACK].rank;
     const Bitboard by_file = board.pieces_all[WHITE].file | board.pieces_all[BLACK].file;
@@ -27,7 +27,7 @@ inline Bitboard BishopAttacks(int square) {
 
 inline Bitboard QueenAttacks(int square) { return BishopAttacks(square) | RookAttacks(square); }
 
-// Squares attacked by a rook or bishop on an empty board.
+// Squares that a rook or bishop on the given square would attack on an empty board.
 inline Bitboard RookLines(int square) {
     return MOVES_RANK[LineIndex(square, 0)] | MOVES_FILE[LineIndex(square, 0)];
 }
@@ -42,7 +42,8 @@ bool IsAttackedBy(int square) {
     const Bitboard queens = PiecesOf(US, QUEEN);
     const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(square);
     const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(square);
-    // Skip the occupancy look-up if no slider is on a line with the square.
+    // If no slider is on a line with the square, the slower RookAttacks or BishopAttacks is
+    // skipped.
     return (straight && (RookAttacks(square) & straight)) ||
            (diagonal && (BishopAttacks(square) & diagonal)) ||
            (ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT)) ||
@@ -56,10 +57,10 @@ bool IsKingCapturableBy() {
     return IsAttackedBy<US>(KingSquare(Opponent(US)));
 }
 
-// Returns a set of from-squares. Pseudo-legal moves from all other squares are legal, except
-// en-passant captures. In check, the set is the whole board. Otherwise the set contains the king
-// and every piece that may be pinned. En-passant captures may always be illegal, because they
-// remove two pieces from a line.
+// Returns the from-squares of moves that may be illegal. In check, this is the whole board.
+// Otherwise the set contains the king and every piece that may be pinned. A pseudo-legal move from
+// any other square is legal, unless it is an en-passant capture. Every en-passant capture may be
+// illegal, because two pieces leave a line.
 template <Colour US>
 Bitboard MaybeIllegalFrom() {
     constexpr Colour THEM = Opponent(US);
@@ -82,7 +83,7 @@ inline bool HaveKingCaptures() {
 }
 
 // True if the opponent of the side to move attacks the square. A castling king must not start on,
-// cross or reach such a square.
+// cross or reach an attacked square.
 bool PreventedCastle(int square);
 
 // True if the move is a double step that an enemy pawn can legally capture en passant. Call after

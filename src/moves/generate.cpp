@@ -8,14 +8,14 @@
 
 namespace {
 
-// Types of captured pieces in generation order. Captures of the king are generated separately.
+// Types of captured pieces in generation order. Captures of a king are generated separately.
 constexpr PieceType PIECES_TO_CAPTURE[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 
 constexpr PieceType PROMOTION_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT};
 
 constexpr bool IsOnBackRank(int square) { return (BACK_RANKS >> square) & 1; }
 
-// The Add functions write moves from slot `next` on. They return the slot after the last move.
+// The Add functions write the first move to slot `next` and return the slot after the last move.
 
 Move* AddMove(Move* next, int from, int to, Piece piece, Piece captured, Piece promoted) {
     next->from = from;
@@ -49,7 +49,7 @@ Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) 
     return next;
 }
 
-// Adds the captures of the piece on the square, which must be in victims.squares.
+// Adds all captures of the piece on the square. This piece must be in victims.squares.
 template <Colour US>
 Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
     const Piece captured = board.position[square];
@@ -85,8 +85,8 @@ Move* AddEnPassant(Move* next, const Move& last_move) {
     return next;
 }
 
-// Returns the enemy pieces that US attacks. The generator then looks for attackers of these pieces
-// only, which saves time.
+// Returns the enemy pieces that US attacks. To save time, the generator looks for the attackers of
+// these pieces only.
 template <Colour US>
 Victims FindVictims() {
     const Bitboard pawns = PiecesOf(US, PAWN);
@@ -116,8 +116,8 @@ struct CastlingWay {
 };
 constexpr CastlingWay CASTLING_WAYS[CASTLE_SIDES] = {{1, 2, {1, 2, 0}}, {-1, -2, {-1, -2, -3}}};
 
-// True if the squares between king and rook are empty, the rook is unmoved, and the king crosses no
-// attacked square.
+// True if the squares between king and rook are empty, the rook is unmoved, and the king does not
+// start on, cross or reach an attacked square.
 bool IsCastlingPossible(int king, int rook_home, const CastlingWay& way) {
     for (const int step : way.empty) {
         if (step != 0 && board.position[king + step] != NO_PIECE) return false;
@@ -143,7 +143,7 @@ Move* AddCastling(Move* next) {
     return next;
 }
 
-// Adds moves to the target squares, forward moves first for both colours.
+// Adds moves to the target squares. For both colours, moves towards the enemy's side come first.
 template <Colour US>
 Move* AddQuiet(Move* next, int from, Bitboard targets) {
     while (targets) {

@@ -8,12 +8,12 @@
 
 // Fills the list with all captures of the side to move, including capture promotions. The most
 // valuable victim comes first, and for each victim the least valuable attacker. En-passant captures
-// come last. If the enemy king can be captured, the only other moves are en-passant captures.
-// `last_move` is the move that led to the position, or null. En passant is generated if that move
-// was a double step.
+// come last. If the enemy king can be captured, only the captures of the king and en-passant
+// captures are generated. `last_move` is the move that led to the position, or null. En-passant
+// captures are generated only if `last_move` was a double step.
 void GenerateCaptures(MoveList& list, const Move* last_move);
 
-// Appends castling, quiet piece moves, and pawn advances with promotions, in that order.
+// Appends castling moves, then quiet piece moves, then pawn advances (including promotions).
 void GenerateNonCaptures(MoveList& list);
 
 // Fills the list with the captures, followed by the other moves.
@@ -28,14 +28,14 @@ void GenerateNonCaptures(MoveList& list);
 // Result of GenerateFirstCaptures and input of GenerateOtherCaptures.
 struct Victims {
     Bitboard squares;  // attacked enemy pieces whose captures are not yet in the list
-    Bitboard diagonal; // squares that bishops and queens attack along diagonals
-    Bitboard straight; // squares that rooks and queens attack along ranks and files
+    Bitboard diagonal; // squares that own bishops and queens attack along diagonals
+    Bitboard straight; // squares that own rooks and queens attack along ranks and files
 };
 
-// These functions divide GenerateCaptures into two steps, so that a caller can use the first moves
-// early. The first step fills the list with the captures of one victim. It returns the other
-// victims, or none if the victim is the king. The second step appends the captures of the other
-// victims, then en passant.
+// These two functions together do the same as GenerateCaptures. A caller can use the first moves
+// before the others are generated. GenerateFirstCaptures fills the list with the captures of one
+// victim and returns the other victims, or none if the victim is the king. GenerateOtherCaptures
+// appends the captures of the other victims, then the en-passant captures.
 template <Colour US>
 Victims GenerateFirstCaptures(MoveList& list);
 template <Colour US>

@@ -13,10 +13,10 @@ namespace {
 
 bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); }
 
-// Returns the castling keys that the first move of a king or rook changes. A king's move changes
-// the keys of the sides with an unmoved rook. A rook's move changes one key if the king is unmoved.
-// A FEN may put an unmoved rook on the king's home square. This rook then counts as the unmoved
-// king. Call after the move is on the board and before a castling rook moves.
+// Returns the XOR of the castling keys that the first move of a king or rook changes. A king's move
+// changes the key of each side that has an unmoved rook. A rook's move changes the key of its side
+// if the king is unmoved. A FEN may put an unmoved rook on the king's home square: this rook counts
+// as an unmoved king. Call after the move is on the board and before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -37,8 +37,8 @@ std::uint64_t ChangedCastlingKeys(const Move& move) {
     return keys;
 }
 
-// Moves the piece in the bitboards and in piece_square_eval. `step` is 1 to make the move, -1 to
-// unmake it.
+// Moves the piece in the bitboards and updates piece_square_eval. `step` is 1 to make the move and
+// -1 to unmake it.
 template <Colour US>
 [[gnu::always_inline]] inline void ToggleMover(int from, int to, int type, int promoted, int step) {
     Toggle(board.pieces_all[US], BITS[from]);
@@ -49,8 +49,8 @@ template <Colour US>
         step * (PieceSquareEval(US, promoted, to) - PieceSquareEval(US, type, from));
 }
 
-// Restores (step 1) or removes (step -1) the captured piece in the bitboards, sums and counts. The
-// caller updates board.position.
+// Restores (`step` 1) or removes (`step` -1) the captured piece in the bitboards, evaluation sums
+// and piece counts. The caller updates board.position.
 template <Colour THEM>
 [[gnu::always_inline]] inline void ToggleVictim(int type, int square, int step) {
     TogglePieceOnBitBoard(THEM, type, square);
@@ -67,7 +67,7 @@ void CountPromotion(int promoted, int step) {
     board.piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
-// Moves the castling rook and flips its moved flag. Returns the change of the hash key.
+// Moves the castling rook and flips its moved flag. Returns the XOR of the two rook keys.
 template <Colour US>
 std::uint64_t MoveCastlingRook(int from, int to) {
     TogglePieceOnBitBoard(US, ROOK, from);
@@ -79,7 +79,7 @@ std::uint64_t MoveCastlingRook(int from, int to) {
 }
 
 // Makes the rare parts of a move: castling, lost castling rights, en passant, promotion. Not
-// inlined, because this makes MakeMove faster.
+// inlined, because MakeMove is faster without this code.
 template <Colour US>
 [[gnu::noinline]] void MakeSpecial(const Move& move) {
     constexpr Colour THEM = Opponent(US);

@@ -26,7 +26,7 @@ bool IsLegalMove(const Move& move);
 // move that led to the position, or null.
 void GenerateAllLegalMoves(MoveList& list, const Move* last_move);
 
-// A null move: the side to move passes, and the right to capture en passant ends.
+// Make and unmake a null move. The side to move passes, and the right to capture en passant ends.
 void MakeNullMove();
 void UnMakeNullMove();
 
@@ -34,8 +34,8 @@ inline std::uint64_t KeyAfterNullMove() {
     return board.zobrist_key ^ board.zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
 }
 
-// Returns the hash key after the move, without the changes by castling, castling rights and en
-// passant. Use only for prefetching.
+// Returns the hash key after the move, but ignores the castling rook, lost castling rights and en
+// passant. Use only for prefetching, where a wrong key does no harm.
 template <Colour US>
 std::uint64_t LikelyKeyAfter(const Move& move) {
     std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, TypeOf(move.piece), move.from) ^
