@@ -29,10 +29,10 @@ constexpr std::int32_t PRUNING_MIN_PLY = Plies(3);
 constexpr std::int32_t FUTILITY_MAX_DEPTH = Plies(4);
 constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // in centipawns
-constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // both sides; kings count, pawns do not
+constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5; // sum of both sides, with kings, without pawns
 
-// The steps of a node, and the function for each step. Every function is defined before its
-// callers.
+// The steps of the search of a node. After each step stands the function that performs it. A
+// function is defined before its callers, so Search comes last.
 //  1. Poll the limits and the host                     Search
 //  2. Detect draws by repetition or material           IsDraw
 //  3. Probe the hash tables                            ProbeHashTable
@@ -65,11 +65,12 @@ template <Colour US>
 std::int32_t Search(std::int32_t alpha, std::int32_t beta, std::int32_t depth, std::int32_t ply,
                     const Move* last_move, PvLine* pv, std::uint8_t extended);
 
-// Principal variations of the nodes on the current search line, indexed by ply.
+// Principal variations of the nodes on the current search line, indexed by distance from the root
+// in plies.
 PvLine pv_lines[MAX_LINE_PLIES];
 
-// True if the position occurs for the third time within the last REPETITION_WINDOW plies. A
-// position cannot occur again in fewer than four plies.
+// True if the position occurs for the third time within the last REPETITION_WINDOW plies. The loop
+// starts four plies back, because a position cannot occur again sooner.
 bool IsRepetition() {
     int occurrences = 1;
     const std::int32_t oldest = std::max(0, board.zobrist_ply_number - REPETITION_WINDOW);
@@ -130,8 +131,8 @@ bool IsFutilityAllowed(const Node& node) {
            !IsKingCapturableBy<Opponent(US)>();
 }
 
-// Margins in centipawns. A static score at least `cut` above beta ends the node. A static score at
-// least `reduce` above beta reduces the depth by one ply.
+// Margins in centipawns. If the static score is at least `cut` above beta, the search of the node
+// ends. If it is at least `reduce` above beta, the depth is reduced by one ply.
 struct FutilityMargins {
     std::int32_t cut;
     std::int32_t reduce;
@@ -143,8 +144,8 @@ FutilityMargins MarginsAt(std::int32_t depth) {
     return {900, 700};
 }
 
-// Reverse futility pruning: if the static score is far above beta, ends the node or reduces
-// node.depth. Returns the score of the node, or UNKNOWN_EVAL if the search of the node must go on.
+// Reverse futility pruning: tests if the static score is far above beta. Returns the score of the
+// node, or UNKNOWN_EVAL if the search of the node must go on. May reduce node.depth.
 template <Colour US>
 std::int32_t ReverseFutility(Node& node) {
     const FutilityMargins margins = MarginsAt(node.depth);
@@ -156,7 +157,8 @@ std::int32_t ReverseFutility(Node& node) {
     return QuiescenceSearch<US>(node.alpha, node.beta, node.ply, node.last_move);
 }
 
-// Internal iterative deepening: searches the node to a lower depth to find a hash move.
+// Internal iterative deepening: searches the node to a lower depth to find a move that can be
+// searched first. Sets node.hash_index.
 template <Colour US>
 void DeepenInternally(Node& node) {
     const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
@@ -170,16 +172,16 @@ void DeepenInternally(Node& node) {
     }
 }
 
-// True if the last move captured a piece of the same value as the capturing piece. False for
+// True if the capturing and the captured piece of the last move have the same value. False for
 // en-passant captures, because their `captured` field is empty.
 bool IsEqualTrade(const Move* last_move) {
     return last_move &&
            PIECE_WEIGHT[TypeOf(last_move->piece)] == PIECE_WEIGHT[TypeOf(last_move->captured)];
 }
 
-// Returns the depth for the child after `move`, which has been made. Checks, recaptures and pawn
-// moves to the seventh or eighth rank are extended by one ply, so the child has the depth of the
-// node.
+// Returns the depth of the child after `move`. Call after the move is made. The depth is one ply
+// less than the node's depth. Checks, recaptures and pawn moves to the seventh or eighth rank are
+// extended by one ply, which gives the child the same depth as the node.
 template <Colour US>
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
     const bool is_extended = (is_recapturing && move.to == node.last_move->to) ||
@@ -201,9 +203,9 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-// Converts the index of a searched move to generation order: the hash move and the first move were
-// swapped. After a key collision, the hash index and the result may be outside the list. Readers of
-// the hash tables ignore such an index.
+// Returns the index in generation order of the move at `index` in the searched list. The two differ
+// because the hash move and the first move were swapped. After a key collision, the result may be
+// outside the list. This does no harm, because PutHashMoveFirst ignores such an index.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -212,8 +214,8 @@ std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t 
 
 enum class LoopEnd { ALL_SEARCHED, CUT, STOPPED };
 
-// Searches the moves of the list. `base` is the index of the first of these moves in generation
-// order.
+// Searches the moves of the list. `base` is the number of moves of the node that were generated
+// before the first move of the list.
 template <Colour US>
 LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     const bool is_recapturing = IsEqualTrade(node.last_move);
@@ -236,8 +238,8 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // The stored index deliberately ignores the swap with the hash move: a corrected index
-            // would change the node counts that the tests expect.
+            // This index is not converted to generation order. Keep it so: a converted index would
+            // change the node counts that the tests expect.
             StoreHashTable(board.zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
@@ -246,10 +248,11 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
 }
 
 // Stores and returns the score of a node after the search of its moves. `count` is the length of
-// the last move list.
+// the last list of moves that was searched.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // If no move is legal, every move loses the king one ply later, and `best` is the score of that
-    // loss. If the last move list is empty, there may be no move at all. IsStalemate then decides.
+    // If no pseudo-legal move is legal, each one loses the king one ply later, and `best` is the
+    // score of this loss. If the last list is empty, there may be no pseudo-legal move at all. In
+    // both cases, the position may be stalemate.
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
@@ -258,9 +261,9 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
     return node.best;
 }
 
-// Performs the steps from 8 on: generates and searches the moves. The hash move changes places with
-// the first move. Non-captures are generated after the search of the captures. If the hash move is
-// a non-capture, they are generated before.
+// Performs the steps from 8 on: generates and searches the moves. The hash move is swapped with the
+// first move. To save time, non-captures are generated only after the search of the captures,
+// unless the hash move is a non-capture.
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
     // Step 8: generate the captures
@@ -292,7 +295,7 @@ std::int32_t SearchNode(Node& node) {
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
-// Performs the steps from 5 on, for a node above the horizon without a usable hash entry.
+// Performs the steps from 5 on. The node is above the horizon and has no usable hash entry.
 template <Colour US>
 std::int32_t SearchInterior(Node& node) {
     // Step 5: end the node if the last move was illegal

@@ -25,12 +25,12 @@ constexpr std::uint32_t TABLES = 3;
 
 constexpr std::int32_t MATE_BOUND = MATE_EVAL_THRESHOLD + 1;
 constexpr std::int32_t MATE_BOUND_DEPTH = 2000; // above every search depth
-constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // in plies of the game
+constexpr std::int32_t MAX_AGE_DIFFERENCE = 4;  // in plies played in the game
 
 constexpr std::size_t TEXT_SIZE = 128;
 
-// True from the allocation of the tables until NewHashTable. The tables are still all zeros, so
-// NewHashTable need not clear them.
+// True between the allocation of the tables and the next call of NewHashTable. The tables are then
+// still all zeros, so NewHashTable need not clear them.
 bool is_fresh = false;
 
 // A bit field of an entry's data word. All fields are signed. Together they fill the word.
@@ -69,14 +69,14 @@ constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bou
 }
 
 // Key of an empty entry in slot 0. Empty entries in the other slots have key 0. An empty entry thus
-// matches no position: key 0 belongs to slot 0, and key 1 belongs to slot 1.
+// matches no position, because a position with key 0 uses slot 0, and one with key 1 uses slot 1.
 constexpr std::uint64_t UNUSED_KEY = 1;
 
 std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }
 std::size_t EntryBytes() { return std::size_t{hash_table_size} * sizeof(HashEntry); }
 
-// Returns the score of the entry if it is usable for the window and depth, else UNKNOWN_EVAL. Sets
-// `move_index` if the key matches and the bound is exact or lower.
+// Returns the score of the entry if the score is usable for the window and depth, else
+// UNKNOWN_EVAL. Sets `move_index` if the key matches and the bound is exact or lower.
 std::int32_t ProbeEntry(const HashEntry& entry, std::uint64_t key, std::int32_t alpha,
                         std::int32_t beta, std::int32_t depth, std::int32_t& move_index) {
     if (entry.key != key) return UNKNOWN_EVAL;

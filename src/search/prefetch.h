@@ -1,5 +1,5 @@
 // Prefetching of hash-table slots. A cache miss costs about as much time as the search of a few
-// quiet positions. Prefetches load several slots at the same time.
+// quiet positions. Prefetching loads slots before they are probed, several at the same time.
 #pragma once
 
 #include "board/move.h"
@@ -12,9 +12,9 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 8;
 
-// Prefetches the hash slots of a position that will soon be searched. `IS_FULL` adds the full-width
-// tables. The quiescence table is always prefetched, because a child may be at the horizon. Always
-// inlined, because GCC drops calls of functions that only prefetch.
+// Prefetches the hash slots of a key that will soon be probed: always in the quiescence table,
+// because any child may be at the horizon, and with `IS_FULL` also in the full-width tables. Always
+// inlined, because GCC removes calls of functions that only prefetch.
 template <bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchKey(std::uint64_t key) {
     const std::uint32_t slot = SlotOf(key);
@@ -26,8 +26,8 @@ template <Colour US, bool IS_FULL>
     PrefetchKey<IS_FULL>(LikelyKeyAfter<US>(move));
 }
 
-// Prefetches the hash slots of children, PREFETCH_AHEAD moves in advance. Call before the move at
-// index `i` is made.
+// Prefetches the hash slots of the child PREFETCH_AHEAD moves after index `i`. At index 0, also
+// prefetches the children before that one. Call before the move at index `i` is made.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchChildren(const MoveList& list, std::int32_t i) {
     if (i == 0) {
@@ -38,8 +38,8 @@ template <Colour US, bool IS_FULL>
     if (i + PREFETCH_AHEAD < list.count) PrefetchChild<US, IS_FULL>(list.moves[i + PREFETCH_AHEAD]);
 }
 
-// Generates the captures. Prefetches the child of the first capture early, so that the slot is
-// loaded while the other captures are generated.
+// Generates the captures. Prefetches the hash slots of the first capture's child early, so that the
+// slots are loaded while the other captures are generated.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void GenerateCapturesAhead(MoveList& list, const Move* last_move) {
     const Victims others = GenerateFirstCaptures<US>(list);

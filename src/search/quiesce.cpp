@@ -19,7 +19,7 @@ namespace {
 template <Colour US>
 std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t ply,
                             const Move* last_move, std::int32_t hash_index, std::int32_t best) {
-    // The last move was illegal, because it left the king in check.
+    // If the enemy king can be captured, the last move was illegal.
     if (IsKingCapturableBy<US>()) return MATE_EVAL - ply;
     MoveList list;
     GenerateCapturesAhead<US, false>(list, last_move);
@@ -47,7 +47,8 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
             break;
         }
     }
-    // `best_index` deliberately ignores the swap with the hash move, as in the full-width search.
+    // `best_index` is not converted to generation order after the swap with the hash move. Keep it
+    // so: a converted index would change the node counts that the tests expect.
     StoreQuiescenceHashTable(board.zobrist_key, best, bound, best_index);
     return best;
 }

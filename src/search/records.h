@@ -1,5 +1,5 @@
 // The interface of the search: limits, callbacks, and the state of the running search. The search
-// does not depend on a protocol.
+// is the same for all protocols.
 #pragma once
 
 #include "board/move.h"
@@ -13,12 +13,12 @@
 #include <optional>
 #include <span>
 
-// Number of nodes between two polls of the limits and the host. The count restarts after each poll
-// and each root move.
+// Number of nodes between two polls of the limits and the host. The count starts again after each
+// poll and each root move.
 inline constexpr std::uint64_t NODE_CHECK_INTERVAL = 10'000;
 
 struct SearchLimits {
-    // Depth of the last iteration, in quarter-plies. The minimum is three plies.
+    // Depth of the last iteration, in quarter-plies. At least three plies are always searched.
     std::int32_t depth;
     std::optional<TimeLeft> clock; // no time limit if empty
     std::uint64_t nodes = 0;       // node limit; 0 if none
@@ -37,11 +37,11 @@ struct SearchLine {
 // Callbacks of the search. Each may be null.
 struct SearchHost {
     // Returns true if the search must stop. Called at the first node and then about every
-    // NODE_CHECK_INTERVAL nodes. `board` is then a position of the search tree. Quiescence searches
-    // call must_stop only if the limits are strict.
+    // NODE_CHECK_INTERVAL nodes. During the call, `board` is a position of the search tree.
+    // Quiescence searches call must_stop only if SearchLimits::is_strict is true.
     bool (*must_stop)() = nullptr;
-    // Returns true if the root move may be searched. Otherwise the search ends. `board` is the root
-    // position.
+    // Called before each root move, with `board` in the root position. Returns true if the move may
+    // be searched. If false, the search ends.
     bool (*may_go_on)(const Move& move) = nullptr;
     // Reports a new principal variation.
     void (*tell_line)(const SearchLine& line) = nullptr;
@@ -53,18 +53,18 @@ extern SearchHost search_host;
 // State of the running search. Depths and plies are in quarter-plies, times in centiseconds.
 struct SearchInfo {
     std::uint64_t nodes;      // nodes searched so far, including the root
-    std::uint64_t next_poll;  // node count at which the full-width search polls
-    std::uint64_t poll_slack; // a quiescence search polls this many nodes later; NO_POLL if never
-    std::uint64_t node_limit; // 0 if none
+    std::uint64_t next_poll;  // value of `nodes` at which the full-width search polls
+    std::uint64_t poll_slack; // quiescence searches poll at next_poll + poll_slack; NO_POLL: never
+    std::uint64_t node_limit; // 0 if there is no limit
     std::uint64_t start_time;
-    std::uint64_t time_limit;     // duration after which the search stops, or NO_TIME_LIMIT
+    std::uint64_t time_limit;     // duration after which the search must stop, or NO_TIME_LIMIT
     TimeLeft clock;               // time left at start_time; unused if time_limit is NO_TIME_LIMIT
     std::uint8_t stop;            // 1 if the full-width search must return
     std::uint8_t stop_quiescence; // 1 if quiescence searches must also return
     std::uint8_t null_move;       // 1 if a null move is on the current search line
     std::uint8_t iid;             // 1 during internal iterative deepening
-    std::int32_t max_ply;         // nodes at this ply start the quiescence search
-    std::int32_t deepest_ply;     // deepest ply of a quiescence search in this iteration
+    std::int32_t max_ply;         // nodes at this ply or deeper start the quiescence search
+    std::int32_t deepest_ply;     // deepest ply that a quiescence search reached in this iteration
 };
 inline constexpr std::uint64_t NO_POLL = std::numeric_limits<std::int64_t>::max();
 inline constexpr std::uint64_t NO_TIME_LIMIT = std::numeric_limits<std::uint64_t>::max();
@@ -73,7 +73,7 @@ extern SearchInfo search_info;
 // Sets up search_info for a search that begins now. The first node polls the limits and the host.
 void ResetSearchInfo(const SearchLimits& limits);
 
-// Starts the clock of the running search. `left` is the time that remains.
+// Starts the clock of the running search. `left` is the time that remains for the game.
 void StartClock(const TimeLeft& left);
 
 // Polls the limits and the host. Sets search_info.stop and returns the new value.
@@ -83,10 +83,11 @@ inline bool IsNodeLimitReached() {
     return search_info.node_limit != 0 && search_info.nodes >= search_info.node_limit;
 }
 
-// Schedules the next poll after NODE_CHECK_INTERVAL nodes, or at the node limit if that comes
+// Schedules the next poll after NODE_CHECK_INTERVAL nodes, or at the node limit if the limit comes
 // first. Called at every poll and after every root move.
 inline void SchedulePoll() {
-    const std::uint64_t left = search_info.node_limit - search_info.nodes; // huge if unlimited
+    // If node_limit is 0 (no limit), the difference wraps around to a huge number.
+    const std::uint64_t left = search_info.node_limit - search_info.nodes;
     search_info.next_poll = search_info.nodes + std::min(left, NODE_CHECK_INTERVAL);
 }
 
@@ -96,15 +97,15 @@ inline constexpr int MOVE_TEXT_FIELD = 32;
 struct AnalyzeInfo {
     std::uint64_t elapsed;
     std::uint64_t nodes;
-    std::int32_t depth;              // depth of the iteration, in whole plies
-    std::int32_t moves_left;         // root moves that the iteration has not started
-    std::int32_t moves_total;        // number of root moves
-    char move_text[MOVE_TEXT_FIELD]; // current root move, written by the host
+    std::int32_t depth;       // depth of the iteration, in plies
+    std::int32_t moves_left;  // number of root moves that the iteration has not begun to search
+    std::int32_t moves_total; // number of root moves
+    char move_text[MOVE_TEXT_FIELD]; // current root move; the host must set this text
 };
 extern AnalyzeInfo analyze_info;
 
-// Limits for the parts of a search line: the iteration depth, the extensions (in quarter-plies),
-// and the captures of the quiescence search.
+// Limits for the three parts of a search line: the iteration depth in plies, the extensions in
+// quarter-plies, and the number of captures in the quiescence search.
 inline constexpr std::int32_t MAX_DEPTH_PLIES = 200;
 inline constexpr std::int32_t MAX_EXTRA_PLY = Plies(14);
 inline constexpr std::int32_t MAX_CAPTURES_IN_A_ROW = SQUARES;

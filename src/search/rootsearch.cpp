@@ -20,10 +20,10 @@
 namespace {
 
 constexpr std::int32_t FIRST_DEPTH = Plies(3);
-constexpr std::int32_t ASPIRATION_WINDOW = 33; // in centipawns, below and above the last score
-// In centipawns. Subtracted from a score that is only a bound.
+constexpr std::int32_t ASPIRATION_WINDOW = 33; // in centipawns, to each side of the last score
+// In centipawns. Subtracted from the score of a root move if the score is only an upper bound.
 constexpr std::int32_t BOUND_PENALTY = 50;
-// In centipawns. Moves within this margin of the best move count as equally good.
+// In centipawns. A move counts as one of the best if its score is at most this much below the best.
 constexpr std::int32_t RANDOM_MARGIN = 3;
 
 struct RootMove {
@@ -57,7 +57,7 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
     ResetSearchInfo(limits);
-    search_info.nodes = 1; // counts the root
+    search_info.nodes = 1; // the root itself
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
@@ -72,10 +72,10 @@ std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t dep
     return -FullSearch(-beta, -alpha, depth - QUARTER_PLIES, QUARTER_PLIES, &move, line, 0);
 }
 
-// Returns the score of a root move that has been made. The first move is searched with a window
-// around its last score, and again with the full window if the score is outside. Other moves are
-// searched with a zero window above the best score, and again with a wide window if they beat the
-// best score.
+// Returns the score of a root move. Call after the move is made. The first move is searched with a
+// window around its score in the last iteration, and again with the full window if the new score is
+// outside that window. Every other move is searched with a zero window above the best score, and
+// again with an upper limit of MATE_EVAL if the move beats the best score.
 std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
     const Move& move = candidate.move;
     const std::int32_t last = candidate.score;
@@ -84,9 +84,9 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
         if (score > low && score < high) return score;
-        // A stopped search also reaches this second search, because its score is below every
-        // window. The second search ends at its first leaf or earlier, but may store entries in the
-        // quiescence table.
+        // If the first search was stopped, its score is below every window, and the second search
+        // is started too. The second search then ends at its first leaf or earlier, but may store
+        // entries in the quiescence table.
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
     }
     const std::int32_t score = SearchChild(root.best, root.best + 1, depth, move, nullptr);
@@ -94,8 +94,8 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
     return SearchChild(root.best, MATE_EVAL, depth, move, &root.child_line);
 }
 
-// True if the hash tables contain `score` as the exact score of the move. With the full window, a
-// probe returns only exact scores.
+// True if the hash tables contain `score` as the exact score of the move. The probe uses the full
+// window, for which no stored bound is usable, so the probe returns exact scores only.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -111,13 +111,14 @@ void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies)
     if (search_host.tell_line) search_host.tell_line(BestLine(plies));
 }
 
-// Returns false if the node limit is reached or the host ends the search.
+// Returns true if the root move may be searched, and false if the node limit is reached or the host
+// ends the search.
 bool MayGoOn(const Move& move) {
     return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on(move));
 }
 
-// Searches the root moves to the depth, in quarter-plies. Skips moves with a known mate score.
-// Returns early if the search is stopped.
+// Searches the root moves to `depth` quarter-plies. Skips a move if an earlier iteration gave it a
+// mate score. Returns early if the search is stopped.
 void Iterate(std::int32_t depth) {
     const std::int32_t plies = depth / QUARTER_PLIES;
     search_info.max_ply = depth + std::min(2 * depth, MAX_EXTRA_PLY);
@@ -171,10 +172,10 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
                                iteration_time);
 }
 
-// Sets `expected_reply` to the second move of the principal variation. Sets a fake move if that
-// move does not exist, or if `chosen` ends the game or is not the first move of the variation. The
-// captured piece is read from the board, because `chosen` may promote to a different piece than the
-// variation.
+// Sets `expected_reply` to the second move of the principal variation. Sets a fake move if the
+// variation has only one move, if `chosen` ends the game, or if `chosen` and the first move of the
+// variation have different squares. The two may still promote to different pieces. For a reply that
+// captures the promoted piece, `captured` is therefore read from the board.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;

@@ -2,25 +2,26 @@
 
 namespace {
 
-// One search may use 1/10 of the clock if the clock is above LONG_CLOCK (a minute or more).
-// Otherwise it may use 1/15. All times are in centiseconds.
+// All times are in centiseconds. A search may use 1/10 of a long clock, or 1/15 of a short clock. A
+// clock is long if it is above LONG_CLOCK (a minute or more).
 constexpr std::uint64_t LONG_CLOCK = 5'999;
 constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
 constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;
 
-// If the clock is below this value, a search ends after the first iteration. The reserve covers
-// delays between front end and engine.
+// If the clock is below this value, a search ends after the first iteration. The remaining time is
+// a reserve for delays between front end and engine.
 constexpr std::uint64_t LAST_RESERVE = 50;
 
 // The next iteration is expected to take this many times as long as the last iteration.
 constexpr std::uint64_t ITERATION_GROWTH = 6;
 
-// The next iteration may take at most 1/20 of the remaining time, or 1/15 if there is an increment.
+// The next iteration may take at most 1/20 of the remaining time, or 1/15 if the time control has
+// an increment.
 constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
 
-// If a long clock is worth at least 20 increments, the next iteration may take 2/60 of the clock
-// plus three increments.
+// If the clock is above LONG_CLOCK and is at least 20 times the increment, the next iteration may
+// take 2/60 of the clock plus three increments.
 constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
 constexpr std::uint64_t CLOCK_PARTS = 60;
 constexpr std::uint64_t PARTS_FOR_ITERATION = 2;
@@ -47,7 +48,7 @@ bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t 
     }
     const std::uint64_t iterations =
         left.increment > 0 ? ITERATIONS_IN_CLOCK_WITH_INCREMENT : ITERATIONS_IN_CLOCK;
-    // Unsigned on purpose: if `used` exceeds the clock (after a pause), the difference wraps and
-    // the search continues.
+    // Unsigned on purpose: if `used` exceeds the clock (after a pause), the difference wraps around
+    // to a huge number, and the search continues.
     return next * iterations <= left.clock - used;
 }

@@ -1,5 +1,5 @@
-// Time control: limits for the engine's thinking time, in centiseconds. The functions depend only
-// on their arguments.
+// Time control: limits for the engine's thinking time, in centiseconds. The results depend on the
+// arguments only.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ struct TimeLeft {
     std::uint64_t increment;
 };
 
-// Returns the duration after which a search is stopped.
+// Returns the duration after which a search is stopped. `clock` is the time left at its start.
 std::uint64_t TimeLimit(std::uint64_t clock);
 
 // True if there is time for another iteration. `iteration_time` is the duration of the last
