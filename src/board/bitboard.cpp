@@ -50,7 +50,7 @@ constexpr Bitboard BitAt(int file, int rank) {
     return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
 }
 
-// All diagonals of one direction. They are sorted by their bits in the rotated order.
+// All diagonals of one direction, sorted by their bits in the diagonal order.
 struct DiagonalSet {
     int length[DIAGONALS];
     int first_bit[DIAGONALS];
@@ -162,7 +162,8 @@ void FillDiagonalMoves(const DiagonalSet& set, Bitboard* moves, std::uint64_t* s
 }
 
 // Returns the squares of a file from rank `first` to the last pawn rank (2 or 7) in the direction
-// of `step`, which is 1 or -1. Returns 0 if the file is off the board.
+// of `step`, which is 1 or -1. Returns 0 if the file is off the board or `first` is not a pawn
+// rank.
 Bitboard PawnFile(int file, int first, int step) {
     Bitboard squares = 0;
     for (int rank = first; rank >= RANK_2 && rank <= RANK_7; rank += step) {

@@ -44,10 +44,11 @@ inline int PopFirstBit(Bitboard& set) {
 }
 
 // A set of squares in four bit orders. `rank` is the plain order: bit n is square n. In each of the
-// other orders, the squares of a file or diagonal are adjacent bits. A diagonal order is named
-// after its first and last square, so the name is across the diagonals: the diagonals of `a1h8` are
-// parallel to a8-h1 (constant file + rank), those of `a8h1` are parallel to a1-h8 (constant
-// file - rank). The alignment lets a few vector instructions update all four orders.
+// other orders, the squares of a file or diagonal are adjacent bits. Each diagonal order is named
+// after the first and last square in the order, and not after the direction of its diagonals. The
+// diagonals of `a1h8` are parallel to a8-h1 (constant file + rank). The diagonals of `a8h1` are
+// parallel to a1-h8 (constant file - rank). The alignment lets a few vector instructions update all
+// four orders.
 struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard rank;
     Bitboard file;
@@ -63,7 +64,8 @@ inline void Toggle(RotatedSet& set, const RotatedSet& squares) {
     set.a8h1 ^= squares.a8h1;
 }
 
-// The set that contains only the given square: in the plain order, and in all four orders.
+// For each square, the set that contains only this square. BIT_RANK is in the plain order, BITS in
+// all four orders.
 extern Bitboard BIT_RANK[SQUARES];
 extern RotatedSet BITS[SQUARES];
 
@@ -100,11 +102,11 @@ extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // index d: squares at 
 // Masks for the pawn structure. They contain only squares on ranks 2 to 7.
 extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on own and neighbouring files
 extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on neighbouring files
-extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // squares beside and behind, neighbouring files
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files: same rank and behind
 extern Bitboard PAWN_ISOLATED[SQUARES];            // all squares of the neighbouring files
 extern Bitboard PAWN_DOUBLED[SQUARES];             // the other squares of the same file
 
-// The initial position from a1 to h8, and its bitboards.
+// The initial position in square order (a1 to h8), and its bitboards.
 extern const Piece NEW_POSITION[SQUARES];
 extern Bitboard NEW_PIECES_BY_TYPE[PIECE_INDICES];
 extern RotatedSet NEW_PIECES_ALL[COLOURS];

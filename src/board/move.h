@@ -6,8 +6,8 @@
 #include <cstdint>
 
 // A record with a negative `from` is a fake move, which stands for no move. The en_passant_* fields
-// are defined only if `en_passant` is set, the rook_* fields only if `castle` is set. The book file
-// stores moves in this layout.
+// are defined only if `en_passant` is set, and the rook_* fields only if `castle` is set. The book
+// file stores moves in this layout.
 struct Move {
     std::int32_t from; // negative in a fake move
     std::int32_t to;   // the king's target square if castling
@@ -31,7 +31,7 @@ inline constexpr int MAX_MOVES = 512;
 // Only the first `count` moves are valid.
 struct MoveList {
     std::int32_t count = 0;
-    std::int32_t prefetched = 0; // number of first moves whose hash slots are prefetched
+    std::int32_t prefetched = 0; // number of moves at the front whose hash slots are prefetched
     Move moves[MAX_MOVES];
 };
 

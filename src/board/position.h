@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
-// Random numbers for Zobrist hashing. Castling keys are indexed by CastleIndex, en-passant keys by
-// the square that the pawn passed over. ZOBRIST_KEY_SIDE_SWITCH is part of the hash key if black is
-// to move.
+// Random numbers for Zobrist hashing. Castling keys are indexed by CastleIndex, and en-passant keys
+// by the square that the pawn passed over. ZOBRIST_KEY_SIDE_SWITCH is part of the hash key if black
+// is to move.
 extern std::uint64_t ZOBRIST_KEY_GLOBAL[PIECE_INDICES * SQUARES];
 extern std::uint64_t ZOBRIST_KEY_CASTLE[COLOURS * CASTLE_SIDES];
 extern std::uint64_t ZOBRIST_KEY_ENPASSANT[SQUARES];
@@ -69,5 +69,5 @@ inline void TogglePieceOnBitBoard(Colour colour, int type, int square) {
     board.pieces_by_type[PieceIndex(colour, type)] ^= BIT_RANK[square];
 }
 
-// Sets up the initial position. NewEvaluation must then compute the evaluation sums.
+// Sets up the initial position. Call NewEvaluation afterwards to compute the evaluation sums.
 void NewRepresentation();

@@ -8,7 +8,8 @@ inline constexpr int COLOURS = 2;
 
 constexpr Colour Opponent(Colour colour) { return static_cast<Colour>(colour ^ 1); }
 
-// Bit 2 marks the sliders. Types 5 and 7 move along diagonals, types 6 and 7 along ranks and files.
+// Bit 2 marks the sliders. Types 5 and 7 move along diagonals, and types 6 and 7 along ranks and
+// files.
 enum PieceType : std::uint8_t {
     NO_PIECE_TYPE = 0,
     PAWN = 1,
