@@ -60,7 +60,7 @@ bool IsKingCapturableBy() {
 // Returns the from-squares of moves that may be illegal. In check, this is the whole board.
 // Otherwise the set contains the king and every piece that may be pinned. A pseudo-legal move from
 // any other square is legal, unless it is an en-passant capture. Every en-passant capture may be
-// illegal, because two pieces leave a line.
+// illegal, because it removes two pawns that may together shield the king.
 template <Colour US>
 Bitboard MaybeIllegalFrom() {
     constexpr Colour THEM = Opponent(US);
