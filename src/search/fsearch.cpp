@@ -29,10 +29,10 @@ constexpr std::int32_t PRUNING_MIN_PLY = Plies(3);
 constexpr std::int32_t FUTILITY_MAX_DEPTH = Plies(4);
 constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // in centipawns
-constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5; // sum of both sides, with kings, without pawns
+constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // both sides together, pawns excluded
 
-// The steps of the search of a node. After each step stands the function that performs it. A
-// function is defined before its callers, so Search comes last.
+// The steps of the search of a node. Each line names a step and the function that performs the
+// step. A function is defined before its callers, so Search comes last.
 //  1. Poll the limits and the host                     Search
 //  2. Detect draws by repetition or material           IsDraw
 //  3. Probe the hash tables                            ProbeHashTable
@@ -132,7 +132,7 @@ bool IsFutilityAllowed(const Node& node) {
 }
 
 // Margins in centipawns. If the static score is at least `cut` above beta, the search of the node
-// ends. If it is at least `reduce` above beta, the depth is reduced by one ply.
+// ends. If the score is at least `reduce` above beta, the depth is reduced by one ply.
 struct FutilityMargins {
     std::int32_t cut;
     std::int32_t reduce;
@@ -157,8 +157,8 @@ std::int32_t ReverseFutility(Node& node) {
     return QuiescenceSearch<US>(node.alpha, node.beta, node.ply, node.last_move);
 }
 
-// Internal iterative deepening: searches the node to a lower depth to find a move that can be
-// searched first. Sets node.hash_index.
+// Internal iterative deepening: searches the node to a lower depth to find a move to search first.
+// Sets node.hash_index if such a move is found.
 template <Colour US>
 void DeepenInternally(Node& node) {
     const std::int32_t depth = node.depth - (node.depth < Plies(8) ? Plies(2) : Plies(3));
@@ -203,9 +203,10 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-// Returns the index in generation order of the move at `index` in the searched list. The two differ
-// because the hash move and the first move were swapped. After a key collision, the result may be
-// outside the list. This does no harm, because PutHashMoveFirst ignores such an index.
+// Returns the index in generation order of the move at `index` in the searched list. The two
+// indices differ because the hash move and the first move were swapped. After a key collision, the
+// result may be outside the list. This does no harm, because PutHashMoveFirst ignores such an
+// index.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -238,8 +239,8 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // This index is not converted to generation order. Keep it so: a converted index would
-            // change the node counts that the tests expect.
+            // The stored index is deliberately not converted to generation order: a converted index
+            // would change the node counts that the tests expect.
             StoreHashTable(board.zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }

@@ -69,7 +69,8 @@ constexpr std::uint64_t Packed(std::int32_t score, std::int32_t depth, Bound bou
 }
 
 // Key of an empty entry in slot 0. Empty entries in the other slots have key 0. An empty entry thus
-// matches no position, because a position with key 0 uses slot 0, and one with key 1 uses slot 1.
+// matches no position, because a position with key 0 uses slot 0, and a position with key 1 uses
+// slot 1.
 constexpr std::uint64_t UNUSED_KEY = 1;
 
 std::size_t PairBytes() { return std::size_t{hash_table_size} * sizeof(HashEntryPair); }

@@ -23,8 +23,8 @@ struct HashEntry {
 };
 
 // Entry size in bytes for the conversion of megabytes to a number of entries. The real entry size
-// is 16 bytes. With a fixed nominal size, a change of the entry layout does not change the number
-// of entries and the results of the search.
+// is 16 bytes. With a fixed nominal size, a change of the entry layout changes neither the number
+// of entries nor the results of the search.
 inline constexpr std::uint32_t NOMINAL_ENTRY_SIZE = 24;
 
 // The two tables of the full-width search are interleaved: the two entries of a slot share a cache
@@ -88,6 +88,6 @@ inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
 // Replaces a mate score by a lower or upper bound that is valid at every depth, and sets `depth`,
-// which may be null. Leaves other scores unchanged. Returns false if the result must not be stored:
-// an upper bound that mates or a lower bound that is mated proves no mate.
+// which may be null. Leaves other scores unchanged. Returns false if the score must not be stored,
+// because the bound does not prove the mate: an upper bound of a win or a lower bound of a loss.
 bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);

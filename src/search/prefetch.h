@@ -12,9 +12,9 @@
 
 inline constexpr std::int32_t PREFETCH_AHEAD = 8;
 
-// Prefetches the hash slots of a key that will soon be probed: always in the quiescence table,
-// because any child may be at the horizon, and with `IS_FULL` also in the full-width tables. Always
-// inlined, because GCC removes calls of functions that only prefetch.
+// Prefetches the hash slots of a key that will soon be probed. The slot in the quiescence table is
+// always included, because any child may be at the horizon. `IS_FULL` adds the full-width tables.
+// Always inlined, because GCC removes calls of functions that only prefetch.
 template <bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchKey(std::uint64_t key) {
     const std::uint32_t slot = SlotOf(key);
@@ -27,7 +27,8 @@ template <Colour US, bool IS_FULL>
 }
 
 // Prefetches the hash slots of the child PREFETCH_AHEAD moves after index `i`. At index 0, also
-// prefetches the children before that one. Call before the move at index `i` is made.
+// prefetches the slots of all children before that child. Call before the move at index `i` is
+// made.
 template <Colour US, bool IS_FULL>
 [[gnu::always_inline]] inline void PrefetchChildren(const MoveList& list, std::int32_t i) {
     if (i == 0) {

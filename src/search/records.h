@@ -27,7 +27,7 @@ struct SearchLimits {
 };
 
 // A principal variation from the root. `plies` is the depth of the iteration. `score` is in
-// centipawns, from the side to move's point of view.
+// centipawns, from the point of view of the side to move at the root.
 struct SearchLine {
     std::int32_t plies;
     std::int32_t score;
@@ -41,7 +41,7 @@ struct SearchHost {
     // Quiescence searches call must_stop only if SearchLimits::is_strict is true.
     bool (*must_stop)() = nullptr;
     // Called before each root move, with `board` in the root position. Returns true if the move may
-    // be searched. If false, the search ends.
+    // be searched. Otherwise the search ends.
     bool (*may_go_on)(const Move& move) = nullptr;
     // Reports a new principal variation.
     void (*tell_line)(const SearchLine& line) = nullptr;
@@ -73,7 +73,7 @@ extern SearchInfo search_info;
 // Sets up search_info for a search that begins now. The first node polls the limits and the host.
 void ResetSearchInfo(const SearchLimits& limits);
 
-// Starts the clock of the running search. `left` is the time that remains for the game.
+// Starts the clock of the running search. `left` is the time left on the engine's clock.
 void StartClock(const TimeLeft& left);
 
 // Polls the limits and the host. Sets search_info.stop and returns the new value.

@@ -20,10 +20,10 @@
 namespace {
 
 constexpr std::int32_t FIRST_DEPTH = Plies(3);
-constexpr std::int32_t ASPIRATION_WINDOW = 33; // in centipawns, to each side of the last score
+constexpr std::int32_t ASPIRATION_WINDOW = 33; // in centipawns, below and above the last score
 // In centipawns. Subtracted from the score of a root move if the score is only an upper bound.
 constexpr std::int32_t BOUND_PENALTY = 50;
-// In centipawns. A move counts as one of the best if its score is at most this much below the best.
+// In centipawns. Moves whose score is at most this much below the best score count as equally good.
 constexpr std::int32_t RANDOM_MARGIN = 3;
 
 struct RootMove {
@@ -57,7 +57,7 @@ void TakeRootMoves(const Move* last_move, std::span<const Move> wanted) {
 
 void StartSearch(const Move* last_move, const SearchLimits& limits) {
     ResetSearchInfo(limits);
-    search_info.nodes = 1; // the root itself
+    search_info.nodes = 1; // counts the root node
     TakeRootMoves(last_move, limits.moves);
     root.is_forced = root.count == 1 && limits.moves.empty();
     root.best_line.length = 0;
@@ -75,7 +75,7 @@ std::int32_t SearchChild(std::int32_t alpha, std::int32_t beta, std::int32_t dep
 // Returns the score of a root move. Call after the move is made. The first move is searched with a
 // window around its score in the last iteration, and again with the full window if the new score is
 // outside that window. Every other move is searched with a zero window above the best score, and
-// again with an upper limit of MATE_EVAL if the move beats the best score.
+// again with the window from the best score to MATE_EVAL if the move beats the best score.
 std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32_t depth) {
     const Move& move = candidate.move;
     const std::int32_t last = candidate.score;
@@ -95,7 +95,7 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
 }
 
 // True if the hash tables contain `score` as the exact score of the move. The probe uses the full
-// window, for which no stored bound is usable, so the probe returns exact scores only.
+// window. No stored bound is usable for that window, so the probe returns exact scores only.
 bool IsExactInTables(const Move& move, std::int32_t score, std::int32_t depth) {
     std::int32_t move_index = NO_MOVE_INDEX;
     MakeMove(move);
@@ -111,8 +111,7 @@ void TakeBest(const RootMove& candidate, std::int32_t score, std::int32_t plies)
     if (search_host.tell_line) search_host.tell_line(BestLine(plies));
 }
 
-// Returns true if the root move may be searched, and false if the node limit is reached or the host
-// ends the search.
+// Returns false if the node limit is reached or the host ends the search.
 bool MayGoOn(const Move& move) {
     return !IsNodeLimitReached() && (!search_host.may_go_on || search_host.may_go_on(move));
 }
@@ -174,8 +173,8 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
 
 // Sets `expected_reply` to the second move of the principal variation. Sets a fake move if the
 // variation has only one move, if `chosen` ends the game, or if `chosen` and the first move of the
-// variation have different squares. The two may still promote to different pieces. For a reply that
-// captures the promoted piece, `captured` is therefore read from the board.
+// variation have different squares. The two moves may still promote to different pieces. For a
+// reply that captures the promoted piece, `captured` is therefore read from the board.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;

@@ -2,8 +2,8 @@
 
 namespace {
 
-// All times are in centiseconds. A search may use 1/10 of a long clock, or 1/15 of a short clock. A
-// clock is long if it is above LONG_CLOCK (a minute or more).
+// All times are in centiseconds. A search may use 1/10 of the clock if the clock is above
+// LONG_CLOCK (a minute or more). Otherwise the search may use 1/15 of the clock.
 constexpr std::uint64_t LONG_CLOCK = 5'999;
 constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
 constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;

@@ -14,5 +14,5 @@ struct TimeLeft {
 std::uint64_t TimeLimit(std::uint64_t clock);
 
 // True if there is time for another iteration. `iteration_time` is the duration of the last
-// iteration, `used` is the duration of the whole search so far.
+// iteration, and `used` is the duration of the whole search so far.
 bool IsTimeForIteration(const TimeLeft& left, std::uint64_t used, std::uint64_t iteration_time);
