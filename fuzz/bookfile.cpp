@@ -1,4 +1,4 @@
-// Fuzzes book files. Each input is a book file that is loaded, played from and listed.
+// Fuzzes book files. Loads each input as a book, plays games from this book, and lists it.
 #include "book/book.h"
 #include "book/bookmaker.h"
 #include "game/gamestate.h"

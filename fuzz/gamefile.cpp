@@ -1,5 +1,6 @@
 // Fuzzes the book builder with game files. The first byte selects the format (PGN or lines of
-// moves) and the number of games in which a move must occur to enter the book.
+// moves) and the minimum number of games for a move: a move that occurs in fewer games is not put
+// into the book.
 #include "book/bookmaker.h"
 #include "harness.h"
 

@@ -36,14 +36,14 @@ std::jmp_buf exit_point;
 int exit_status = 0;     // status passed to exit(); -1 if exit() was not called
 unsigned first_file = 0; // lowest free file descriptor at the start of RunToExit
 
-// Makes the address sanitizer report accesses beyond the first SLOTS entries.
+// Makes the address sanitizer report every access to an entry after the first SLOTS entries.
 template <typename Entry>
 void HideRest(Entry* table, std::uint32_t size) {
     ASAN_POISON_MEMORY_REGION(table + SLOTS, (size - SLOTS) * sizeof(Entry));
 }
 
-// Limits the tables to SLOTS entries, because clearing larger tables would take most of the time.
-// Does nothing if the tables have this size already.
+// Limits the transposition tables to SLOTS entries, because clearing larger tables would take most
+// of the time. Does nothing if the tables have this size already.
 void InitializeSmallTables() {
     if (hash_table_size == SLOTS) return;
     FinalizeHashTable();
@@ -60,22 +60,22 @@ void InitializeSmallTables() {
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
     if (!is_exit_caught) __real_exit(status);
-    CloseFiles(); // files that the failed action has left open
+    CloseFiles(); // exit() would have closed these files
     close_range(first_file, ~0U, 0);
     exit_status = status;
-    std::longjmp(exit_point, 1); // like exit(), destroys no local objects
+    std::longjmp(exit_point, 1); // like exit(), calls no destructors of local objects
 }
 
 // Replaces time() by a constant, so that every run of an input has the same result.
 extern "C" std::time_t __wrap_time(std::time_t*) { return 0; }
 
-// The address sanitizer keeps freed memory in a quarantine before it reuses the memory. This
-// quarantine has about the size of the memory that most inputs free. With a larger one, every
-// allocation would get fresh memory, which takes a quarter of the run time.
+// The address sanitizer keeps freed memory in a quarantine before it reuses the memory. Most inputs
+// free about as much memory as this quarantine holds. With a larger quarantine, every allocation
+// would need fresh memory from the system, which would take a quarter of the run time.
 extern "C" const char* __asan_default_options() { return "quarantine_size_mb=1"; }
 
-// The fuzzer calls this function once. It makes a new working directory, in which the logs are
-// links to /dev/null, and starts a game.
+// The fuzzer calls this function once. The function makes a new working directory, in which the
+// logs are links to /dev/null, and starts a game.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     std::string directory = std::filesystem::temp_directory_path() / "korvane-fuzz-XXXXXX";
     setenv("TZ", "UTC0", 1); // avoids a search for the time-zone file at each use of a date

@@ -1,4 +1,4 @@
-// Functions for all fuzz harnesses: input and output in memory, the state of the engine, and checks
+// Functions for all fuzz harnesses: input and output in memory, resetting the engine, and checks
 // after each step.
 #pragma once
 
@@ -10,23 +10,24 @@
 #include <string>
 #include <string_view>
 
-// A byte of the input that hides the bytes after it for 50 polls, so that a search can run. The
-// engine does not read this byte.
+// After this byte, the rest of a fuzz input stays hidden for 50 polls, so that a search can run.
+// The byte itself never reaches the engine.
 inline constexpr char PAUSE = '\x01';
 
-// Replaces standard input by the text.
+// From now on, the engine reads this text as its standard input.
 void SetInput(std::string_view text);
 
-// From now on, appends standard output to `text`.
+// From now on, the engine's standard output is appended to `text`.
 void SetOutput(std::string* text);
 
-// Closes the files that the engine left open.
+// Closes all files that the engine has opened and not closed.
 void CloseFiles();
 
-// From now on, allocations of tables larger than this fail.
+// From now on, every allocation of a table larger than `bytes` fails.
 void SetMostMemory(std::size_t bytes);
 
-// Puts the engine into the state after start-up and starts a new game, with or without its book.
+// Puts the engine into the state after start-up and starts a new game. The engine uses its book
+// only if `has_book` is true.
 void ResetEngine(bool has_book);
 
 // Runs a function that may call exit(). Returns the exit status, or -1 if exit() was not called.
@@ -35,25 +36,25 @@ int RunToExit(const std::function<void()>& run);
 void WriteText(const char* file_name, std::string_view text);
 std::string ReadText(const char* file_name);
 
-// Writes a book file with four short lines of moves.
+// Writes a book file made from four short games.
 void WriteSmallBook(const char* file_name);
 
-// Prints `what` and aborts if the condition does not hold. The fuzzer then saves the input.
+// If `holds` is false, prints `what` and aborts. The fuzzer then saves the input.
 void Require(bool holds, const char* what);
 
-// Checks the position's records against a recomputation and against the game history.
+// Compares the records of the position with a recomputation and with the end of the game history.
 void CheckPosition();
 
-// Writes the position as a FEN, sets it up from that FEN, and checks that nothing has changed. This
-// starts a new game from the position.
+// Writes the position as a FEN, sets up a new game from this FEN, and checks that the position is
+// unchanged.
 void CheckFen();
 
-// Undoes every move of the game, and checks each position.
+// Undoes every move of the game, and checks every position on the way.
 void CheckUndo();
 
-// Checks that a legal move, written in either notation, reads as the same move. Then plays the
-// move, unless the history is full.
+// Writes a legal move in coordinate notation and in SAN, and checks that each text reads as the
+// same move. Then plays the move. Does nothing if the history is full.
 void PlayLegalMove(const Move& move);
 
-// The same for a move as text. Does nothing if the text is not a legal move.
+// Calls PlayLegalMove for a move given as text. Does nothing if the text is not a legal move.
 void PlayUserMove(std::string_view token);

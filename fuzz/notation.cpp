@@ -1,9 +1,9 @@
 // Fuzzes FEN, PGN and move notation. Each input sets up a position and plays moves. The moves are
 // then undone, written as PGN and read again.
 //
-// An input has one of two forms. If the first byte is an index of STARTS, it selects the position,
-// and words in either notation follow as moves. Otherwise the first line is a FEN, and each byte
-// after the line selects a legal move.
+// An input has one of two forms. If the first byte is an index of STARTS, this byte selects the
+// position, and the rest is a list of moves in coordinate notation or SAN. Otherwise the first line
+// is a FEN, and each byte after this line selects a legal move.
 #include "notation/notation.h"
 #include "board/move.h"
 #include "board/position.h"
@@ -29,7 +29,7 @@ constexpr const char* STARTS[] = {
     "1n2k1n1/P1P3P1/8/2pPp3/5Pp1/Q6Q/p1p2p1p/Q3K2R b K f3 0 1",
 };
 
-// Checks that the moves, written as PGN and read again, are the same.
+// Writes the moves as PGN, reads them again, and checks that they are the same moves.
 void CheckMoveList(std::span<const Move> moves) {
     static char text[1 << 16];
     std::FILE* file = fmemopen(text, sizeof text, "w+");
@@ -88,8 +88,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckUndo();
     Require(board == start, "undoing every move leads back to the start");
     CheckMoveList({moves, static_cast<std::size_t>(count)});
-    // After a FEN from the input, the half-move clock may exceed 100,000. Reading a FEN limits the
-    // clock to 100,000, so CheckFen would report a difference.
+    // A FEN from the input can set the half-move clock to 100,000, the highest value that is read
+    // from a FEN. The moves then increase the clock further, and CheckFen would report a
+    // difference.
     if (is_chosen) CheckFen();
     Require(SetBoardFen(last), "the last position is accepted");
     CheckFen();

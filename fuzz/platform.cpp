@@ -1,5 +1,5 @@
 // The platform layer of the fuzz harnesses: input from memory, output to a string, and a clock that
-// advances at every reading. With these, every run of an input has the same result.
+// advances by a fixed time at every reading. Every run of an input therefore has the same result.
 #include "harness.h"
 #include "platform/system.h"
 
@@ -15,20 +15,21 @@ namespace {
 
 constexpr std::uint64_t TICKS_PER_READING = 30 * TICKS_PER_MILLISECOND;
 constexpr std::size_t PAGE = 4096;
-constexpr int PATIENCE = 4;        // polls without a read before the input seems to end
+// After this many polls without a read, further polls report the end of the input.
+constexpr int PATIENCE = 4;
 constexpr int POLLS_OF_PAUSE = 50; // number of polls for which PAUSE hides the input
 
 std::size_t most_memory = std::size_t{64} << 20; // largest table that can be allocated, in bytes
 std::string_view input;
 int polls = 0; // number of polls since the last read
 int polls_left_of_pause = 0;
-std::string* output = nullptr; // if null, output is dropped
+std::string* output = nullptr; // null to drop the output
 std::vector<std::FILE*> open_files;
 
 std::size_t SizeInPages(std::size_t bytes) { return (bytes + PAGE - 1) / PAGE * PAGE; }
 
-// True if a table is small enough for the heap, where the address sanitizer checks its accesses.
-// Larger tables are mapped: their pages are zero from the start, so they need not be cleared.
+// True if a table is allocated on the heap, where the address sanitizer checks every access to it.
+// Larger tables are mapped: mapped pages are zero from the start, so nothing needs to be cleared.
 bool IsGuarded(std::size_t bytes) { return bytes < std::size_t{1} << 20; }
 
 bool IsPause() {

@@ -13,8 +13,8 @@
 
 namespace {
 
-// A search ends after the root move in which it exceeds this many nodes. The larger limit is for
-// inputs that begin with "sd ".
+// A search starts no further root move after this many nodes. The larger limit is for inputs that
+// begin with "sd ".
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
 constexpr std::int32_t MOST_DEPTH = Plies(4);

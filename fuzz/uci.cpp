@@ -1,5 +1,5 @@
 // Fuzzes whole conversations in UCI. Each line of an input is a command. The engine has a small
-// book. All moves that it prints must be legal.
+// book. All moves that the engine prints must be legal.
 #include "book/book.h"
 #include "game/enginestate.h"
 #include "game/finish.h"
@@ -24,7 +24,7 @@ namespace {
 constexpr std::uint64_t NODES_OF_A_SEARCH = 40;
 constexpr std::uint64_t NODES_OF_A_DEEP_SEARCH = 5'000;
 constexpr std::size_t MOST_MEMORY = std::size_t{6}
-                                    << 20; // in bytes; clearing larger tables takes long
+                                    << 20; // in bytes. Larger tables would take long to clear.
 constexpr int POLLS_OF_AN_INPUT = 500;
 constexpr std::string_view COMMANDS[] = {
     "uci", "debug", "isready",   "setoption", "register", "ucinewgame", "position",
@@ -35,7 +35,8 @@ int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
-// True if the search must end: the input's polls or the search's nodes are used up.
+// True if the search must end: no polls are left for this input, or the search has reached its node
+// limit.
 bool IsEnough() { return polls_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
 constexpr SearchHost HOST = {
@@ -44,8 +45,9 @@ constexpr SearchHost HOST = {
     .tell_line = [](const SearchLine& line) { UCI_HOST.tell_line(line); },
     .tell_iteration = [](const SearchLine& line) { UCI_HOST.tell_iteration(line); }};
 
-// True for commands that no limit makes short, such as "bench". Forcing an elementary mate takes
-// long too, so an input with deep searches may have one such search, and other inputs none.
+// True for a command that would run too long: the node limit does not end "bench", "perft" or a
+// search that forces an elementary mate. An input that begins with PAUSE may start one such mate
+// search.
 bool IsTooLong(std::string_view command) {
     if (command == "bench" || command == "perft") return true;
     if (command != "go" || !uci_options.limit_strength || !IsElementaryWin()) return false;
@@ -59,7 +61,7 @@ std::string_view CommandOf(std::string_view line) {
     return "";
 }
 
-// Checks that the moves are legal, by playing and undoing them. Ignores the word `skipped`.
+// Plays and undoes the moves, and fails if one of them is illegal. Ignores the word `skipped`.
 void CheckLine(std::string_view moves, std::string_view skipped) {
     int played = 0;
     for (std::string_view word; !(word = NextWord(moves)).empty();) {
