@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# Sourced by the scripts that need Korvane, as $root/scripts/build.sh. Build PRESET TARGETS [OPTION]... builds
-# the targets in build/PRESET, for which cmake gets the options. It shows its progress on standard error, and
-# prints nothing if all is up to date.
+# Sourced as $root/scripts/build.sh by the scripts that need Korvane. Build PRESET TARGETS [OPTION]... configures
+# build/PRESET with cmake, which gets the options, and builds the targets. Progress goes to standard error. Prints
+# nothing if all targets are up to date.
 . "${root:?}/scripts/packages.sh"
 
 Build() {
@@ -21,7 +21,7 @@ RunBuild() {
     local preset=$1 targets=$2
     shift 2
     cd "$root" || return
-    # CMake refuses a folder that another generator has made or that was copied from another path.
+    # CMake refuses a build folder that belongs to another generator or was copied from another path.
     if ! grep -qsxF "# For build in directory: $root/build/$preset" "build/$preset/CMakeCache.txt" ||
         [ ! -e "build/$preset/build.ninja" ]; then
         rm -rf "build/$preset/CMakeCache.txt" "build/$preset/CMakeFiles"
@@ -33,7 +33,7 @@ RunBuild() {
     NINJA_STATUS='built:1:%p:' cmake --build --preset "$preset" --target $targets
 }
 
-# CheckSignature BENCH [WORD]...: runs the bench program. Fails if the node count differs from tests/bench.signature.
+# CheckSignature COMMAND...: runs a bench program. Fails if the node count differs from tests/bench.signature.
 CheckSignature() {
     local printed signature recorded
     recorded=$(cat "$root/tests/bench.signature")

@@ -23,12 +23,12 @@ RequirePackages() {
         { echo "Could not install: ${missing[*]}" >&2; exit 1; }
 }
 
-# Runs apt-get as root, with the caller's as_root (sudo or nothing). Prints the output if apt-get fails. Waits while
-# another program holds the lock of apt or dpkg.
+# Runs apt-get as root: the caller's array as_root contains sudo, or is empty if the user is root. Prints the output if
+# apt-get fails. Waits while another program holds the lock of apt or dpkg.
 RunApt() {
     local output lock end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
-    # apt-get writes its progress to descriptor 3 and closes this descriptor in the scripts of packages. These scripts
-    # would lose their output if the progress went to descriptor 1.
+    # apt-get closes the descriptor of its progress reports while the scripts of packages run. The reports use
+    # descriptor 3, because these scripts need descriptor 1 for their output.
     until output=$({ "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         sh -c 'exec apt-get -qq -o APT::Status-Fd=3 "$@" 3>&1 1>&2' sh "$@" </dev/null 2>&4 |
         ShowProgress; } 4>&1); do
@@ -40,9 +40,9 @@ RunApt() {
     done
 }
 
-# ShowProgress [TITLE] copies its input to its output, except the lines in which apt-get and ninja report progress
-# ("built:1: 35%:Linking korvane"). At the first of these lines it prints the title on standard error. If that is a
-# terminal, it also prints the percentage.
+# ShowProgress [TITLE] copies standard input to standard output, except the lines in which apt-get and ninja report
+# progress ("built:1: 35%:Linking korvane"). At the first of these lines it prints the title on standard error. If
+# standard error is a terminal, it also prints the percentage.
 # shellcheck disable=SC2120 # RunApt passes no title
 ShowProgress() {
     local line title=${1:-} percent=
