@@ -19,8 +19,8 @@ struct CaseTest : testing::Test {
     CheckOfCase<Case> check;
 };
 
-// Registers a test for every case. The case's field `name` names the test. The cases must live as
-// long as the program. Returns true, so that the initializer of a constant can make the call:
+// Registers a test for every case, named by the case's field `name`. The cases must live as long as
+// the program. Always returns true, so that the initializer of a constant can make the call:
 //
 //     const bool ARE_CLAIMS_REGISTERED = RegisterCases<Claim>("Protocol/Claims", CLAIMS, Check);
 template <typename Case>
@@ -34,14 +34,14 @@ bool RegisterCases(const char* suite, std::span<const Case> cases, CheckOfCase<C
 }
 
 // A case in a file: the line "NAME | FIELD | FIELD ...". In a file with several suites, NAME begins
-// with the suite: "Plays.APromotion" is a case of the suite "Book/Plays".
+// with the second part of the suite's name: "Plays.APromotion" is a case of the suite "Book/Plays".
 struct TextCase {
     std::string name;
-    std::vector<std::string> fields; // the fields after the name; missing fields are empty
+    std::vector<std::string> fields; // the fields after the name. Missing fields are empty.
 };
 
-// Registers a test for every case of the suite in a file under tests/cases/. Skips empty lines and
-// lines that begin with '#'.
+// Reads a file under tests/cases/ and registers a test for every case of the suite. Skips empty
+// lines and lines that begin with '#'.
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check);
 
 // Returns the text of a file under tests/cases/. Aborts if there is no such file.

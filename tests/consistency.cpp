@@ -17,8 +17,8 @@ std::uint64_t PieceKeys(const Piece (&squares)[SQUARES]) {
     return keys;
 }
 
-// True if the value is the XOR of any subset of the castling keys. Every subset can occur, because
-// a FEN adds the key of each of its castling letters, even if the rook is missing.
+// True if the value is the XOR of a subset of the four castling keys. Every subset can occur,
+// because setting up a FEN adds the key of each castling letter, even if the rook is missing.
 bool IsSetOfCastlingKeys(std::uint64_t keys) {
     for (int rights = 0; rights < 16; ++rights) {
         std::uint64_t rest = keys;
@@ -30,17 +30,18 @@ bool IsSetOfCastlingKeys(std::uint64_t keys) {
     return false;
 }
 
-// Returns the XOR of the castling keys in the hash key of the first position of the game.
+// Returns the castling part of the hash key of the game's first position: an XOR of castling keys.
 std::uint64_t FirstCastlingKeys() {
     const bool is_black = (board.side_to_move == BLACK) != (state_history.count % 2 != 0);
     return zobrist_keys[0] ^ zobrist_xors[0] ^ PieceKeys(state_history.positions[0]) ^
            (is_black ? ZOBRIST_KEY_SIDE_SWITCH : 0);
 }
 
-// Returns the XOR of the castling keys after the game; `keys` is the XOR at the start of the game.
-// The first move of a king toggles the key of each rook square that has an unmoved piece. The first
-// move of a rook toggles the rook's key if the king's square has an unmoved piece. The piece may
-// be of any type, and the board before the move counts. The capture of a rook toggles no key.
+// Returns the castling part of the current hash key. `keys` is the castling part at the start of
+// the game. The first move of a king toggles the key of each rook square that has an unmoved piece
+// before the move. The first move of a rook toggles the rook's key if the king's square has an
+// unmoved piece before the move. The unmoved piece may be of any type. The capture of a rook
+// toggles no key.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];
@@ -61,8 +62,8 @@ std::uint64_t CastlingKeys(std::uint64_t keys) {
     return keys;
 }
 
-// Computes the position's record from its squares. Copies the ply, the side to move and the
-// en-passant key.
+// Computes all fields of `board` again from the pieces on the squares. Copies three fields that the
+// squares do not determine: the ply, the side to move and the en-passant key.
 Position ComputePosition(std::uint64_t castling_keys) {
     Position now{};
     now.side_to_move = board.side_to_move;

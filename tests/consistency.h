@@ -1,4 +1,5 @@
-// Recomputes the records that each move updates, to check them in tests and fuzz harnesses.
+// For tests and fuzz harnesses: checks the position's records, which each move updates, by
+// computing them again.
 #pragma once
 
 #include "board/position.h"

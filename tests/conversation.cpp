@@ -33,7 +33,7 @@ struct Conversation {
     std::unique_ptr<EngineProcess> program = {};
     Texts transcript = {};
     std::array<std::string, 10> groups =
-        {}; // matches of the last pattern with groups, for %1 to %9
+        {}; // texts for %1 to %9, from the last match of a pattern with groups
 };
 
 void ReplaceAll(std::string& text, std::string_view old, std::string_view by) {
@@ -95,15 +95,17 @@ std::string ToBytes(const std::string& text) {
     return bytes;
 }
 
-// True if the line equals the expected text, or matches the pattern after "~ " in that text.
+// True if the line equals the expected text. If the text begins with "~ ", the rest is a pattern,
+// and the line must match the pattern. Stores the groups of the match.
 bool IsLine(const std::string& expected, const std::string& line, std::smatch& groups) {
     if (!expected.starts_with("~ ")) return line == ToBytes(expected);
     return std::regex_match(line, groups, std::regex(expected.substr(2)));
 }
 
-// True if the lines match the expected ones. An expected "..." matches any number of lines, but no
-// errors. `before` is the number of earlier lines, which have matched. `most` becomes the largest
-// number of matching lines in any attempt.
+// True if the lines match the expected lines. An expected line "..." matches any number of lines,
+// but no line of standard error. `before` is the number of earlier lines, which have all matched.
+// Raises `most` to the number of lines that match from the start of the transcript, for the report
+// of a failure.
 bool IsTranscript(std::span<const std::string> lines, std::span<const std::string> expected,
                   std::size_t before, std::size_t& most) {
     std::smatch groups;
@@ -187,8 +189,8 @@ void Save(Conversation& talk, const std::string& file_name) {
     }
 }
 
-// The beginnings of steps. The function of the first one that matches carries out the rest of the
-// step.
+// The texts that begin a step, and the functions that carry out the rest of the step. The first
+// entry that matches a step counts.
 const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> STEPS[] = {
     {"< ", WaitForLine},
     {"$ ", AddShell},
@@ -205,7 +207,8 @@ const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> S
 };
 
 // Carries out the steps and returns the transcript. Stops at the first step that fails. The test
-// also fails if the last step waits for nothing, because the test would not see its effect.
+// also fails if the last step waits for nothing, because the transcript would not show the effect
+// of this step.
 Texts Converse(const std::string& steps) {
     Conversation talk;
     if (!mkdtemp(talk.directory.data())) return {"no directory for the test"};
@@ -253,7 +256,8 @@ void CheckConversation(const std::string& steps, const std::string& expected,
 
 namespace {
 
-// A case with its own fields and the fields of its suite: name, steps, transcript, pattern.
+// A case. `fields` has the fields of the case itself. `suite` has the fields of its suite: name,
+// steps, transcript and pattern.
 struct Script {
     std::string name;
     Texts fields, suite;
@@ -270,7 +274,8 @@ void CheckScript(const Script& script) {
     CheckConversation(fields[1], fields[2], fields[3]);
 }
 
-// Returns the lines of the file without comments. Joins each line with its continuation lines.
+// Returns the lines of the file without comments and empty lines. Joins each line with the
+// continuation lines that follow it.
 Texts ReadLines(const char* file_name) {
     std::istringstream file(ReadCases(file_name));
     Texts lines;
@@ -300,7 +305,8 @@ Texts ToFields(const std::string& line) {
     return fields;
 }
 
-// Replaces each word that a "let" line defines by its text.
+// Replaces each defined word in the line by its text. `words` contains the "let" lines, as pairs of
+// word and text.
 void Define(std::string& line, const std::vector<std::pair<std::string, std::string>>& words) {
     const auto is_part = [&](std::size_t at) {
         return at < line.size() && (line[at] == '_' || std::isalpha(line[at]) != 0);
@@ -317,7 +323,7 @@ void Define(std::string& line, const std::vector<std::pair<std::string, std::str
 } // namespace
 
 bool RegisterConversations(const char* file_name) {
-    static std::deque<Script> scripts; // registered tests refer to the scripts
+    static std::deque<Script> scripts; // registered tests refer to these scripts
     std::vector<std::pair<std::string, std::string>> words;
     std::vector<Texts> suites;
     bool has_cases = true;

@@ -4,8 +4,8 @@
 
 #include <string>
 
-// Carries out the steps. The test fails if the transcript differs from the expected one. Ignores
-// lines of the transcript that match the pattern `left_out`.
+// Carries out the steps. The test fails if the transcript differs from `expected`. Ignores lines of
+// the transcript that match the pattern `left_out`.
 void CheckConversation(const std::string& steps, const std::string& expected,
                        const std::string& left_out = "");
 

@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int PATIENCE = 60'000; // longest silence of a program, in milliseconds
+constexpr int PATIENCE = 60'000; // longest wait for a program, in milliseconds
 
 // The folder of the programs for this system, and the folder of the programs under test.
 const std::string NATIVE_PROGRAMS = std::filesystem::path(KORVANE_BINARY).parent_path();
@@ -31,8 +31,8 @@ void Close(int& end) {
     end = -1;
 }
 
-// Waits until a pipe is ready. After too long a silence or too much output, kills the program,
-// fails the test and returns false.
+// Waits until one of the pipes can be read or written. If the program takes too long or has written
+// too much, kills the program, fails the test and returns false.
 bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
     if (engine.budget > 0 && poll(ends, count, PATIENCE) > 0) return true;
     ADD_FAILURE() << "the program does not come to an end";
@@ -40,7 +40,7 @@ bool IsReady(EngineProcess& engine, pollfd* ends, nfds_t count) {
     return false;
 }
 
-// Reads the available bytes. Returns false at the end of the pipe.
+// Appends available bytes to the pipe's text. Returns false at the end of the pipe.
 bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
     char bytes[4096];
     const ssize_t count = read(pipe.end, bytes, sizeof bytes);
@@ -53,7 +53,7 @@ bool ReadMore(EngineProcess& engine, OutputPipe& pipe) {
 } // namespace
 
 EngineProcess::EngineProcess(const std::string& command, const std::string& directory) {
-    std::signal(SIGPIPE, SIG_IGN); // a write to an ended program must not end the tests
+    std::signal(SIGPIPE, SIG_IGN); // a write to a program that has ended must not end the tests
     std::istringstream stream(PROGRAMS + "/" + command);
     std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
     std::vector<char*> pointers(words.size() + 1, nullptr);
@@ -62,10 +62,11 @@ EngineProcess::EngineProcess(const std::string& command, const std::string& dire
     const bool is_ready =
         pipe2(in, O_CLOEXEC) == 0 && pipe2(out, O_CLOEXEC) == 0 && pipe2(err, O_CLOEXEC) == 0;
     fcntl(out[1], F_SETFL, O_NONBLOCK); // some front ends give the engine a non-blocking output
-    fcntl(in[1], F_SETFL, O_NONBLOCK);  // lets SendText read the output between writes
+    fcntl(in[1], F_SETFL, O_NONBLOCK);  // SendText must not block, because it also reads the output
     pid = is_ready ? fork() : -1;
     if (pid == 0) {
-        std::signal(SIGINT, SIG_DFL); // background jobs start with the signal ignored
+        // If the tests run as a background job, they ignore SIGINT. The program would inherit this.
+        std::signal(SIGINT, SIG_DFL);
         if (chdir(directory.c_str()) == 0 && dup2(in[0], STDIN_FILENO) >= 0 &&
             dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err[1], STDERR_FILENO) >= 0) {
             execv(words[0].c_str(), pointers.data());

@@ -9,7 +9,8 @@
 // The folder of the Windows programs to test; null to test the programs for this system.
 inline const char* const WINDOWS_PROGRAMS = std::getenv("KORVANE_WINDOWS_PROGRAMS");
 
-// A pipe to which the program writes. `text` is the part that ReadLine has not returned yet.
+// A pipe to which the program writes. `text` contains the bytes read from the pipe that ReadLine
+// has not returned yet.
 struct OutputPipe {
     int end = -1; // the test's end of the pipe; -1 if closed
     std::string text = {};
@@ -17,7 +18,8 @@ struct OutputPipe {
 
 // A running program. The destructor kills the process.
 struct EngineProcess {
-    // Starts "PROGRAM ARGUMENT...", separated by blanks, in the directory.
+    // Starts a program in the directory. The command is "PROGRAM ARGUMENT...", with blanks between
+    // the words.
     EngineProcess(const std::string& command, const std::string& directory);
     ~EngineProcess();
     EngineProcess(const EngineProcess&) = delete;
@@ -33,16 +35,17 @@ struct EngineProcess {
 // If the program has ended, stops without a failure.
 void SendText(EngineProcess& engine, std::string_view text);
 
-// Reads the next line without its line feed. Returns false at the end of the pipe. If the program
-// is silent for a minute or exceeds its budget, kills the program and fails the test.
+// Reads the next line and removes its line feed. Returns false at the end of the pipe. If the
+// program writes nothing for a minute or exceeds its budget, kills the program and fails the test.
 bool ReadLine(EngineProcess& engine, OutputPipe& pipe, std::string& line);
 
-// Close the test's end of the input pipe or of the output pipe.
+// These functions close the test's end of a pipe.
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
 
-// Makes the output pipe as small as possible and sends a text with more answers than fit into the
-// pipe. Returns when the program sleeps with unread input: it then waits for a reader.
+// Makes the output pipe as small as possible and sends a text that has more answers than fit into
+// the pipe. Returns when the program sleeps although it has unread input: the program then waits
+// until somebody reads its output.
 void SendWithoutReading(EngineProcess& engine, std::string_view text);
 
 // Waits for the end of the program. Returns "exit STATUS" or "signal NAME".

@@ -42,7 +42,7 @@ std::string ReadCases(const char* file_name) {
 
 namespace {
 
-// The suites in each file for which RegisterFile has not been called yet.
+// For each file that RegisterFile has read: the suites of the file that are not registered yet.
 std::map<std::string, std::set<std::string>>& SuitesLeft() {
     static std::map<std::string, std::set<std::string>> suites;
     return suites;
@@ -52,7 +52,7 @@ std::map<std::string, std::set<std::string>>& SuitesLeft() {
 
 bool RegisterFile(const char* suite, const char* file_name, CheckOfCase<TextCase> check) {
     constexpr std::size_t MAX_FIELDS = 4;
-    static std::deque<std::vector<TextCase>> files; // registered tests refer to the cases
+    static std::deque<std::vector<TextCase>> files; // registered tests refer to these cases
     std::vector<TextCase>& cases = files.emplace_back();
     const std::string text = suite, group = text.substr(text.find('/') + 1);
     const bool is_new_file = SuitesLeft().try_emplace(file_name).second;

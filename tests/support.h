@@ -11,7 +11,8 @@
 // refused.
 void StartAt(const std::string& fen);
 
-// Plays moves in either notation, separated by blanks. The test fails at an illegal move.
+// Plays moves in coordinate notation or SAN, separated by blanks. The test fails at an illegal
+// move.
 void Play(const std::string& moves);
 
 // A block of tests/cases/thinking.txt: a search, or several searches that form a game, with the

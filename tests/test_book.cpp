@@ -1,4 +1,5 @@
-// Opening books: the bytes of the file, building, listing, damaged files, and play from a book.
+// Tests of opening books: the bytes of the file, building, listing, damaged files, and play from a
+// book.
 #include "cases.h"
 #include "support.h"
 
@@ -31,7 +32,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A new directory, which is the working directory during the lifetime of the object.
+// A new directory. It is the working directory while the object exists.
 struct Folder {
     fs::path old_path = fs::current_path();
     fs::path path;
@@ -104,8 +105,8 @@ void CheckListing(const TextCase& test) {
     EXPECT_EQ(BuildAndList(Unescaped(test.fields[1]), is_pgn, minimum), Unescaped(test.fields[2]));
 }
 
-// Runs the action in a child process. The action must fail with the message, leave the old book
-// unchanged, and create no file.
+// Runs the action in a child process. The action must exit with the error message, leave the old
+// book unchanged, and create no file. `input` is the text of the file "in".
 template <typename Action>
 void ExpectFailure(const std::string& input, const std::string& message, Action act) {
     const Folder folder;
@@ -137,7 +138,7 @@ void ExpectDamaged(const std::string& file) {
                 "Error \\(damaged book file\\): bad.bk");
 }
 
-// Fields: an offset in a good book; the number to write there.
+// Fields: an offset in a good book, in bytes; the 32-bit number to write there.
 void CheckDamage(const TextCase& test) {
     const Folder folder;
     BuildAndList("e4 e5 Nf3 *\nd4 d5 *\n");
@@ -245,8 +246,8 @@ TEST_F(Book, DamagedInLength) {
     ExpectDamaged(good + "x");
 }
 
-// The book's 32-bit offsets cannot reach the end of a file of 2^31 bytes. A file that is one byte
-// smaller is refused for another reason.
+// A file of 2^31 bytes is too large for the book's 32-bit offsets. A file that is one byte smaller
+// is also refused, but for another reason.
 TEST_F(Book, TooLarge) {
     for (const std::uintmax_t size : {std::uintmax_t{1} << 31, (std::uintmax_t{1} << 31) - 1}) {
         std::ofstream("bad.bk").put(0);
@@ -268,12 +269,12 @@ TEST_F(BookInPlay, ChoosesEveryMoveAboutEquallyOften) {
     }
     EXPECT_EQ(times.size(), 3u);
     for (const char* move : {"e2e4", "d2d4", "c2c4"}) {
-        EXPECT_NEAR(times[move], 1000, 250) << move; // about ten standard deviations
+        EXPECT_NEAR(times[move], 1000, 250) << move; // 250 is about ten standard deviations
     }
 }
 
-// The position has about two hundred moves. Each book line takes nine characters, and
-// book_state.help has room for 56 lines.
+// The book has every legal move of the position, about two hundred. The list of book moves
+// (book_state.help) has room for 56 moves, at nine characters each.
 TEST_F(BookInPlay, PrintsAsManyMovesAsFit) {
     StartAt("R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1");
     MoveTrieNode node{};

@@ -1,4 +1,4 @@
-// Tests the dumps for debugging.
+// Tests of the functions that dump positions, moves, bitboards and keys for debugging.
 #include "support.h"
 
 #include "board/position.h"

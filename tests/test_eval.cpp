@@ -1,4 +1,4 @@
-// The evaluation: exact scores, and equal scores for mirrored positions.
+// Tests of the evaluation: exact scores, and equal scores for mirrored positions.
 #include "cases.h"
 
 #include "board/position.h"
@@ -18,7 +18,7 @@ std::int32_t ScoreOf(const std::string& placement, const char* side) {
     return board.side_to_move == WHITE ? Evaluate<WHITE>() : Evaluate<BLACK>();
 }
 
-// Mirrors the board from left to right: the a-file becomes the h-file.
+// Exchanges left and right: the a-file becomes the h-file.
 std::string Mirrored(std::string placement) {
     for (auto rank = placement.begin(), end = rank; end != placement.end(); rank = end + 1) {
         end = std::find(rank, placement.end(), '/');
@@ -27,7 +27,7 @@ std::string Mirrored(std::string placement) {
     return placement;
 }
 
-// Exchanges White and Black: reverses the ranks and the colours of the pieces.
+// Exchanges White and Black: reverses the order of the ranks and the colours of the pieces.
 std::string Turned(std::string placement) {
     std::ranges::reverse(placement);
     for (char& c : placement) {
@@ -48,8 +48,8 @@ void CheckScore(const TextCase& test) {
 
 const bool HAS_SCORES = RegisterFile("Eval/Scores", "scores.txt", CheckScore);
 
-// Puts each white piece on each square, with kings on h1 and h8 and with many, some or no other
-// white pieces on rank 7. Skips positions that are illegal with black to move.
+// Puts one white piece of each type on each square, with kings on h1 and h8, and with eight, four
+// or no other white pieces on rank 7. Skips positions that are illegal with black to move.
 TEST(Eval, IsTheSameForBothColoursAndWings) {
     for (const std::string seventh : {"RRNNBBQQ", "RRNN1111", "11111111"}) {
         for (std::size_t i = 0; i < 6 * 64; ++i) {
@@ -66,7 +66,8 @@ TEST(Eval, IsTheSameForBothColoursAndWings) {
             }
             const std::int32_t score = ScoreOf(squares, "b");
             ASSERT_EQ(ScoreOf(Turned(squares), "w"), score) << squares;
-            // With many pieces on the board, a king on c1 scores slightly higher than on f1.
+            // With many pieces on the board, a king on c1 scores slightly higher than a king on f1,
+            // so the scores of the mirrored positions differ.
             const bool is_exception = piece == 'K' && seventh == "RRNNBBQQ" && rank == 0;
             if (is_exception && (file == 2 || file == 5)) continue;
             ASSERT_EQ(ScoreOf(Mirrored(squares), "b"), score) << squares;

@@ -67,7 +67,7 @@ void CheckWritten(const TextCase& test) {
     EXPECT_EQ(WrittenSan(move), test.fields[2]);
 }
 
-// Fields: a FEN; moves; the line printed at the end of the game, or nothing if the game goes on.
+// Fields: a FEN; moves; the line that is printed if the moves end the game, otherwise nothing.
 void CheckEnding(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
@@ -78,8 +78,9 @@ void CheckEnding(const TextCase& test) {
     EXPECT_EQ(game_state.game_over, !wanted.empty());
 }
 
-// Fields: a FEN in which black can only move the king; the first move at which white has enough
-// time left to win; the move at which the engine resigns as black, or 0 if it does not resign.
+// Fields: a FEN in which black can only move the king; the number of the first move at which white
+// has enough time left to win; the number of the move at which the engine, as black, resigns, or 0
+// if it does not.
 void CheckResignation(const TextCase& test) {
     StartAt(test.fields[0]);
     engine_state.depth_limit = Plies(3);
@@ -106,7 +107,7 @@ const bool HAS_GAME_CASES[] = {
     RegisterFile("Finish/Ends", "endings.txt", CheckEnding),
     RegisterFile("Finish/Resigns", "resignations.txt", CheckResignation)};
 
-// Different positions with the same key are not a repetition.
+// Different positions with the same hash key must not count as a repetition.
 TEST(Finish, RepetitionLooksAtTheBoards) {
     StartAt("4k3/8/8/8/8/8/8/4K2R w - - 0 1");
     Play("Rh2 Kd8 Rh3 Kd7 Rh4 Kd6");
@@ -121,7 +122,7 @@ TEST(Finish, MateScores) {
     EXPECT_FALSE(IsMateEval(MATE_EVAL_THRESHOLD) || IsMateEval(-MATE_EVAL_THRESHOLD));
 }
 
-// A position set up from its FEN has the same key as after the moves.
+// The hash key after some moves must equal the key of the same position set up from its FEN.
 TEST(Fen, GivesTheKeyThatMovesGive) {
     for (const char* const moves :
          {"", "e4 a6", "Nf3 Nf6 Rg1 d6", "e4", "e3 a5 Ke2 Ra6", "Na3 h5 Rb1 Rh6", "e4 a6 e5 d5"}) {

@@ -31,8 +31,8 @@ TEST(Moves, EnPassantIsOverAfterANullMove) {
     EXPECT_EQ(board.zobrist_xor, ZOBRIST_KEY_ENPASSANT[20]);
 }
 
-// The first move of a rook toggles a castling key if the king's home square (e1) has an unmoved
-// piece before the move. In this test, that piece is the rook itself.
+// The first move of a rook toggles a castling key if there is an unmoved piece on the king's home
+// square (e1) before the move. In this test, the unmoved piece on e1 is the rook itself.
 TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
     StartAt("3k4/8/8/8/8/8/8/4R1KR w K - 0 1");
     const std::uint64_t key = board.zobrist_key;
@@ -42,8 +42,8 @@ TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
                                            PieceKey(WHITE, ROOK, 12));
 }
 
-// Plays random games from several positions. Checks the records after every move, each position
-// when the game is undone, and the last position when it is set up from its FEN.
+// Plays random games from several positions and checks the records after every move. Then undoes
+// the game and compares each position. Also sets up the last position from its FEN.
 TEST(Moves, RandomGames) {
     const char* const starts[] = {
         INITIAL_FEN,

@@ -1,4 +1,5 @@
-// Tests of the programs over pipes. Most cases are in files under tests/cases/.
+// Tests that run the programs and talk to them over pipes. Most cases are in files under
+// tests/cases/.
 #include "conversation.h"
 
 #include "search/hash.h"

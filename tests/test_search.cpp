@@ -23,7 +23,7 @@
 namespace {
 
 constexpr std::uint64_t KEY = 0x123456789ABCDEF0;
-constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // same slot as KEY
+constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // has the slot of KEY
 
 // Probes the tables for a key. Returns the score and the index of the best move.
 std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
@@ -50,7 +50,7 @@ TEST_F(Hash, DeeperEntryOfAnotherPositionStaysForFourPlies) {
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{50, 7}));
     EXPECT_EQ(Ask(OTHER_KEY, 0, 1, 8), (std::pair{2, 4}));
     game_state.ply_count = 15;
-    StoreHashTable(KEY, 1, 8, BOUND_UPPER, 3); // does not replace the deeper entry of this position
+    StoreHashTable(KEY, 1, 8, BOUND_UPPER, 3); // must not replace the deeper entry of KEY
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{50, 7}));
     StoreHashTable(OTHER_KEY, 2, 8, BOUND_EXACT, 4);
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{UNKNOWN_EVAL, -1}));
@@ -61,7 +61,8 @@ TEST_F(Hash, ForcedScoreIsExactInBothTables) {
     StoreHashTable(KEY, 30, 8, BOUND_UPPER, 3);
     ForceHashTable(KEY, 0);
     EXPECT_EQ(Ask(KEY, 100, 200, 40), (std::pair{0, 7}));
-    // At a greater depth no score is usable. The move then comes from the shallower entry.
+    // Neither entry is deep enough for a probe at depth 41, so no score is returned. The move comes
+    // from the shallower entry, which has depth 8.
     EXPECT_EQ(Ask(KEY, 100, 200, 41), (std::pair{UNKNOWN_EVAL, 3}));
     StoreHashTable(OTHER_KEY, 60, 8, BOUND_LOWER, 5);
     ForceHashTable(OTHER_KEY, 0);
@@ -77,13 +78,13 @@ TEST_F(Hash, ForcedScoreIsOfOnePositionOnly) {
     EXPECT_EQ(Ask(KEY, 0, 1, 40), (std::pair{0, 7}));
 }
 
-// The result of a search. `lines` has depth, score, nodes and moves of each line that the search
-// reports.
+// The result of a search. `lines` contains a text line for each reported variation: depth, score,
+// nodes and moves.
 struct Thought {
     std::string move, reply; // in coordinate notation, or "none"
     std::int32_t score;
-    std::int32_t depth = 0;  // depth of the last line, in plies
-    std::uint64_t nodes = 0; // node count at the last line
+    std::int32_t depth = 0;  // depth of the last report, in plies
+    std::uint64_t nodes = 0; // node count at the last report
     std::string lines;
 };
 Thought thought;
@@ -152,8 +153,8 @@ void CheckChoice(const TextCase& test) {
     EXPECT_EQ(Think(3), test.fields[2]);
 }
 
-// Fields: a FEN; moves; a depth in plies; names and values of results. "!" before a value means any
-// other value.
+// Fields: a FEN; moves; a depth in plies; names and values of results. "!2" means any value except
+// 2.
 void CheckResult(const TextCase& test) {
     StartAt(test.fields[0]);
     Play(test.fields[1]);
@@ -173,8 +174,9 @@ const bool HAS_SEARCH_CASES[] = {RegisterFile("Search/Draws", "draws.txt", Check
                                  RegisterFile("Search/Results", "results.txt", CheckResult),
                                  RegisterFile("Search/Chooses", "choices.txt", CheckChoice)};
 
-// At depth 3 two moves score 127. The second score is only a bound, so it is reduced by 50. At
-// depth 4 the first move scores 0. The search then ends and chooses the second move.
+// At depth 3 two moves score 127 centipawns. The second score is only a bound, so the search
+// reduces it to 77. At depth 4 the first move scores 0, and the host then ends the search. The
+// second move is now the best.
 TEST(Search, TakesFiftyCentipawnsOffABound) {
     StartAt("8/4k3/2P5/8/8/2K5/8/8 w - - 0 1");
     const SearchHost host = {.may_go_on = [](const Move&) {
@@ -186,8 +188,8 @@ TEST(Search, TakesFiftyCentipawnsOffABound) {
     EXPECT_EQ(thought.move, "c3b4");
 }
 
-// The quiescence search at the end of a root move often exceeds the node limit. The search of
-// another root move must not begin after that.
+// The search of a root move can exceed the node limit, because its last quiescence search runs to
+// the end. After that, the search must not begin another root move.
 TEST(Search, KeepsToItsLimitOfNodes) {
     static std::int32_t begun_too_late;
     begun_too_late = 0;
@@ -205,9 +207,9 @@ TEST(Search, KeepsToItsLimitOfNodes) {
     EXPECT_LE(search_info.nodes, 110'000u);
 }
 
-// A search that is stopped in its first root move still searches one leaf, unless its limits are
-// strict. The quiescence search of this leaf stores table entries. They change the number of nodes
-// in the next search.
+// The host stops the search in its first root move. Unless the limits are strict, the quiescence
+// search of one more leaf still runs and stores table entries. These entries change the node count
+// of the next search.
 TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     const std::int32_t size = engine_state.hash_size;
     static int polls;
@@ -227,8 +229,8 @@ TEST(Search, FinishesAQuiescenceSearchUnlessItsLimitsAreStrict) {
     EXPECT_EQ(nodes, "2336 2388 ");
 }
 
-// The engine chooses at random between two promotions with equal scores. The expected reply must
-// capture the piece of the chosen promotion.
+// The engine chooses at random between two promotions with equal scores, to a rook and to a queen.
+// The reply must capture the piece that was chosen.
 TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     StartAt("6k1/8/8/8/8/6P1/1p3PK1/N2Q4 b - - 0 1");
     engine_state.use_random = true;

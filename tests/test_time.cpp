@@ -1,5 +1,5 @@
-// Tests of the time rules, and of searches that must obey them. No test depends on the speed of the
-// machine.
+// Tests of the rules that allot time to a search, and of searches that must obey these rules. No
+// test depends on the speed of the machine.
 #include "cases.h"
 #include "support.h"
 
@@ -35,8 +35,8 @@ void CheckIteration(const TextCase& test) {
 const bool ARE_RULES_REGISTERED[] = {RegisterFile("Time/Limit", "time.txt", CheckLimit),
                                      RegisterFile("Time/Iteration", "time.txt", CheckIteration)};
 
-// Runs a search that polls the clock at its first node. The start time is 0, so the used time
-// exceeds every limit except UNKNOWN_CLOCK.
+// Runs a search that polls the clock at its first node. Its start time is 0, so the time used is
+// the value of the system clock, which exceeds every limit except UNKNOWN_CLOCK.
 std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     StartAt(INITIAL_FEN);
     Play("e2e4");
@@ -46,7 +46,8 @@ std::int32_t SearchPastItsTime(std::uint64_t time_limit) {
     return FullSearch(-500, 500, 8, 4, LastMove(), nullptr, 0);
 }
 
-// SystemTime is the steady clock, so a change of the machine's clock has no effect on searches.
+// SystemTime must read the steady clock, so that setting the machine's clock has no effect on
+// searches.
 TEST(Time, IsThatOfTheSteadyClock) {
     const auto now = [] {
         using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
@@ -70,7 +71,8 @@ TEST(Time, IsPolledAgainAndAgain) {
     search_info = {};
     search_info.max_ply = 100;
     search_info.next_poll = NODE_CHECK_INTERVAL;
-    FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0); // time limit 0: stops at the first poll
+    // The time limit is 0, so the first poll stops the search.
+    FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0);
     EXPECT_TRUE(search_info.stop);
     EXPECT_GE(search_info.nodes, 10'000u);
     EXPECT_LT(search_info.nodes, 11'000u);
@@ -97,8 +99,8 @@ TEST(Time, LimitsASearchByTheClock) {
     EXPECT_EQ(search_info.time_limit, 399u);
 }
 
-// With less than half a second left, the search ends after its first iteration, of depth 3. Without
-// a clock it goes deeper.
+// With less than half a second left, the search ends after its first iteration, which has depth 3.
+// Without a clock, the search goes deeper.
 TEST(Time, KeepsTheLastHalfSecond) {
     for (const std::uint64_t clock : {std::uint64_t{49}, UNKNOWN_CLOCK}) {
         StartAt("8/8/8/8/8/1k6/8/K6B w - - 0 1");

@@ -1,5 +1,4 @@
-// Tests of the engine's turn: its effects on the records of the game and on the transposition
-// tables.
+// Tests of MakeEngineMove: its effects on the records of the game and on the transposition tables.
 #include "support.h"
 
 #include "board/position.h"
@@ -15,13 +14,13 @@
 
 namespace {
 
-constexpr std::int32_t KEPT_DEPTH = 2000; // in quarter-plies, above the depth of any search
+constexpr std::int32_t KEPT_DEPTH = 2000; // in quarter-plies, greater than the depth of any search
 constexpr std::int32_t KEPT_EVAL = 900'000;
 
 // White can save the game only by perpetual check.
 const char* const PERPETUAL = "6k1/6p1/8/7Q/8/8/qr6/7K w - - 0 1";
 
-// Plays the engine's move and drops its output.
+// Lets the engine move, and drops the output.
 void MakeMoveSilently() {
     engine_state.ponder = 0;
     engine_state.depth_limit = Plies(4);
@@ -31,9 +30,9 @@ void MakeMoveSilently() {
     engine_state.ponder = 1;
 }
 
-// Plays the moves, then a move of the engine. Returns true if the tables then contain a draw score
-// for the position before the opponent's last move. An entry for that position is stored first,
-// with a bound that no search can use.
+// Plays the moves and lets the engine move. Returns true if the tables then contain a draw score
+// for the position before the opponent's last move. Only existing entries get such a score, so the
+// function first stores an entry for this position, with a bound that no search can use.
 bool IsDrawForcedAfter(const char* fen, const char* moves) {
     StartAt(fen);
     Play(moves);
@@ -48,7 +47,8 @@ TEST(Turns, RepetitionIsADrawInLaterSearches) {
     EXPECT_TRUE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7 e8h5 h7g8"));
     EXPECT_EQ(board.zobrist_ply_number, 5);
     EXPECT_FALSE(IsDrawForcedAfter(PERPETUAL, "h5e8 g8h7")); // no position has occurred twice
-    // The engine can only repeat the position, but its score is negative, so no draw is stored.
+    // The engine's only legal move repeats the position, but scores less than 0. MakeEngineMove
+    // stores a draw score only after a move with a score of at least 0.
     EXPECT_FALSE(IsDrawForcedAfter("1r6/8/8/8/8/8/8/K6k w - - 0 1", "a1a2 h1h2 a2a1 h2h1"));
 }
 

@@ -1,4 +1,5 @@
-// Tests the command channel on a console. The functions below simulate the console.
+// Tests of the command channel (platform/channel.h) on a console. The functions below simulate the
+// console.
 #include "platform/channel.h"
 #include "platform/system.h"
 
@@ -7,13 +8,13 @@
 
 namespace {
 
-std::string typed;   // input that is typed but not yet read
-int events = 0;      // number of events that are waiting in the console
+std::string typed;   // console input that has not been read yet
+int events = 0;      // number of unread events (such as key presses) of the console
 int quiet_calls = 0; // number of calls of QuietConsole
 bool is_asked = false;
 
-// Polls for a line and leaves it in the channel. Returns the line, or "untouched" if none is
-// waiting.
+// Polls the channel and returns the waiting line, which stays in the channel. Returns "untouched"
+// if no line is waiting.
 std::string Look(int waiting_events) {
     events = waiting_events;
     CommandLine line = "untouched";
@@ -40,8 +41,8 @@ std::size_t ReadInput(std::span<char> room) {
 
 void WriteOutput(std::string_view) {}
 
-// One waiting event can be a single key press. The channel must not read then, because a read waits
-// for a whole line.
+// A single waiting event can be the press of one key. The channel must not read in this case,
+// because the read would block until the line is complete.
 TEST(Console, WaitsForMoreThanOneEvent) {
     typed = "go\r\nnew\r\n";
     EXPECT_EQ(Look(0), "untouched");

@@ -1,6 +1,7 @@
-// bridge PROGRAM [WORD]...: runs a Windows program under Wine and connects it by Windows pipes. On
-// a Linux pipe, a Windows program cannot learn the number of waiting bytes. The bridge forwards
-// input and output until they end, and exits with the status of the program.
+// bridge PROGRAM [WORD]...: runs a Windows program with Windows pipes as its standard input, output
+// and error. Under Wine, a program cannot learn the number of waiting bytes of a Linux pipe. The
+// bridge copies input and output between the Linux and Windows pipes until they end, and exits with
+// the status of the program.
 #include <cstdio>
 #include <string>
 #include <thread>
@@ -38,7 +39,7 @@ int main() {
     start.hStdInput = input.reader;
     start.hStdOutput = output.writer;
     start.hStdError = errors.writer;
-    // Removes the name of the bridge from the command line.
+    // Removes the bridge's own name from the command line. The rest is the command to run.
     std::wstring line = GetCommandLineW();
     const std::size_t name_end = line.front() == L'"' ? line.find(L'"', 1) + 1 : line.find(L' ');
     line.erase(0, line.find_first_not_of(L' ', name_end));
@@ -59,5 +60,6 @@ int main() {
     WaitForSingleObject(program.hProcess, INFINITE);
     DWORD status = 0;
     GetExitCodeProcess(program.hProcess, &status);
-    TerminateProcess(GetCurrentProcess(), status); // also ends the thread that reads the input
+    // Ends the process at once, although a thread may still be reading the input.
+    TerminateProcess(GetCurrentProcess(), status);
 }

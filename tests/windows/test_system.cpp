@@ -1,4 +1,4 @@
-// Tests of the Windows platform layer, with pipes and files of Windows.
+// Tests of the platform layer on Windows.
 #include "platform/enforce.h"
 #include "platform/system.h"
 
@@ -12,9 +12,11 @@
 
 namespace {
 
-const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt"; // a name that fits no code page
+// A file name in UTF-8. No code page has all its characters.
+const std::string STRANGE = "\xC3\xA4 \xE2\x99\x9E \xD0\xB6.txt";
 
-// Replaces standard input and output by pipes. The test uses their other ends: `typing`, `reading`.
+// Replaces standard input and output by pipes. The test writes to `typing`, the other end of
+// standard input, and reads from `reading`, the other end of standard output.
 struct System : testing::Test {
     HANDLE old_input = GetStdHandle(STD_INPUT_HANDLE), old_output = GetStdHandle(STD_OUTPUT_HANDLE);
     HANDLE input = nullptr, typing = nullptr, reading = nullptr, output = nullptr;
@@ -86,8 +88,8 @@ TEST_F(System, SeesTheEndOfTheInputAfterWhatIsLeft) {
     EXPECT_EQ(Read(), "");
 }
 
-// Runs in a child process: a read of standard input starts a thread that watches standard output
-// until the process ends.
+// Runs in a child process, because a read of standard input starts a thread that watches standard
+// output until the process ends.
 TEST_F(System, WaitsForInputNoLongerThanSomebodyListens) {
     const auto wait = [this] {
         std::thread front_end([this] { HangUp(reading); });
@@ -111,7 +113,8 @@ TEST_F(System, ReadsFilesToTheirEnd) {
     std::filesystem::remove("in");
 }
 
-// Must be the last test of this suite: once closed, the output stays closed for the platform layer.
+// Must be the last test of this suite: after standard output has closed, the platform layer reports
+// it as closed for ever.
 TEST_F(System, SeesThatNobodyListens) {
     EXPECT_EQ(WaitingInput(), 0);
     HangUp(reading);
