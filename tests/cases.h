@@ -1,5 +1,5 @@
-// Registers cases as tests. A case is a row of a table or a line of a file under tests/cases/. Its
-// test is called `Suite.Name`.
+// Registers cases as tests. A case is a row of a table or a line of a file under tests/cases/. The
+// test of a case is called `Suite.Name`.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -96,7 +96,7 @@ std::string ToBytes(const std::string& text) {
 }
 
 // True if the line equals the expected text. If the text begins with "~ ", the rest is a pattern,
-// and the line must match the pattern. Stores the groups of the match.
+// and the line must match the pattern. Stores the groups of the match in `groups`.
 bool IsLine(const std::string& expected, const std::string& line, std::smatch& groups) {
     if (!expected.starts_with("~ ")) return line == ToBytes(expected);
     return std::regex_match(line, groups, std::regex(expected.substr(2)));

@@ -25,7 +25,7 @@ struct EngineProcess {
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;
 
-    pid_t pid = -1; // -1 after WaitForExit
+    pid_t pid = -1; // process number; -1 after WaitForExit
     int input = -1; // the test's end of the input pipe; -1 if closed
     OutputPipe output = {}, errors = {};
     long budget = 1'000'000; // bytes that the program may still write

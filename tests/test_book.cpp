@@ -115,7 +115,7 @@ void ExpectFailure(const std::string& input, const std::string& message, Action 
     WriteText("in", input);
     EXPECT_EXIT(act(), testing::ExitedWithCode(1), "Error \\(" + message);
     EXPECT_EQ(ReadText("out.bk"), old_book);
-    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3); // in, out.bk and out.txt
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 3); // the files in, out.bk, out.txt
 }
 
 // Fields: the text of the file "in"; "make BOOK TEXT" or "show BOOK LISTING"; a pattern for the

@@ -44,7 +44,7 @@ void CheckSight(const TextCase& test) {
     }
 }
 
-// The level plays for both sides.
+// Plays both sides at each level. The game must end in mate.
 void CheckWin(const TextCase& test) {
     for (const std::int32_t elo : ToLevels(test.fields[1])) {
         StartAt(test.fields[0]);
