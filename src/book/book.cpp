@@ -46,8 +46,9 @@ void DropChild(MoveTrieNode& parent, MoveTrieNode** link) {
 
 // Checks the moves of the subtree. Replaces each move by the generated move with the same squares
 // and promotion, because the other fields of the file's move may be wrong. Returns false if a move
-// is illegal. After a promotion, illegal moves are dropped instead. Promotions to different pieces
-// share a node, so a reply to one promotion may be illegal after another.
+// is illegal, except after a promotion: illegal moves after a promotion are dropped. They can occur
+// in a correct book, because promotions to different pieces share a node, so a reply to one
+// promotion may be illegal after another.
 bool MakePlayable(MoveTrieNode& node, const Move* last_move, bool is_behind_promotion) {
     for (MoveTrieNode** link = &node.children; *link;) {
         MoveTrieNode& child = **link;

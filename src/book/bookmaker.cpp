@@ -23,8 +23,9 @@ constexpr std::int32_t MAX_GAME_MOVES = 512; // in plies; the rest of a longer g
 constexpr int LISTING_WIDTH = 1024;
 constexpr std::int32_t PROGRESS_STEP = 500; // number of games between progress reports
 
-// MakeBook stores the moves of a game here, starting at moves[0]. ShowBook stores the path from the
-// root to a node of the book. On such a path, moves[0] is the undefined move of the root.
+// A line of moves. In MakeBook, `line` contains the moves of a game, and moves[0] is the first
+// move. In ShowBook, `line` contains the path from the root to a node of the book. There, moves[0]
+// is the undefined move of the root, and moves[1] is the first move.
 struct Line {
     std::int32_t length;
     Move moves[MAX_GAME_MOVES + 1];
@@ -50,8 +51,8 @@ struct GameFile {
     std::int32_t games; // number of games read, including the current one
 };
 
-// Ends the program with an error message about the illegal move `token`. On a console, the message
-// also contains the game and the move number.
+// Ends the program with an error message about the illegal move `token`. If standard error is a
+// console, the message also contains the number of the game and the move number.
 [[noreturn]] void RefuseMove(const GameFile& input, const char* token) {
     std::string message = std::string("Error (illegal move): ") + token;
     if (IsConsoleErrors()) {

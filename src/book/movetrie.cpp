@@ -24,7 +24,7 @@ constexpr std::size_t RECORD_BYTES = MOVE_BYTES + NUMBER_BYTES;
 // Maximum size of a book file in bytes. Limited by the offsets, which are signed 32-bit integers.
 constexpr std::size_t MAX_BOOK_SIZE = std::numeric_limits<std::int32_t>::max();
 
-// Number of names to try for the temporary file.
+// Number of names to try for the temporary file that contains the unfinished book.
 constexpr int UNFINISHED_NAMES = 100;
 
 using Bytes = std::vector<unsigned char>;
@@ -100,8 +100,8 @@ std::int32_t CountKept(const MoveTrieNode& node, std::int32_t minimum_count) {
     return kept;
 }
 
-// Appends the records of a node and its subtree. Returns the number of records, or 0 if the file
-// would exceed MAX_BOOK_SIZE.
+// Appends the records of a node and its subtree. Omits nodes with a count below `minimum_count`,
+// and their subtrees. Returns the number of records, or 0 if the file would exceed MAX_BOOK_SIZE.
 std::int32_t AppendNode(Bytes& image, const MoveTrieNode& node, bool is_root,
                         std::int32_t minimum_count) {
     const std::size_t start = image.size();
@@ -203,8 +203,8 @@ bool IsMemoryFor(std::uintmax_t nodes) {
     return room != nullptr;
 }
 
-// Returns null, or an error message if the file is too large. Accepts a file of unknown size, such
-// as a pipe.
+// Returns an error message if the file exceeds MAX_BOOK_SIZE, or if there is not enough memory for
+// its nodes. Returns null otherwise, also for a file of unknown size, such as a pipe.
 const char* JudgeSize(const char* file_name) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(PathOf(file_name), error);

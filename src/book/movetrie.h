@@ -10,7 +10,7 @@
 
 struct MoveTrieNode {
     Move move;          // the move that leads to this node; undefined in the root
-    std::int32_t count; // number of games with this node; UNWEIGHTED_COUNT if not from PGN
+    std::int32_t count; // number of games that contain this node; UNWEIGHTED_COUNT if not from PGN
     MoveTrieNode* children;
     MoveTrieNode* next; // next child of the same parent
     std::int32_t child_count;
@@ -29,8 +29,9 @@ inline constexpr std::string_view NO_MEMORY_FOR_BOOK = "there is no memory for i
 // Initializes a node without children. Keeps the node's move and count.
 void InitMoveTrie(MoveTrieNode& node);
 
-// Adds a line of moves that starts at the root. A new node becomes the first child of its parent. A
-// weighted line adds 1 to the count of each of its nodes.
+// Adds a line of moves that starts at the root. A new node becomes the first child of its parent.
+// If `is_weighted` is true, adds 1 to the count of each node of the line. If it is false, the count
+// of a new node is UNWEIGHTED_COUNT, and existing counts do not change.
 void InsertIntoMoveTrie(MoveTrieNode& root, std::span<const Move> moves, bool is_weighted);
 
 // Writes the trie to a book file. Omits nodes with a count below the minimum, and their subtrees.
