@@ -1,5 +1,5 @@
 // The state history: all positions of the current game, with copies of game_state and book_state.
-// Also makes moves of the game and takes them back.
+// Also the functions that make a move of the game or take it back.
 #pragma once
 
 #include "board/move.h"
@@ -20,8 +20,8 @@ struct StateHistory {
 };
 extern StateHistory state_history;
 
-// Maximum length of a game, in plies. Later moves are refused. The search needs the remaining
-// entries of zobrist_keys for its own moves.
+// Maximum length of a game, in plies. Moves beyond this length are refused. The remaining
+// MAX_LINE_PLIES entries of zobrist_keys are reserved for the moves of the search.
 inline constexpr std::int32_t MAX_GAME_PLIES = MAX_PLY_NUMBER - MAX_LINE_PLIES;
 static_assert(MAX_GAME_PLIES < HISTORY_SIZE);
 
