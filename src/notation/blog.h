@@ -5,7 +5,8 @@
 
 #include <string_view>
 
-// Appends a summary line to GameLog. Call CorrectPgnTagValues on `info` first.
+// Appends a summary line to GameLog. Call CorrectPgnTagValues on `info` first, so that the tags
+// match the colours played.
 void BlogGame(const PgnGameInfo& info);
 
 // Appends the message to ErrorLog, with the program version, date and time.

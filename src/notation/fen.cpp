@@ -169,9 +169,9 @@ const char* ReadFields(std::string_view text, Fen& fen) {
     return FaultOfPosition(fen);
 }
 
-// Records a pawn's double step over `square` as the last move. Leaves the colour out of the move's
-// piece fields, because only the piece type is used. Adds the en passant key to the Zobrist key
-// only if an en passant capture is legal.
+// Records a pawn's double step over `square` as the last move. Sets the move's `piece` and
+// `promoted` to the piece type without a colour, because readers of the last move use only the
+// type. Adds the en passant key to the Zobrist key only if an en passant capture is legal.
 void PlaceEnPassant(int square) {
     const Colour pusher = Opponent(board.side_to_move);
     Move& push = game_state.last_move;

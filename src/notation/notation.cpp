@@ -23,7 +23,7 @@ struct MoveWish {
     PieceType promotion = NO_PIECE_TYPE;
 };
 
-// Returns NO_SQUARE if the square is not on the board. Without the test, i1 would be read as a2.
+// Returns NO_SQUARE if the square is not on the board. Without the test, "i1" would be read as a2.
 int ReadSquare(char file, char rank) {
     if (!IsOnBoard(FileByChar(file), RankByChar(rank))) return NO_SQUARE;
     return SquareOf(FileByChar(file), RankByChar(rank));
@@ -138,8 +138,8 @@ void AddSquare(MoveText& text, int square) {
     AddChar(text, CharByRank(RankOf(square)));
 }
 
-// Appends a SAN piece move without the check mark. Adds the file, the rank or both of the
-// from-square if other pieces of this type can move to the same square.
+// Appends a SAN piece move without the check mark. If other pieces of this type can move to the
+// same square, adds the file of the from-square, its rank, or both.
 void AddPieceMove(MoveText& text, const Move& move) {
     MoveList list;
     bool needs_file = false;

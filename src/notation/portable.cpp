@@ -88,7 +88,7 @@ constexpr std::string_view RESULTS[] = {"1-0", "0-1", "1/2-1/2", "*"};
 
 bool IsWhiteSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// These three bytes are the UTF-8 byte-order mark, which some files begin with.
+// Some files begin with the UTF-8 byte-order mark, which consists of these three bytes.
 bool IsOfByteOrderMark(int c) { return c == 0xEF || c == 0xBB || c == 0xBF; }
 
 int NextChar(std::FILE* file) { return std::getc(file); }
@@ -142,7 +142,7 @@ std::size_t ReadToken(std::FILE* file, std::span<char, MOVE_TOKEN_SIZE> token) {
     for (; c != EOF && !IsWhiteSpace(c); c = NextChar(file)) {
         if (length < token.size() - 1) token[length++] = static_cast<char>(c);
     }
-    if (c != EOF) std::ungetc(c, file); // SkipLine needs the line feed after the last token
+    if (c != EOF) std::ungetc(c, file); // a line feed must remain for SkipLine
     token[length] = '\0';
     return length;
 }

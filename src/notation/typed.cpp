@@ -29,8 +29,8 @@ std::string_view WithoutMoveNumber(std::string_view text) {
     return text;
 }
 
-// Removes the move number, "e.p." and optional characters such as 'x', '+' and '='. Replaces the
-// digit 0 and the letter o by O, as in castling.
+// Returns the text without the move number, "e.p." and optional characters such as 'x', '+' and
+// '='. Replaces each digit 0 and each letter o by the letter O, so that "0-0" is read as castling.
 std::string WithoutMarks(std::string_view text) {
     std::string plain;
     text = WithoutMoveNumber(text);
@@ -83,8 +83,8 @@ std::vector<Move> MovesSpelled(const MoveList& list, const std::string& typed) {
     return exact.empty() ? in_any_case : exact;
 }
 
-// True for castling. Also true if the text has at most six characters, all of which can occur in a
-// move, and contains the name of a square (such as e4).
+// True for castling. Also true if the text contains the name of a square (such as e4), has at most
+// six characters, and contains only characters that can occur in a move.
 bool LooksLikeMove(const std::string& typed) {
     if (typed == SHORT_CASTLING || typed == LONG_CASTLING) return true;
     constexpr std::size_t LONGEST = 6;
