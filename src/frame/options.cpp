@@ -18,7 +18,8 @@ std::string MessageOf(std::string_view text) {
 std::string Quoted(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
 // Returns the value of the option in arguments.front(): the text after "=", or the next argument.
-// In the second case, moves `arguments` on to that next argument. A missing value is a fatal error.
+// If the value is the next argument, removes the option, so that `arguments` begins with the value.
+// A missing value is a fatal error.
 std::string_view TakeValue(std::span<const Option> options,
                            std::span<const char* const>& arguments) {
     const std::string_view argument = arguments.front();

@@ -71,7 +71,8 @@ void PrintUsage() {
     }
 }
 
-// Returns a copy, because the next call of GetOptionValueByName overwrites the static buffer.
+// Returns a copy of the option's value, because GetOptionValueByName stores every value in the same
+// static buffer.
 std::string ValueOf(std::string_view option) { return GetOptionValueByName(options, option); }
 
 // Returns the option's file name, or the default book's name if the option was not given.
@@ -114,8 +115,8 @@ struct Action {
     void (*run)();
 };
 
-// In order of priority: if the command line gives several of these actions, only the one listed
-// first here runs. The program then ends.
+// In order of priority: if the command line contains several of these options, only the first of
+// them in this table is carried out. The program then ends.
 constexpr Action ACTIONS[] = {{"--version", RunVersion},
                               {"--help", RunHelp},
                               {"--make-book", RunMakeBook},
@@ -136,7 +137,7 @@ void ApplySettings() {
     if (IsPresentOption(options, "--verbose")) engine_state.verbose = 1;
 }
 
-// A missing or invalid book is not an error: the engine then plays without a book.
+// Loads the default book. If the book is missing or invalid, the engine plays without a book.
 void LoadBook() {
     if (!engine_state.use_book) return;
     const std::string name = std::string("\"") + DEFAULT_BOOK_NAME + "\".";

@@ -7,7 +7,8 @@
 // action, such as --help, or an error.
 void Initialize(int argument_count, const char* const* arguments);
 
-// The first part of Initialize: reads the command line and sets up tables, settings and the book.
+// Reads the command line and sets up tables, settings and the book. Initialize calls this function
+// before it starts a new game.
 void ParseParameters(const char* const* arguments, int argument_count);
 
 // Sets up the precomputed tables and the default settings. From then on, a failed allocation is a
@@ -19,5 +20,6 @@ void Finalize();
 
 void PrintVersion();
 
-// The help options of korvane-uci and the tools. The program korvane accepts only --help.
+// True for "--help" and "-h". The program korvane does not use this function: it accepts "--help",
+// but not "-h".
 inline bool IsHelpOption(std::string_view word) { return word == "--help" || word == "-h"; }

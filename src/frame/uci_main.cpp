@@ -82,10 +82,10 @@ void RunConversation() {
 int main(int argument_count, char** arguments) {
     PrepareProcess(Interrupts::FATAL);
     InitializeTables();
-    // The lower strength levels choose moves at random. A new seed gives different moves in each
-    // run.
+    // Low strength levels play some random moves. A new seed makes these moves differ between runs.
     SeedRandom(static_cast<std::uint32_t>(SystemTime()));
-    // A random choice at full strength could differ from the first move of the last reported line.
+    // With use_random, the search chooses at random among moves of nearly equal score. The chosen
+    // move could then differ from the first move of the last reported line.
     engine_state.use_random = 0;
     InitializeHashTable(engine_state.hash_size);
     InitializeUciOptions();
