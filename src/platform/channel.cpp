@@ -6,8 +6,8 @@
 
 namespace {
 
-// For a console, WaitingInput returns a number of events, such as key presses and releases. Up to
-// this many events do not count as waiting input, because a line has more events.
+// For a console, WaitingInput returns a number of events. Up to this many events do not count as
+// waiting input: every typed key gives two events (press and release), so a line has more.
 constexpr int CONSOLE_QUIET_EVENTS = 1;
 
 std::uint8_t in_buffer = 0;         // 1 while my_buffer holds a line
@@ -16,8 +16,8 @@ std::int32_t command_timestamp = 0; // number of lines read so far
 std::uint8_t init = 0;              // 1 once `pipe` has its value
 std::uint8_t pipe = 0;              // 1 if standard input is a pipe or a file, 0 for a console
 
-// Returns the next byte, or END_OF_INPUT.
 constexpr int END_OF_INPUT = -1;
+// Returns the next byte, or END_OF_INPUT.
 int ReadInputByte() {
     char byte = 0;
     return ReadInput({&byte, 1}) == 1 ? static_cast<unsigned char>(byte) : END_OF_INPUT;

@@ -15,9 +15,9 @@
 // standard input readable again. A termination signal ends the input for good.
 enum class Interrupts : std::uint8_t { IGNORED, FATAL, END_OF_INPUT };
 
-// Sets the effect of interrupts. From then on, a write to standard output waits while the pipe is
-// full, and ends the process if nobody reads the pipe. A write beyond the file size limit fails
-// without a signal.
+// Sets the effect of interrupts. From then on, a write to standard output waits if the
+// output is a full pipe, and ends the process if the output is a pipe that nobody reads. A write to
+// any file beyond the file size limit fails without a signal.
 void PrepareProcess(Interrupts interrupts);
 
 // If an interrupt has ended standard input, makes standard input readable again and returns true.
@@ -36,7 +36,8 @@ inline constexpr std::uint64_t TICKS_PER_MILLISECOND = TICKS_PER_SECOND / 1000;
 // True if standard input is an interactive console. False for a pipe or a file.
 bool IsConsoleInput();
 
-// Discards the waiting events of the console and turns mouse and window events off.
+// Discards the waiting events of a Windows console and turns its mouse and window events off. Has
+// no effect on other systems.
 void QuietConsole();
 
 // True if standard output (or standard error) is an interactive console.

@@ -37,8 +37,8 @@ constexpr std::size_t RoundUp(std::size_t bytes) {
     return (bytes + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
 }
 
-// True if a failed read or write should be repeated. If the descriptor is non-blocking, first waits
-// until it is ready.
+// True if a failed read or write should be repeated. If the descriptor was not ready, first waits
+// until the descriptor is ready.
 bool WaitToRepeat(int descriptor, short events) {
     if (errno == EINTR) return true;
     if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
@@ -106,7 +106,7 @@ bool TakeInterrupt() {
     sigset_t interrupt, before;
     sigemptyset(&interrupt);
     sigaddset(&interrupt, SIGINT);
-    sigprocmask(SIG_BLOCK, &interrupt, &before); // otherwise a SIGINT during the reset is lost
+    sigprocmask(SIG_BLOCK, &interrupt, &before); // else a SIGINT before dup2 could be lost
     is_interrupted = 0;
     dup2(input_before_interrupt, STDIN_FILENO);
     sigprocmask(SIG_SETMASK, &before, nullptr);
@@ -219,8 +219,8 @@ void* AllocateTable(std::size_t bytes) {
     void* area = mmap(nullptr, size + LARGE_PAGE, PROT_READ | PROT_WRITE,
                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (area == MAP_FAILED) return nullptr;
-    // Large pages begin at multiples of their size. Unmap the memory before and after the aligned
-    // part.
+    // Large pages begin at multiples of their size, so the table must begin at such a multiple.
+    // Unmaps the memory before and after the table.
     const std::size_t start = reinterpret_cast<std::size_t>(area);
     const std::size_t before = RoundUp(start) - start;
     char* const table = static_cast<char*>(area) + before;

@@ -85,7 +85,8 @@ BOOL WINAPI EndInput(DWORD event) {
     constexpr DWORD PERIOD = 100; // milliseconds
     for (;; Sleep(PERIOD)) {
         // Cancels only the main thread's reads, because a cancelled write would spoil the log.
-        // Repeats, because is_reading is set shortly before the read begins.
+        // The loop repeats the call, because a call has no effect before the read has begun, and
+        // ReadInput sets is_reading shortly before that.
         if (is_reading) CancelSynchronousIo(main_thread);
     }
 }
@@ -283,7 +284,8 @@ std::FILE* OpenFile(const char* name, FileUse use) {
         const char* mode;
     };
     constexpr Way WAYS[] = {
-        // FILE_FLAG_BACKUP_SEMANTICS opens folders too, as POSIX does. A read of a folder fails.
+        // With FILE_FLAG_BACKUP_SEMANTICS, a folder can be opened, as on POSIX systems. Reading the
+        // folder fails.
         {GENERIC_READ, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, _O_RDONLY | _O_BINARY, "rb"},
         {GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
         {GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, _O_BINARY, "wb"},
