@@ -106,7 +106,8 @@ void CarryOutPlayOther(std::string_view) {
 }
 
 // Carries out "level MOVES BASE INCREMENT". Ignores MOVES and BASE, because the front end sends the
-// clocks before every move. INCREMENT is in seconds. A negative increment wraps to a huge number.
+// clocks before every move. INCREMENT is in seconds. A negative increment wraps to a huge number,
+// because time_increment is unsigned.
 void CarryOutLevel(std::string_view arguments) {
     CopyText(pgn_game_info.level, std::string("level").append(arguments));
     std::int32_t moves = 0;
@@ -154,9 +155,9 @@ void CarryOutDraw(std::string_view) {
     if (game_state.last_eval < DRAW_ACCEPT_EVAL) SendCommand("offer draw");
 }
 
-// Logs the game. CorrectPgnTagValues makes the tags match the colours that the players had. The
-// moves are written from the starting position, so the game is restarted first. After the restart,
-// no move can be taken back.
+// Logs the game. CorrectPgnTagValues makes the tags match the colours that the players had.
+// WritePgnGame requires the board at the start of the game, so LogGame restarts the game first.
+// After the restart, no move can be taken back.
 void LogGame() {
     PgnGameInfo logged = pgn_game_info;
     CorrectPgnTagValues(logged);
@@ -179,8 +180,8 @@ void CarryOutResult(std::string_view arguments) {
     if (!engine_state.force_mode && !engine_state.analyze_mode) LogGame();
 }
 
-// Some front ends send an empty board to pause an analysis. The command has already ended the
-// search, so nothing else is done.
+// Carries out "setboard FEN". Ignores an empty board, which some front ends send to pause an
+// analysis: the arrival of the command has already ended the search.
 void CarryOutSetBoard(std::string_view arguments) {
     const std::string_view fen = TextOf(arguments);
     if (IsEmptyBoard(fen)) return;
@@ -306,7 +307,7 @@ constexpr Command COMMANDS[] = {
     {"computer", EXACT, CarryOutComputer},
     {"pause", EXACT, Ignore, TO_REPLY, WaitForNextLine},
     {"resume", EXACT, Ignore},
-    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // ends the main loop; the handler is not called
+    {QUIT_COMMAND, EXACT, Ignore, TO_STOP}, // the main loop ends and never calls Ignore
 };
 
 void AnswerUnknown(std::string_view line) {

@@ -22,15 +22,15 @@ namespace {
 
 constexpr int THINKING_WIDTH = 1'000'000; // so large that a thinking line is never wrapped
 
-// Time for all searches together after the front end has gone, in centiseconds. A program that
-// pipes prepared commands into the engine is gone at once, but still expects moves.
+// Total time for all searches after the front end has closed a pipe, in centiseconds. The engine
+// still searches because a program may write all commands at once, close its pipe to the engine and
+// read the moves afterwards.
 constexpr std::uint64_t LAST_THOUGHT = 50;
 
-// The number of the last line that PollCommands examined, the value of engine_state.pondering at
-// that time, and a flag: 1 if the line ended the search.
-std::int32_t last_timestamp = 0;
-std::uint8_t last_pondering = 0;
-std::uint8_t last_answer = 0;
+// The last line that PollCommands examined.
+std::int32_t last_timestamp = 0; // number of the line
+std::uint8_t last_pondering = 0; // value of engine_state.pondering when the line was examined
+std::uint8_t last_answer = 0;    // 1 if the treatment of the line was STOP
 
 // Time at which the front end was found to be gone, in centiseconds. 0 while the front end is
 // present.
@@ -39,7 +39,7 @@ std::uint64_t hung_up_at = 0;
 CommandLine line; // the line that PollCommands examines
 
 // True if the search must end because the front end has hung up or the input has ended. Pondering
-// and analysis end at once. Other searches end after LAST_THOUGHT.
+// and analysis end at once. Other searches end when LAST_THOUGHT centiseconds have passed.
 bool IsFrontEndGone() {
     if (WaitingInput() != INPUT_UNKNOWN && !IsHungUp()) {
         hung_up_at = 0;
