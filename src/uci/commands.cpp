@@ -91,7 +91,7 @@ constexpr UciCommand COMMANDS[] = {
     {"d", WAIT, ShowBoard},
     {"perft", WAIT, CarryOutPerft},
     {"bench", WAIT, CarryOutBench},
-    {QUIT_LINE, WAIT, Ignore}, // ends the program: CarryOutLine returns false
+    {QUIT_LINE, WAIT, Ignore}, // CarryOutLine returns false, which ends the program
 };
 
 // Returns the first known command in the line, or null. Sets `arguments` to the text after the

@@ -30,7 +30,7 @@ namespace {
 
 constexpr std::int64_t MILLISECONDS_PER_CENTISECOND = 10;
 
-// The current root move is reported only once the search has run this many milliseconds.
+// For the first QUIET_TIME milliseconds of a search, the current root move is not reported.
 constexpr std::int64_t QUIET_TIME = 1000;
 
 // ClockOf reserves the move overhead of this many moves, but at most half of the clock.
@@ -60,7 +60,7 @@ struct Thinking {
     bool is_pondering;
     bool is_measuring;
     std::int64_t start;     // start of the search, in milliseconds
-    std::int64_t clock_run; // time from which move_time counts, in milliseconds
+    std::int64_t clock_run; // start of the move time, in milliseconds; a ponder hit resets it
     std::int64_t move_time; // time limit in milliseconds; 0 means no limit
     std::int64_t last_poll; // time of the last poll of the input, in milliseconds
     std::optional<TimeLeft> clock;
@@ -139,7 +139,7 @@ void TellLine(const SearchLine& line) {
 }
 
 // Called before each root move. Reports the move if the search has run longer than QUIET_TIME.
-// Returns false if the search must stop. Polls the input at most once per millisecond.
+// Polls the input at most once per millisecond. Returns false if the search must stop.
 bool MayGoOn(const Move& move) {
     const std::int64_t now = Milliseconds();
     if (now - thinking.start > QUIET_TIME) {
@@ -203,8 +203,8 @@ std::uint64_t ToCentiseconds(std::int64_t milliseconds) {
                                       MILLISECONDS_PER_CENTISECOND);
 }
 
-// Returns the remaining time of the side to move, less a reserve for the move overhead, and the
-// increment. Returns nothing if "go" gave no clock.
+// Returns the remaining time and the increment of the side to move. Subtracts a reserve for the
+// move overhead from the remaining time. Returns nothing if "go" gave no clock for this side.
 std::optional<TimeLeft> ClockOf(const Request& request) {
     if (!request.has_clock[board.side_to_move]) return {};
     const std::int64_t clock = request.clock[board.side_to_move];
@@ -251,8 +251,8 @@ bool IsPlaying(const Request& request) {
            request.mate == 0;
 }
 
-// True if "go" may answer with a book move: in a game with a clock, a move time or a node limit.
-// "go depth" without any of these always searches.
+// True if "go" may answer with a book move. The front end must request a move in a game, without
+// pondering, and must give a clock, a move time or a node limit. Otherwise the engine searches.
 bool IsBookWanted(const Request& request) {
     return uci_options.own_book && IsPlaying(request) && !request.is_pondering &&
            (request.has_clock[board.side_to_move] || request.move_time > 0 || request.nodes > 0);
@@ -264,7 +264,7 @@ std::int32_t LevelOf(const Request& request) {
 
 // Searches for a move. At full strength, the chosen move can differ from the first move of the last
 // reported line, for example if the search stops within an iteration. In this case, reports the
-// chosen move as one more line. Does not report a mate score, because the distance to the mate is
+// chosen move as one more line, unless the score is a mate score: the distance to the mate is then
 // unknown. At a lower strength, reports every chosen move that has a score.
 void ChooseBySearch(const Request& request, Choice& choice) {
     const std::int32_t level = LevelOf(request);
@@ -279,8 +279,9 @@ void ChooseBySearch(const Request& request, Choice& choice) {
 
 void TellBestMove(const Choice& choice) {
     std::string text = "bestmove " + std::string(WrittenMove(choice.move));
-    // The expected reply can be illegal. The search detects an illegal move only when the king is
-    // captured one ply later, and a line that ends in a draw does not contain that ply.
+    // PlayablePart removes an illegal reply. The search detects an illegal reply one ply later,
+    // when the king can be captured. If the reply leads to a draw, the search stops before that
+    // ply.
     const Move moves[] = {choice.move, choice.expected_reply};
     if (!IsFakeMove(choice.expected_reply) && PlayablePart(moves).size() == std::size(moves)) {
         text += " ponder ";

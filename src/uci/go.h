@@ -25,6 +25,6 @@ extern LineEffect (*hear_line)(std::string_view line);
 // search or a ponder search waits for a command of the front end before it sends "bestmove".
 void Go(std::string_view arguments);
 
-// Call before a perft or a bench. Only "stop" then ends the measurement early. Other commands that
-// end a search, and the end of the input, wait until the measurement is done.
+// Must be called before a perft or a bench. Only "stop" ends such a measurement early. A command
+// that would end a search, or the end of the input, takes effect after the measurement.
 void ListenWhileMeasuring();

@@ -7,8 +7,8 @@
 struct UciOptions {
     bool own_book;
     bool analyse_mode;          // if true, the book and the strength limit are off
-    bool is_debugging;          // true after "debug on": unknown commands are reported
-    std::int32_t move_overhead; // in milliseconds, reserved per move for communication delay
+    bool is_debugging;          // if true, unknown commands are reported
+    std::int32_t move_overhead; // communication delay per move, in milliseconds
     bool limit_strength;
     std::int32_t elo;
 };
