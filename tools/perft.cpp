@@ -29,7 +29,8 @@ void Fail(Tally& tally, std::string_view what, std::string_view line) {
     ++tally.failed;
 }
 
-// Checks one field of a line. "D4 197281" means 197281 positions after 4 plies.
+// Checks one count of the position `fen`. The field "D4 197281" means 197281 positions after 4
+// plies.
 void CheckField(std::string_view field, std::int32_t max_depth, std::string_view fen,
                 Tally& tally) {
     const std::string_view depth_word = NextWord(field);

@@ -55,7 +55,7 @@ constexpr const char* USAGE =
     "  --help            print this help\n";
 
 DiagramStyle style = {};
-bool is_turned_by_hand = false; // true after "flip": then the board never turns by itself
+bool is_turned_by_hand = false; // true after "flip"; a new game then does not turn the board
 bool is_analysing = false;
 std::int32_t seconds = 2; // time for each move
 std::int32_t plies = 0;   // depth limit; 0 means no limit
@@ -101,7 +101,8 @@ void TakeLine(const SearchLine& line) {
     if (is_analysing) std::printf("  %s\n", last_line.c_str());
 }
 
-// Searches for a move within the set time. `reply` is a fake move if no reply is expected.
+// Searches for a move for at most `seconds` seconds. If no reply is expected, sets `reply` to a
+// fake move (see board/move.h).
 void Think(std::int32_t level, Move& move, Move& reply) {
     std::printf("\nKorvane is thinking...\n");
     const std::int32_t depth = plies > 0 ? Plies(plies) : engine_state.depth_limit;
@@ -158,8 +159,8 @@ void Play(const Move& move, Colour engine) {
     PlayMove(move);
 }
 
-// `is_answer` is true if the board was not printed after the user's last move. In this case, prints
-// the board before a search.
+// `is_answer` is true after a move of the user and false after the command "go". The board after
+// the user's move has not been printed yet, so prints that board before a search.
 void PlayEngineMove(bool is_answer) {
     Move move, reply;
     SetFakeMove(reply);
@@ -213,7 +214,7 @@ void PlayTypedMove(const std::string& text) {
 std::string FirstWord(std::string_view line) { return InLowerCase(NextWord(line)); }
 
 // Analyses until the user types a line. An empty line or "exit" only ends the analysis. Any other
-// line is then carried out as a command.
+// line ends the analysis and is carried out as a command.
 void Analyse(const std::string&) {
     if (IsOver()) return;
     is_analysing = true;
@@ -253,8 +254,8 @@ void ShowSettings(const std::string& = "") {
                 number_or(plies, "off (no limit)").c_str(), number_or(elo, "off (full)").c_str());
 }
 
-// Sets `value` to the number in `word`, from `least` to `most`, or to 0 for the word "off". Then
-// prints the settings. If `word` is empty, only prints the settings.
+// Sets `value` to the number in `word`, or to 0 if `word` is "off", and prints the settings. If
+// `word` is empty, only prints the settings. Refuses a number below `least` or above `most`.
 void SetNumber(std::string_view word, std::int32_t least, std::int32_t most, std::int32_t& value,
                bool can_be_off = true) {
     std::int32_t number = 0;
@@ -399,7 +400,7 @@ int main(int argument_count, char** arguments) {
     style.is_unicode = IsUnicodeConsole();
     engine_state.san_notation = 1;
     engine_state.use_resign = 0;
-    engine_state.use_random = 0; // a random move could differ from the reported line
+    engine_state.use_random = 0; // a random choice could differ from the reported move
     search_host = {.must_stop = IsStopWanted, .tell_line = TakeLine};
     Draw();
     std::printf("\nType your move, go, or help.\n");
