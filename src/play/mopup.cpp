@@ -20,11 +20,16 @@ constexpr std::int32_t DEPTH = 5;
 constexpr std::int32_t DEPTH_WITH_MANY_MOVES = 3;
 constexpr std::int32_t MANY_MOVES = 40;
 
-// Bonuses for the winner, in centipawns. All distances are Manhattan distances.
-constexpr std::int32_t FENCE_BONUS = 25;     // for each square forbidden to the bare king
-constexpr std::int32_t EDGE_BONUS = 50;      // times the bare king's distance from the centre
-constexpr std::int32_t CLOSENESS_BONUS = 20; // times (LONGEST_WAY minus the kings' distance)
-constexpr std::int32_t LONGEST_WAY = 14;     // distance between opposite corners
+// The mop-up evaluation in centipawns, from the winner's point of view, is the sum of:
+//   - the winner's material
+//   - FENCE_BONUS * HeldSquares()
+//   - EDGE_BONUS * (distance of the bare king from the centre)
+//   - CLOSENESS_BONUS * (LONGEST_WAY - distance between the kings)
+// All distances are Manhattan distances.
+constexpr std::int32_t FENCE_BONUS = 25;
+constexpr std::int32_t EDGE_BONUS = 50;
+constexpr std::int32_t CLOSENESS_BONUS = 20;
+constexpr std::int32_t LONGEST_WAY = 14; // distance between opposite corners
 
 std::int32_t Distance(int a, int b) {
     return std::abs(FileOf(a) - FileOf(b)) + std::abs(RankOf(a) - RankOf(b));
@@ -63,20 +68,20 @@ std::int32_t EvaluateMopUp(Colour winner) {
 
 std::int32_t first_key = 0; // index in zobrist_keys of the oldest position that can recur
 
-// True if the position has occurred before, in the game or in the current search line. The search
-// scores such a position as a draw, because it makes no progress.
+// True if the position has occurred before, in the game or in the current search line. `Search`
+// scores such a position as a draw, because a repetition makes no progress.
 bool IsRepeated() {
     const std::uint64_t* const first = zobrist_keys + first_key;
     const std::uint64_t* const now = zobrist_keys + board.zobrist_ply_number;
     return std::find(first, now, board.zobrist_key) != now;
 }
 
-// Returns the score of a mate after this many plies. The engine's mate scores depend on the ply in
-// which the king would be captured, one ply after the mating move.
+// Returns the score that the normal search gives to a mate in this many plies. The normal search
+// counts the plies until the king would be captured, one ply after the mating move.
 std::int32_t MateInPlies(std::int32_t plies) { return MATE_EVAL - Plies(plies + 1); }
 
-// Alpha-beta search over all legal moves. `depth` is in plies. A mate scores MATE_EVAL plus the
-// remaining depth, so that a faster mate scores higher.
+// Alpha-beta search over all legal moves. `depth` is in plies. A mate scores MATE_EVAL + (remaining
+// depth) for the winner, so that a faster mate scores higher.
 std::int32_t Search(Colour winner, std::int32_t alpha, std::int32_t beta, std::int32_t depth,
                     const Move& last_move) {
     if (IsInsufficientMaterial() || IsRepeated()) return DRAW_EVAL;

@@ -14,6 +14,6 @@ void NewGame();
 bool SetBoardFen(std::string_view text);
 
 // Restarts the game from its starting position. Keeps the PGN tags and the transposition tables.
-// Resets the clocks unless the game began from a FEN position. The old moves stay in
-// state_history.moves until new moves overwrite them.
+// Resets the clocks unless the game began from a FEN position. The caller can still read the old
+// moves in state_history.moves, until new moves overwrite them.
 void RestartGame();

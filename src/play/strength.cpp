@@ -25,7 +25,7 @@ constexpr std::int32_t FIRST_SEARCHING_ELO = 1800;
 constexpr std::int32_t FIRST_BOOKISH_ELO = 1600;
 
 // At MIN_ELO, the engine uses the book for the first LEAST_BOOK_PLIES plies of a game. Every
-// ELO_PER_BOOK_PLY points above MIN_ELO add one ply, up to FIRST_BOOKISH_ELO.
+// ELO_PER_BOOK_PLY points above MIN_ELO add one ply. From FIRST_BOOKISH_ELO there is no limit.
 constexpr std::int32_t LEAST_BOOK_PLIES = 4;
 constexpr std::int32_t ELO_PER_BOOK_PLY = 100;
 
@@ -43,14 +43,15 @@ struct NoiseLevel {
     double tolerance; // a move with this loss is 1/e times as probable as the best move
     double limit;     // moves with this loss or more are never picked
 };
-// The parameters at MIN_ELO and at FIRST_SEARCHING_ELO. Other levels interpolate between them.
+// The parameters at MIN_ELO and at FIRST_SEARCHING_ELO. The parameters of the levels between them
+// are interpolated.
 constexpr NoiseLevel LOWEST = {0.2, 42, 210};
 constexpr NoiseLevel HIGHEST = {1.0, 10, 50};
-// `attention` grows with this power of the distance from MIN_ELO. Chosen so that equal Elo steps
-// give about equal steps in strength.
+// Above MIN_ELO, `attention` grows in proportion to (elo - MIN_ELO) to the power of this exponent.
+// With this exponent, equal Elo steps give about equal steps in strength.
 constexpr double ATTENTION_GROWTH = 1.2;
 constexpr std::int32_t GLANCE_PLIES = 2;
-// ScoreMoves makes each move before the search, so one ply less remains.
+// ScoreMoves makes a move before each search, so the search is one ply shallower.
 constexpr std::int32_t GLANCE_DEPTH = Plies(GLANCE_PLIES - 1);
 constexpr std::int32_t GLANCE_MAX_PLY = Plies(4);
 
@@ -71,7 +72,7 @@ std::uint64_t NodesOf(std::int32_t elo) {
     return static_cast<std::uint64_t>(FIRST_NODES * std::pow(LAST_NODES / FIRST_NODES, share));
 }
 
-// Returns a random number in [0, 1).
+// Returns a random number in [0, 1). RandomU32 returns only 30 random bits.
 double RandomShare() { return RandomU32() / static_cast<double>(std::uint32_t{1} << 30); }
 
 // Scores each move by a search of GLANCE_PLIES plies. If the search is stopped, the moves without a
@@ -130,7 +131,7 @@ std::int32_t FindMoveOfLevel(std::int32_t elo, Move& move, Move& expected_reply,
     if (elo == FULL_STRENGTH) return FindBestMove(&move, &expected_reply, LastMove(), limits);
     assert(elo >= MIN_ELO && elo <= MAX_ELO);
     if (IsElementaryWin()) {
-        // FindMopUpMove does not count nodes. Clear the node count of the previous search.
+        // Clear the node count of the previous search, because FindMopUpMove does not count nodes.
         ResetSearchInfo(limits);
         analyze_info.depth = 1;
         return FindMopUpMove(move);

@@ -48,7 +48,8 @@ EngineChoice ChooseMove() {
     return choice;
 }
 
-// Call after the engine's move, with the opponent to move. `score` is the score of that move.
+// True if the engine's position after its move is hopeless. The side to move is the opponent.
+// `score` is the score of the engine's move.
 bool IsHopeless(std::int32_t score) {
     const Colour opponent = board.side_to_move;
     const Colour engine = Opponent(opponent);
@@ -85,8 +86,9 @@ void MakeEngineMove() {
     CopyText(std::span(output).subspan(std::string_view(output).size()), WrittenMove(choice.move));
     MakeMove(choice.move);
     RecordEngineMove(choice);
-    // The game is repeating itself. Store a draw score for the position before the opponent's last
-    // move in the transposition tables, so that later searches score this position as a draw.
+    // The game is repeating itself: both the position before the engine's move and the position
+    // after it have occurred before. In the transposition tables, store a draw score for the
+    // position before the opponent's last move, so that later searches score it as a draw.
     if (was_repetition && IsNfoldRepetition(2) && choice.score >= 0) {
         ForceHashTable(zobrist_keys[board.zobrist_ply_number - 2], 0);
     }
