@@ -50,7 +50,8 @@ constexpr Bitboard BitAt(int file, int rank) {
     return IsOnBoard(file, rank) ? Bit(SquareOf(file, rank)) : 0;
 }
 
-// All diagonals of one direction, sorted by their bits in the diagonal order.
+// All diagonals of one direction. `first_bit` is the bit number of the first square of each
+// diagonal in the diagonal order.
 struct DiagonalSet {
     int length[DIAGONALS];
     int first_bit[DIAGONALS];
@@ -64,8 +65,8 @@ void FillPlainAndFileOrders() {
     }
 }
 
-// Numbers the bits of a diagonal order, one diagonal after another. The a1h8 order runs from a1 to
-// h8 and goes up each diagonal. The a8h1 order runs from a8 to h1 and goes down each diagonal.
+// Assigns bit numbers to the squares, one diagonal after another. The a1h8 order begins a1, b1, a2,
+// c1, b2, a3 and ends with h8. The a8h1 order begins a8, b8, a7, c8, b7, a6 and ends with h1.
 DiagonalSet FillDiagonalOrder(bool is_a1h8) {
     DiagonalSet set{};
     int next_bit = 0;

@@ -43,12 +43,11 @@ inline int PopFirstBit(Bitboard& set) {
     return square;
 }
 
-// A set of squares in four bit orders. `rank` is the plain order: bit n is square n. In each of the
-// other orders, the squares of a file or diagonal are adjacent bits. Each diagonal order is named
-// after the first and last square in the order, and not after the direction of its diagonals. The
-// diagonals of `a1h8` are parallel to a8-h1 (constant file + rank). The diagonals of `a8h1` are
-// parallel to a1-h8 (constant file - rank). The alignment lets a few vector instructions update all
-// four orders.
+// A set of squares in four bit orders. `rank` is the plain order: bit n is square n. `file` numbers
+// the squares file by file: a1, a2, a3 and so on. `a1h8` numbers the squares by the diagonals
+// parallel to a8-h1: a1, b1, a2, c1, b2, a3 and so on, to h8. `a8h1` numbers the squares by the
+// diagonals parallel to a1-h8: a8, b8, a7, c8, b7, a6 and so on, to h1. The alignment lets a few
+// vector instructions update all four orders.
 struct alignas(4 * sizeof(Bitboard)) RotatedSet {
     Bitboard rank;
     Bitboard file;
@@ -100,9 +99,9 @@ extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // index d: squares at 
 extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // index d: squares at king distance d
 
 // Masks for the pawn structure. They contain only squares on ranks 2 to 7.
-extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on own and neighbouring files
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES]; // squares ahead on the same and neighbouring files
 extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on neighbouring files
-extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // neighbouring files: same rank and behind
+extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // beside and behind on neighbouring files
 extern Bitboard PAWN_ISOLATED[SQUARES];            // all squares of the neighbouring files
 extern Bitboard PAWN_DOUBLED[SQUARES];             // the other squares of the same file
 

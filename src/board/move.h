@@ -5,9 +5,9 @@
 
 #include <cstdint>
 
-// A record with a negative `from` is a fake move, which stands for no move. The en_passant_* fields
-// are defined only if `en_passant` is set, and the rook_* fields only if `castle` is set. The book
-// file stores moves in this layout.
+// A fake move (negative `from`) means that there is no move. The en_passant_* fields are defined
+// only if `en_passant` is set, and the rook_* fields only if `castle` is set. The book file stores
+// moves in this layout.
 struct Move {
     std::int32_t from; // negative in a fake move
     std::int32_t to;   // the king's target square if castling
@@ -31,7 +31,7 @@ inline constexpr int MAX_MOVES = 512;
 // Only the first `count` moves are valid.
 struct MoveList {
     std::int32_t count = 0;
-    std::int32_t prefetched = 0; // number of moves at the front whose hash slots are prefetched
+    std::int32_t prefetched = 0; // number of moves, from the first, whose hash slots are prefetched
     Move moves[MAX_MOVES];
 };
 
@@ -60,8 +60,8 @@ inline bool IsCaptureMove(const Move& move) {
     return move.captured != NO_PIECE || move.en_passant != 0;
 }
 
-// True if a pawn moves to its seventh or eighth rank. The colour need not be tested: only black
-// pawns move to ranks 1 and 2.
+// True if a pawn moves to its seventh or eighth rank: rank 7 or 8 for white, rank 2 or 1 for black.
+// The colour need not be tested, because a pawn never moves to its own first or second rank.
 inline bool IsPawnToSeventhMove(const Move& move) {
     const int rank = RankOf(move.to);
     return TypeOf(move.piece) == PAWN && (rank <= RANK_2 || rank >= RANK_7);

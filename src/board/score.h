@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Scores are in centipawns. Capturing the enemy king at ply p scores MATE_EVAL minus p, so that a
-// faster mate scores higher. p is the distance from the root in quarter-plies. A score is a mate
-// score if its absolute value exceeds MATE_EVAL_THRESHOLD.
+// Scores are in centipawns. Capturing the enemy king scores MATE_EVAL - p, where p is the distance
+// from the root in quarter-plies, so that a faster mate scores higher. A score is a mate score if
+// its absolute value exceeds MATE_EVAL_THRESHOLD.
 inline constexpr std::int32_t MATE_EVAL = 1'000'000;
 inline constexpr std::int32_t MATE_EVAL_THRESHOLD = 997'999;
 inline constexpr std::int32_t DRAW_EVAL = 0;
@@ -16,7 +16,7 @@ inline constexpr std::int32_t DRAW_EVAL = 0;
 inline constexpr std::int32_t UNKNOWN_EVAL = 2'000'000;
 
 // Returned by a stopped search. Callers check search_info.stop and discard the value. The parent
-// node negates the value, which is then below every real score.
+// node negates the value, and the result is below every real score.
 inline constexpr std::int32_t STOPPED_EVAL = UNKNOWN_EVAL;
 
 // Score of a root move that has not been searched. Below every real score.
