@@ -5,9 +5,9 @@
 
 namespace {
 
-// Evaluation terms, in centipawns. A pawn gets an _OPEN term if the enemy has a rook and no enemy
-// pawn is ahead of the pawn on its file. ISOLATED_OPEN replaces ISOLATED. BACKWARD_OPEN is added to
-// BACKWARD or BACKWARD_EDGE.
+// Evaluation terms, in centipawns. The _OPEN terms apply to a pawn if the enemy has a rook and
+// there is no enemy pawn ahead on the same file. ISOLATED_OPEN replaces ISOLATED. BACKWARD_OPEN is
+// added to BACKWARD or BACKWARD_EDGE.
 constexpr std::int32_t SHELTER_NEAR = 12;
 constexpr std::int32_t SHELTER_FAR = 5;
 constexpr std::int32_t DANGER = -12;
@@ -81,8 +81,8 @@ PawnEntry pawn_entries[1 << PAWN_SLOT_BITS];
 std::int32_t PawnScore() {
     const Bitboard white = PiecesOf(WHITE, PAWN) | (PiecesOf(WHITE, ROOK) != 0);
     const Bitboard black = PiecesOf(BLACK, PAWN) | (PiecesOf(BLACK, ROOK) != 0);
-    // Multiplicative hashing. The slot is the high bits of the product, because these depend on all
-    // bits of both sets.
+    // Multiplicative hashing. The slot number is taken from the high bits of the product, because
+    // the high bits depend on all bits of `white` and `black`.
     constexpr std::uint64_t FACTOR = 0x9E3779B97F4A7C15;
     const std::uint64_t mixed = (white * FACTOR ^ black) * FACTOR;
     PawnEntry& entry = pawn_entries[mixed >> (64 - PAWN_SLOT_BITS)];

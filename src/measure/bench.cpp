@@ -99,8 +99,8 @@ void PrintHead() {
     FlushOutput();
 }
 
-// Searches one position with empty hash tables, prints a row and adds to `total`. Returns false if
-// the position is illegal or the search was stopped.
+// Searches one position with empty hash tables, prints a row and adds the nodes and the time to
+// `total`. Returns false if the position or a move is illegal or the search was stopped.
 bool SearchPosition(const Start& start, std::int32_t plies, Total& total) {
     if (!PlayTo(start)) {
         std::fprintf(stderr, "bench: illegal: %s %s\n", start.fen, start.moves);
