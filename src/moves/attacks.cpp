@@ -14,7 +14,8 @@ bool IsEnPassantEnablingMove(const Move& move) {
     Bitboard candidates = ATTACKS_ENPASSANT[move.to] & PiecesOf(enemy, PAWN);
     while (candidates) {
         const int square = PopFirstBit(candidates);
-        // Makes the capture in the bitboards only, because HaveKingCaptures reads nothing else.
+        // Makes the capture only in the bitboards, because HaveKingCaptures does not read the array
+        // board.position.
         TogglePieceOnBitBoard(mover, PAWN, move.to);
         TogglePieceOnBitBoard(enemy, PAWN, square);
         TogglePieceOnBitBoard(enemy, PAWN, passed_over);

@@ -42,8 +42,8 @@ bool IsAttackedBy(int square) {
     const Bitboard queens = PiecesOf(US, QUEEN);
     const Bitboard straight = (PiecesOf(US, ROOK) | queens) & RookLines(square);
     const Bitboard diagonal = (PiecesOf(US, BISHOP) | queens) & BishopLines(square);
-    // If no slider is on a line with the square, the slower RookAttacks or BishopAttacks is
-    // skipped.
+    // Skips the slow RookAttacks and BishopAttacks if no slider would reach the square on an empty
+    // board.
     return (straight && (RookAttacks(square) & straight)) ||
            (diagonal && (BishopAttacks(square) & diagonal)) ||
            (ATTACKS_KNIGHT[square] & PiecesOf(US, KNIGHT)) ||
@@ -82,8 +82,8 @@ inline bool HaveKingCaptures() {
     return board.side_to_move == WHITE ? IsKingCapturableBy<WHITE>() : IsKingCapturableBy<BLACK>();
 }
 
-// True if the opponent of the side to move attacks the square. A castling king must not start on,
-// cross or reach an attacked square.
+// True if the opponent of the side to move attacks the square. Castling is illegal if the king
+// starts on, crosses or reaches an attacked square.
 bool PreventedCastle(int square);
 
 // True if the move is a double step that an enemy pawn can legally capture en passant. Call after

@@ -49,7 +49,8 @@ Move* AddCapturesBy(Move* next, Bitboard attackers, int victim, Piece captured) 
     return next;
 }
 
-// Adds all captures of the piece on the square. This piece must be in victims.squares.
+// Adds all captures of the enemy piece on the square. `victims` supplies the squares that sliders
+// attack.
 template <Colour US>
 Move* AddCapturesOf(Move* next, int square, const Victims& victims) {
     const Piece captured = board.position[square];
@@ -143,7 +144,8 @@ Move* AddCastling(Move* next) {
     return next;
 }
 
-// Adds moves to the target squares. For both colours, moves towards the enemy's side come first.
+// Adds the moves of the piece on `from` to all `targets`, which are empty squares. Squares nearer
+// to the enemy's back rank come first.
 template <Colour US>
 Move* AddQuiet(Move* next, int from, Bitboard targets) {
     while (targets) {

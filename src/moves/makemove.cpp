@@ -15,8 +15,8 @@ bool IsUnmovedPiece(Piece piece) { return piece != NO_PIECE && !IsMoved(piece); 
 
 // Returns the XOR of the castling keys that the first move of a king or rook changes. A king's move
 // changes the key of each side that has an unmoved rook. A rook's move changes the key of its side
-// if the king is unmoved. A FEN may put an unmoved rook on the king's home square: this rook counts
-// as an unmoved king. Call after the move is on the board and before a castling rook moves.
+// if the king is unmoved. An unmoved rook on the king's home square, which a FEN can contain, is
+// treated as an unmoved king. Call after the move is on the board and before a castling rook moves.
 template <Colour US>
 std::uint64_t ChangedCastlingKeys(const Move& move) {
     std::uint64_t keys = 0;
@@ -67,7 +67,8 @@ void CountPromotion(int promoted, int step) {
     board.piece_weight_eval[US] += step * (PIECE_WEIGHT[promoted] - PIECE_WEIGHT[PAWN]);
 }
 
-// Moves the castling rook and flips its moved flag. Returns the XOR of the two rook keys.
+// Moves the castling rook and flips its moved flag. Returns the XOR of the rook's hash keys on
+// `from` and `to`.
 template <Colour US>
 std::uint64_t MoveCastlingRook(int from, int to) {
     TogglePieceOnBitBoard(US, ROOK, from);

@@ -13,7 +13,8 @@ void MakeMove(const Move& move);
 // Unmakes the last move. `move` must be unchanged since MakeMove.
 void UnMakeMove(const Move& move);
 
-// Faster variants for callers that know the mover's colour, US.
+// Faster variants for callers that know the mover's colour at compile time. US is the mover's
+// colour.
 template <Colour US>
 void MakeMove(const Move& move);
 template <Colour US>
@@ -34,8 +35,8 @@ inline std::uint64_t KeyAfterNullMove() {
     return board.zobrist_key ^ board.zobrist_xor ^ ZOBRIST_KEY_SIDE_SWITCH;
 }
 
-// Returns the hash key after the move, but ignores the castling rook, lost castling rights and en
-// passant. Use only for prefetching, where a wrong key does no harm.
+// Returns the hash key after the move. Ignores changes by castling rooks, lost castling rights and
+// en passant. Use only for prefetching, where a wrong key does no harm.
 template <Colour US>
 std::uint64_t LikelyKeyAfter(const Move& move) {
     std::uint64_t key = KeyAfterNullMove() ^ PieceKey(US, TypeOf(move.piece), move.from) ^
