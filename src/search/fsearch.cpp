@@ -29,7 +29,7 @@ constexpr std::int32_t PRUNING_MIN_PLY = Plies(3);
 constexpr std::int32_t FUTILITY_MAX_DEPTH = Plies(4);
 constexpr std::int32_t IID_MIN_DEPTH = Plies(5);
 constexpr std::int32_t NULL_MOVE_MATERIAL_MARGIN = 200; // in centipawns
-constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // both sides together, pawns excluded
+constexpr std::int32_t NULL_MOVE_MIN_PIECES = 5;        // all pieces of both sides except pawns
 
 // The steps of the search of a node. Each line names a step and the function that performs the
 // step. A function is defined before its callers, so Search comes last.
@@ -180,8 +180,8 @@ bool IsEqualTrade(const Move* last_move) {
 }
 
 // Returns the depth of the child after `move`. Call after the move is made. The depth is one ply
-// less than the node's depth. Checks, recaptures and pawn moves to the seventh or eighth rank are
-// extended by one ply, which gives the child the same depth as the node.
+// less than the node's depth. Checks, recaptures after an equal trade, and pawn moves to the
+// seventh or eighth rank are extended by one ply: the child then has the same depth as the node.
 template <Colour US>
 std::int32_t ChildDepth(const Node& node, const Move& move, bool is_recapturing) {
     const bool is_extended = (is_recapturing && move.to == node.last_move->to) ||
@@ -203,10 +203,9 @@ std::int32_t SearchMove(const Node& node, const Move& move, std::int32_t depth, 
     return -Search<Opponent(US)>(-node.beta, -node.alpha, depth, ply, &move, child_pv, extended);
 }
 
-// Returns the index in generation order of the move at `index` in the searched list. The two
-// indices differ because the hash move and the first move were swapped. After a key collision, the
-// result may be outside the list. This does no harm, because PutHashMoveFirst ignores such an
-// index.
+// Converts an index in the searched list to an index in generation order. The two can differ,
+// because the hash move and the first move were swapped. After a key collision, the result may be
+// outside the list. This does no harm, because PutHashMoveFirst ignores such an index.
 std::int32_t GenerationIndex(const Node& node, std::int32_t index, std::int32_t base) {
     if (base != 0 || node.hash_index < 0) return index;
     if (index == 0) return node.hash_index;
@@ -239,8 +238,9 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
             node.best_index = GenerationIndex(node, base + i, base);
         }
         if (node.alpha >= node.beta) {
-            // The stored index is deliberately not converted to generation order: a converted index
-            // would change the node counts that the tests expect.
+            // The stored index is that of the searched list. It is deliberately not converted to
+            // generation order: a converted index would change the node counts that the tests
+            // expect.
             StoreHashTable(board.zobrist_key, node.alpha, node.depth, BOUND_LOWER, base + i);
             return LoopEnd::CUT;
         }
@@ -248,12 +248,13 @@ LoopEnd SearchMoves(Node& node, const MoveList& list, std::int32_t base) {
     return LoopEnd::ALL_SEARCHED;
 }
 
-// Stores and returns the score of a node after the search of its moves. `count` is the length of
-// the last list of moves that was searched.
+// Stores and returns the score of a node after the search of its moves. Returns DRAW_EVAL at a
+// stalemate. `count` is the length of the list that was searched last: the list of all moves, or
+// the list of non-captures.
 std::int32_t EndNode(const Node& node, std::int32_t count) {
-    // If no pseudo-legal move is legal, each one loses the king one ply later, and `best` is the
-    // score of this loss. If the last list is empty, there may be no pseudo-legal move at all. In
-    // both cases, the position may be stalemate.
+    // To save time, IsStalemate is called only in two cases. In the first, `best` is the score of
+    // losing the king one ply later, so no searched move was legal. In the second, the list that
+    // was searched last is empty, so there may be no pseudo-legal move at all.
     const bool may_have_no_move =
         node.best == -(MATE_EVAL - (node.ply + QUARTER_PLIES)) || count == 0;
     if (may_have_no_move && IsStalemate(node.last_move)) return DRAW_EVAL;
@@ -262,9 +263,9 @@ std::int32_t EndNode(const Node& node, std::int32_t count) {
     return node.best;
 }
 
-// Performs the steps from 8 on: generates and searches the moves. The hash move is swapped with the
-// first move. To save time, non-captures are generated only after the search of the captures,
-// unless the hash move is a non-capture.
+// Performs steps 8 to 13: generates and searches the moves. The hash move is swapped with the first
+// move. To save time, non-captures are generated only after the search of the captures, unless the
+// hash move is a non-capture.
 template <Colour US>
 std::int32_t SearchNode(Node& node) {
     // Step 8: generate the captures
@@ -296,7 +297,8 @@ std::int32_t SearchNode(Node& node) {
     return end == LoopEnd::CUT ? node.alpha : EndNode(node, list.count);
 }
 
-// Performs the steps from 5 on. The node is above the horizon and has no usable hash entry.
+// Performs steps 5 to 13. Call only if the node is above the horizon and the hash tables contain no
+// usable score.
 template <Colour US>
 std::int32_t SearchInterior(Node& node) {
     // Step 5: end the node if the last move was illegal

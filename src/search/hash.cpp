@@ -145,7 +145,7 @@ bool ResizeHashTable(std::int32_t megabytes) {
 }
 
 std::int32_t HashFullness() {
-    constexpr std::uint32_t SAMPLE = 1000; // every table has more entries
+    constexpr std::uint32_t SAMPLE = 1000; // number of slots to inspect; every table has more
     return static_cast<std::int32_t>(
         std::count_if(hash_tables_1_2, hash_tables_1_2 + SAMPLE,
                       [](const HashEntryPair& pair) { return pair.in_table_1.key > UNUSED_KEY; }));

@@ -53,7 +53,7 @@ void InitializeHashTable(std::int32_t megabytes);
 void FinalizeHashTable();
 
 // Replaces the tables by empty tables of another size. Returns false if there is not enough memory.
-// The tables then have the old size, but are also empty.
+// In this case, the tables keep their old size, but their contents are lost.
 bool ResizeHashTable(std::int32_t megabytes);
 
 // Returns the fill level of the full-width tables in thousandths, measured on a sample.
@@ -84,10 +84,13 @@ inline void PutHashMoveFirst(MoveList& list, std::int32_t index) {
     list.prefetched = 0;
 }
 
-// Stores an exact score in the full-width entries of this key. Adds no entry if there is none.
+// Stores an exact score in the full-width entries of this key. Does nothing if there is no such
+// entry.
 void ForceHashTable(std::uint64_t key, std::int32_t score);
 
-// Replaces a mate score by a lower or upper bound that is valid at every depth, and sets `depth`,
-// which may be null. Leaves other scores unchanged. Returns false if the score must not be stored,
-// because the bound does not prove the mate: an upper bound of a win or a lower bound of a loss.
+// Prepares a score for the table. Replaces a mate score by a less precise one that is valid at
+// every search depth: a lower bound for a win, an upper bound for a loss. Also sets `bound`, and
+// sets `depth` (if not null) above every search depth. Leaves other scores unchanged. Returns false
+// if the score must not be stored: a win that is only an upper bound or a loss that is only a lower
+// bound does not prove a mate.
 bool ConvertMateEvalToHashBound(std::int32_t& score, std::int32_t* depth, Bound& bound);

@@ -47,8 +47,8 @@ std::int32_t SearchCaptures(std::int32_t alpha, std::int32_t beta, std::int32_t 
             break;
         }
     }
-    // `best_index` is deliberately not converted to generation order: a converted index would
-    // change the node counts that the tests expect.
+    // `best_index` is an index in the searched list. It is deliberately not converted to generation
+    // order: a converted index would change the node counts that the tests expect.
     StoreQuiescenceHashTable(board.zobrist_key, best, bound, best_index);
     return best;
 }

@@ -84,7 +84,7 @@ std::int32_t SearchRootMove(const RootMove& candidate, bool is_first, std::int32
         const std::int32_t high = last + ASPIRATION_WINDOW;
         const std::int32_t score = SearchChild(low, high, depth, move, &root.child_line);
         if (score > low && score < high) return score;
-        // If the first search was stopped, its score is below every window, and the second search
+        // If the first search was stopped, its score is outside the window, and the second search
         // is started too. The second search then ends at its first leaf or earlier, but may store
         // entries in the quiescence table.
         return SearchChild(-MATE_EVAL, MATE_EVAL, depth, move, &root.child_line);
@@ -173,8 +173,9 @@ bool IsSearchOver(std::int32_t score, std::uint64_t iteration_time) {
 
 // Sets `expected_reply` to the second move of the principal variation. Sets a fake move if the
 // variation has only one move, if `chosen` ends the game, or if `chosen` and the first move of the
-// variation have different squares. The two moves may still promote to different pieces. For a
-// reply that captures the promoted piece, `captured` is therefore read from the board.
+// variation have different squares. `chosen` and the first move may still promote to different
+// pieces. If the reply captures the promoted piece, `captured` must therefore be read from the
+// board.
 void FindExpectedReply(const Move& chosen, Move& expected_reply) {
     SetFakeMove(expected_reply);
     if (root.best_line.length < 2) return;

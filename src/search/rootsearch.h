@@ -14,6 +14,7 @@ SearchLimits GameLimits();
 // Searches the position within the limits. Returns the score of the chosen move in centipawns.
 // `last_move` is the move that led to the position, or null. `best_move` and `expected_reply` may
 // be null. `expected_reply` is set to a fake move if no reply is expected. If there is no move to
-// search, sets both to fake moves and returns UNSEARCHED_EVAL.
+// search, the function sets `best_move` and `expected_reply` to fake moves and returns
+// UNSEARCHED_EVAL.
 std::int32_t FindBestMove(Move* best_move, Move* expected_reply, const Move* last_move,
                           const SearchLimits& limits = GameLimits());

@@ -2,14 +2,14 @@
 
 namespace {
 
-// All times are in centiseconds. A search may use 1/10 of the clock if the clock is above
-// LONG_CLOCK (a minute or more). Otherwise the search may use 1/15 of the clock.
+// All times are in centiseconds. A search may use 1/10 of the time left on the clock if this is
+// above LONG_CLOCK (a minute or more), otherwise 1/15.
 constexpr std::uint64_t LONG_CLOCK = 5'999;
 constexpr std::uint64_t SEARCHES_IN_LONG_CLOCK = 10;
 constexpr std::uint64_t SEARCHES_IN_SHORT_CLOCK = 15;
 
-// If the clock is below this value, a search ends after the first iteration. The remaining time is
-// a reserve for delays between front end and engine.
+// If less time than this is left at the start of a search, the search ends after the first
+// iteration. The time left is a reserve for delays between front end and engine.
 constexpr std::uint64_t LAST_RESERVE = 50;
 
 // The next iteration is expected to take this many times as long as the last iteration.
@@ -21,7 +21,7 @@ constexpr std::uint64_t ITERATIONS_IN_CLOCK = 20;
 constexpr std::uint64_t ITERATIONS_IN_CLOCK_WITH_INCREMENT = 15;
 
 // If the clock is above LONG_CLOCK and is at least 20 times the increment, the next iteration may
-// take 2/60 of the clock plus three increments.
+// also take up to 2/60 of the clock plus three increments.
 constexpr std::uint64_t INCREMENTS_IN_CLOCK = 20;
 constexpr std::uint64_t CLOCK_PARTS = 60;
 constexpr std::uint64_t PARTS_FOR_ITERATION = 2;

@@ -10,7 +10,8 @@ struct TimeLeft {
     std::uint64_t increment;
 };
 
-// Returns the duration after which a search is stopped. `clock` is the time left at its start.
+// Returns the duration after which a search is stopped. `clock` is the time left at the start of
+// the search.
 std::uint64_t TimeLimit(std::uint64_t clock);
 
 // True if there is time for another iteration. `iteration_time` is the duration of the last
