@@ -7,7 +7,7 @@
 
 namespace {
 
-// Plays book moves until the book has none, then undoes them.
+// Plays book moves until the book has no move for the position. Then undoes all moves.
 void PlayFromBook() {
     Move move;
     while (GetNextBookMove(move)) {

@@ -10,8 +10,8 @@
 #include <string>
 #include <string_view>
 
-// After this byte, the rest of a fuzz input stays hidden for 50 polls, so that a search can run.
-// The byte itself never reaches the engine.
+// After this byte, the rest of a fuzz input stays hidden for 50 polls of the input, so that a
+// search can run. The byte itself never reaches the engine.
 inline constexpr char PAUSE = '\x01';
 
 // From now on, the engine reads this text as its standard input.
@@ -42,14 +42,15 @@ void WriteSmallBook(const char* file_name);
 // If `holds` is false, prints `what` and aborts. The fuzzer then saves the input.
 void Require(bool holds, const char* what);
 
-// Compares the records of the position with a recomputation and with the end of the game history.
+// Recomputes the bitboards, counts, sums and hash key of the position. Fails if they differ from
+// the stored ones, or if the game history does not end with this position.
 void CheckPosition();
 
 // Writes the position as a FEN, sets up a new game from this FEN, and checks that the position is
 // unchanged.
 void CheckFen();
 
-// Undoes every move of the game, and checks every position on the way.
+// Undoes every move of the game, and calls CheckPosition for every position.
 void CheckUndo();
 
 // Writes a legal move in coordinate notation and in SAN, and checks that each text reads as the

@@ -35,7 +35,7 @@ int mop_ups_left = 0;
 std::uint64_t nodes_of_a_search;
 std::string output;
 
-// True if the search must end: no polls are left for this input, or the search has reached its node
+// True if the search must end: this input has used up its polls, or the search has reached its node
 // limit.
 bool IsEnough() { return polls_left-- <= 0 || search_info.nodes >= nodes_of_a_search; }
 
