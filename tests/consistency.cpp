@@ -38,10 +38,11 @@ std::uint64_t FirstCastlingKeys() {
 }
 
 // Returns the castling part of the current hash key. `keys` is the castling part at the start of
-// the game. The first move of a king toggles the key of each rook square that has an unmoved piece
-// before the move. The first move of a rook toggles the rook's key if the king's square has an
-// unmoved piece before the move. The unmoved piece may be of any type. The capture of a rook
-// toggles no key.
+// the game. The first move of a king toggles the key of each rook's home square that holds an
+// unmoved piece before the move. The first move of a rook toggles a castling key if the home square
+// of the king holds an unmoved piece before the move: the king-side key if the rook leaves the
+// king-side home square, otherwise the queen-side key. The unmoved piece may be of any type. The
+// capture of a rook toggles no key.
 std::uint64_t CastlingKeys(std::uint64_t keys) {
     for (std::int32_t i = 1; i <= state_history.count; ++i) {
         const Move& move = state_history.moves[i];

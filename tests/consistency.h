@@ -1,5 +1,5 @@
-// For tests and fuzz harnesses: checks the position's records, which each move updates, by
-// computing them again.
+// For tests and fuzz harnesses. Each move updates the bitboards, counts, sums and hash key of the
+// position. This check recomputes them and compares.
 #pragma once
 
 #include "board/position.h"

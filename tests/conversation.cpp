@@ -206,9 +206,9 @@ const std::pair<std::string_view, void (*)(Conversation&, const std::string&)> S
     {"", SendLine},
 };
 
-// Carries out the steps and returns the transcript. Stops at the first step that fails. The test
-// also fails if the last step waits for nothing, because the transcript would not show the effect
-// of this step.
+// Carries out the steps and returns the transcript. Stops at the first step that fails. The last
+// step must wait for a line, a shell command or the end of the program. Otherwise the test fails,
+// because the transcript would not contain the program's answer to the last step.
 Texts Converse(const std::string& steps) {
     Conversation talk;
     if (!mkdtemp(talk.directory.data())) return {"no directory for the test"};
@@ -256,8 +256,8 @@ void CheckConversation(const std::string& steps, const std::string& expected,
 
 namespace {
 
-// A case. `fields` has the fields of the case itself. `suite` has the fields of its suite: name,
-// steps, transcript and pattern.
+// A case. `fields` contains the fields of the case's own line. `suite` contains the fields of the
+// line that begins its suite: name, steps, transcript and pattern.
 struct Script {
     std::string name;
     Texts fields, suite;

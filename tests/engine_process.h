@@ -9,8 +9,8 @@
 // The folder of the Windows programs to test; null to test the programs for this system.
 inline const char* const WINDOWS_PROGRAMS = std::getenv("KORVANE_WINDOWS_PROGRAMS");
 
-// A pipe to which the program writes. `text` contains the bytes read from the pipe that ReadLine
-// has not returned yet.
+// A pipe to which the program writes. `text` contains bytes that have been read from the pipe, but
+// not yet returned by ReadLine.
 struct OutputPipe {
     int end = -1; // the test's end of the pipe; -1 if closed
     std::string text = {};
@@ -43,9 +43,9 @@ bool ReadLine(EngineProcess& engine, OutputPipe& pipe, std::string& line);
 void CloseInput(EngineProcess& engine);
 void CloseOutput(EngineProcess& engine);
 
-// Makes the output pipe as small as possible and sends a text that has more answers than fit into
-// the pipe. Returns when the program sleeps although it has unread input: the program then waits
-// until somebody reads its output.
+// Makes the output pipe as small as possible and sends the text, whose answers must not fit into
+// the pipe. Returns when the output pipe is full: the program then sleeps although it has unread
+// input. The test fails if the program reads all input.
 void SendWithoutReading(EngineProcess& engine, std::string_view text);
 
 // Waits for the end of the program. Returns "exit STATUS" or "signal NAME".

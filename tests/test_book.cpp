@@ -161,8 +161,8 @@ void StartInBook(const std::string& lines) {
 }
 
 // Fields: the lines of a book; moves to play, where "undo" takes back a move and "setup" sets up
-// the initial position; the next book move; all book moves as the engine prints them. An empty
-// result is not checked.
+// the initial position; the next book move; all book moves as the engine prints them. If one of
+// the last two fields is empty, it is not checked.
 void CheckPlay(const TextCase& test) {
     const Folder folder;
     StartInBook(Unescaped(test.fields[0]));

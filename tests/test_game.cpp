@@ -79,8 +79,8 @@ void CheckEnding(const TextCase& test) {
 }
 
 // Fields: a FEN in which black can only move the king; the number of the first move at which white
-// has enough time left to win; the number of the move at which the engine, as black, resigns, or 0
-// if it does not.
+// has 30 seconds left; the number of the move at which black must resign, or 0 if black must not
+// resign. The engine plays black. It resigns only if white has at least 30 seconds left.
 void CheckResignation(const TextCase& test) {
     StartAt(test.fields[0]);
     engine_state.depth_limit = Plies(3);

@@ -42,8 +42,9 @@ TEST(Moves, UnmovedRookOnTheKingsSquareChangesACastlingKey) {
                                            PieceKey(WHITE, ROOK, 12));
 }
 
-// Plays random games from several positions and checks the records after every move. Then undoes
-// the game and compares each position. Also sets up the last position from its FEN.
+// Plays random games from several positions. After every move, recomputes the bitboards, counts,
+// sums and hash key. Then undoes the game and compares each position. Also sets up the last
+// position from its FEN.
 TEST(Moves, RandomGames) {
     const char* const starts[] = {
         INITIAL_FEN,

@@ -23,7 +23,7 @@
 namespace {
 
 constexpr std::uint64_t KEY = 0x123456789ABCDEF0;
-constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // has the slot of KEY
+constexpr std::uint64_t OTHER_KEY = KEY ^ (std::uint64_t{1} << 60); // uses KEY's table slot
 
 // Probes the tables for a key. Returns the score and the index of the best move.
 std::pair<std::int32_t, std::int32_t> Ask(std::uint64_t key, std::int32_t alpha, std::int32_t beta,
@@ -189,7 +189,7 @@ TEST(Search, TakesFiftyCentipawnsOffABound) {
 }
 
 // The search of a root move can exceed the node limit, because its last quiescence search runs to
-// the end. After that, the search must not begin another root move.
+// the end. Once the limit is reached, the search must not begin another root move.
 TEST(Search, KeepsToItsLimitOfNodes) {
     static std::int32_t begun_too_late;
     begun_too_late = 0;
@@ -237,7 +237,7 @@ TEST(Search, ExpectsAReplyToWhatItPromotesTo) {
     Move moves[2], move, reply;
     ASSERT_TRUE(ParseMove("b2a1r", moves[0]) && ParseMove("b2a1q", moves[1]));
     SearchLimits limits{.depth = Plies(3), .clock = {}, .moves = std::span(moves).first(1)};
-    FindBestMove(nullptr, nullptr, LastMove(), limits); // stores the score of b2a1r
+    FindBestMove(nullptr, nullptr, LastMove(), limits); // stores the score of b2a1r in the tables
     limits.moves = moves;
     bool is_rook = false;
     for (std::uint32_t seed = 1; !is_rook && seed <= 20; ++seed) {

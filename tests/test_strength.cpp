@@ -44,7 +44,7 @@ void CheckSight(const TextCase& test) {
     }
 }
 
-// Plays both sides at each level. The game must end in mate.
+// Fields: a FEN; levels. For each level, plays both sides at this level. The game must end in mate.
 void CheckWin(const TextCase& test) {
     for (const std::int32_t elo : ToLevels(test.fields[1])) {
         StartAt(test.fields[0]);

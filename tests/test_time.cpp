@@ -71,7 +71,7 @@ TEST(Time, IsPolledAgainAndAgain) {
     search_info = {};
     search_info.max_ply = 100;
     search_info.next_poll = NODE_CHECK_INTERVAL;
-    // The time limit is 0, so the first poll stops the search.
+    // The time limit is 0, so the first poll of the clock, after 10,000 nodes, stops the search.
     FullSearch(-500, 500, 24, 4, LastMove(), nullptr, 0);
     EXPECT_TRUE(search_info.stop);
     EXPECT_GE(search_info.nodes, 10'000u);
