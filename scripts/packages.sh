@@ -27,8 +27,8 @@ RequirePackages() {
 # apt-get fails. Waits while another program holds the lock of apt or dpkg.
 RunApt() {
     local output lock end=$((SECONDS + LOCK_SECONDS)) is_waiting=no
-    # apt-get closes the descriptor of its progress reports while the scripts of packages run. The reports use
-    # descriptor 3, because these scripts need descriptor 1 for their output.
+    # apt-get writes progress reports to descriptor 3. Descriptor 1 would not do: apt-get closes the descriptor of the
+    # reports before it runs the installation scripts of packages, and these scripts need descriptor 1 for their output.
     until output=$({ "${as_root[@]}" env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
         sh -c 'exec apt-get -qq -o APT::Status-Fd=3 "$@" 3>&1 1>&2' sh "$@" </dev/null 2>&4 |
         ShowProgress; } 4>&1); do
