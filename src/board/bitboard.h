@@ -98,8 +98,9 @@ extern Bitboard SQUARES_FRONT[COLOURS][SQUARES];         // squares ahead on the
 extern Bitboard SQUARES_AROUND[KING_DISTANCES][SQUARES]; // index d: squares at king distance 1 to d
 extern Bitboard SQUARES_BORDER[KING_DISTANCES][SQUARES]; // index d: squares at king distance d
 
-// Masks for the pawn structure. They contain only squares on ranks 2 to 7.
-extern Bitboard PAWN_PASSED[COLOURS][SQUARES]; // squares ahead on the same and neighbouring files
+// Masks for the pawn structure. They contain only squares on ranks 2 to 7. A pawn is backward if
+// there are own pawns in PAWN_BACKWARD_F (forward), but none in PAWN_BACKWARD_B (beside or behind).
+extern Bitboard PAWN_PASSED[COLOURS][SQUARES];     // squares ahead on own and neighbouring files
 extern Bitboard PAWN_BACKWARD_F[COLOURS][SQUARES]; // squares ahead on neighbouring files
 extern Bitboard PAWN_BACKWARD_B[COLOURS][SQUARES]; // beside and behind on neighbouring files
 extern Bitboard PAWN_ISOLATED[SQUARES];            // all squares of the neighbouring files
