@@ -43,8 +43,8 @@ bool IsConsole(HANDLE handle) {
     return GetConsoleMode(handle, &mode) != 0;
 }
 
-// True if the other end of the pipe has closed, even if unread bytes remain in the pipe.
-bool IsOtherEndClosed(HANDLE pipe) {
+// True if the other end of a pipe has closed, even if unread bytes remain.
+bool IsOtherEndClosed(HANDLE handle) {
     constexpr auto PIPE_LOCAL_INFORMATION = static_cast<FILE_INFORMATION_CLASS>(24);
     constexpr ULONG DISCONNECTED = 1, CLOSING = 4;
     struct {
@@ -52,7 +52,7 @@ bool IsOtherEndClosed(HANDLE pipe) {
         ULONG in_quota, readable, out_quota, writable, state, end;
     } about{};
     IO_STATUS_BLOCK status{};
-    return NT_SUCCESS(NtQueryInformationFile(pipe, &status, &about, sizeof about,
+    return NT_SUCCESS(NtQueryInformationFile(handle, &status, &about, sizeof about,
                                              PIPE_LOCAL_INFORMATION)) &&
            (about.state == CLOSING || about.state == DISCONNECTED);
 }
