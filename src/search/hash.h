@@ -13,8 +13,8 @@ enum Bound : std::uint8_t {
     BOUND_LOWER = 2 // the true score is at least the stored score
 };
 
-// Means that there is no move. All other indices count the moves of a node in generation order,
-// from 0.
+// Means that there is no move. All other indices count the moves of a node from 0: in generation
+// order, or after a cutoff and in the quiescence search in the order of the searched list.
 inline constexpr std::int32_t NO_MOVE_INDEX = -1;
 
 struct HashEntry {
